@@ -1,0 +1,38 @@
+# One way to make a library and a test, so that warnings, include roots and
+# sanitizers are the same everywhere.
+
+add_library(tova_options INTERFACE)
+target_compile_options(tova_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(TOVA_WERROR)
+  target_compile_options(tova_options INTERFACE -Werror)
+endif()
+if(TOVA_SANITIZE)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all
+      -fno-omit-frame-pointer)
+  target_compile_options(tova_options INTERFACE ${sanitizers})
+  target_link_options(tova_options INTERFACE ${sanitizers})
+endif()
+if(TOVA_FUZZ)
+  target_compile_options(tova_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+target_include_directories(tova_options INTERFACE
+  ${PROJECT_SOURCE_DIR}/src)
+
+# tova_library(NAME SOURCES a.cpp... USES lib...)
+# USES names every floor that the sources may include from: an include of
+# anything else compiles, but its functions do not link.
+function(tova_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC tova_options ${ARG_USES})
+endfunction()
+
+# tova_test(NAME SOURCES a_test.cpp... USES lib...)
+function(tova_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE tova_options ${ARG_USES}
+    test_support GTest::gtest GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,1 @@
+#include "definitions/uuid.h"

@@ -1,0 +1,94 @@
+// Opening and reading files, and paths as plain strings.
+#include "driver/files.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <stdexcept>
+#include <vector>
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::size_t kPiece = 256 * 1024;
+constexpr std::size_t kLongestDirectory = 259;
+
+constexpr char kSeparator =
+    static_cast<char>(std::filesystem::path::preferred_separator);
+
+}  // namespace
+
+std::unique_ptr<std::ifstream> open_binary_input(const std::string& path) {
+  return open_input(path, std::ios_base::binary);
+}
+
+std::unique_ptr<std::ifstream> open_input(const std::string& path,
+                                          std::ios_base::openmode mode) {
+  // A plain stream opens a directory and then reads nothing from it.
+  std::error_code ignored;
+  auto in = std::make_unique<std::ifstream>();
+  if (!std::filesystem::is_directory(path, ignored)) {
+    in->open(path, mode | std::ios_base::in);
+  }
+  if (!in->is_open()) throw std::runtime_error("Failed to open file: " + path);
+  return in;
+}
+
+std::string current_directory() {
+  std::error_code error;
+  const std::string path = std::filesystem::current_path(error).string();
+  if (error || path.size() > kLongestDirectory) {
+    throw std::runtime_error("Cannot get current working directory");
+  }
+  return path;
+}
+
+std::string directory_of(const std::string& path) {
+  return path.substr(0, path.find_last_of("\\/") + 1);
+}
+
+std::string join_path(const std::string& directory, const std::string& name) {
+  return directory + kSeparator + name;
+}
+
+std::uint64_t file_length(std::istream& in, const std::string& path) {
+  in.seekg(0, std::ios_base::end);
+  const std::streamoff length = in.tellg();
+  in.seekg(0);
+  if (length < 0) {
+    throw std::runtime_error("Cannot tell the length of file: " + path);
+  }
+  return static_cast<std::uint64_t>(length);
+}
+
+void read_in_pieces(std::istream& in, std::uint64_t length,
+                    const TakeBytes& take) {
+  std::vector<std::uint8_t> piece(std::min<std::uint64_t>(length, kPiece));
+  while (length > 0 && in) {
+    const auto wanted = std::min<std::uint64_t>(length, piece.size());
+    in.read(reinterpret_cast<char*>(piece.data()),
+            static_cast<std::streamsize>(wanted));
+    const auto got = static_cast<std::size_t>(in.gcount());
+    if (got > 0) take({piece.data(), got});
+    length -= got;
+  }
+}
+
+void copy_bytes(std::istream& in, std::uint64_t length, std::ostream& out) {
+  read_in_pieces(in, length, [&out](std::span<const std::uint8_t> bytes) {
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+  });
+}
+
+void write_zeros(std::ostream& out, std::uint64_t count) {
+  static constexpr std::array<char, 4096 * 4> kZeros{};
+  while (count > 0 && out) {
+    const auto part = std::min<std::uint64_t>(count, kZeros.size());
+    out.write(kZeros.data(), static_cast<std::streamsize>(part));
+    count -= part;
+  }
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,87 @@
+// image/image.h
+// The frame that the hardware generations share: one class family writes the
+// binary of a generation, the other produces, holds and signs its manifest.
+#pragma once
+
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <utility>
+
+#include "layout/out_map.h"
+
+namespace tova_fw_builder {
+
+class Image;
+
+// A manifest, made from a finished image or read back from a file. What a
+// generation doesn't have, its operations leave alone.
+class ImageManifest {
+ public:
+  virtual ~ImageManifest() = default;
+
+  // The key and signature areas, least significant byte first: 256, 4 and 256
+  // bytes inside the manifest. Null in generations without them.
+  virtual std::uint8_t* modulus() { return nullptr; }
+  virtual void set_modulus(const std::uint8_t*) {}
+  // A constant of the generation: 1 for Kelp15, 3 for the others.
+  virtual int generation_code() const = 0;
+  virtual std::uint8_t* exponent() { return nullptr; }
+  virtual void set_exponent(const std::uint8_t*) {}
+  virtual std::uint8_t* signature() { return nullptr; }
+  virtual void set_signature(const std::uint8_t* bytes) = 0;
+
+  // Writes the 32 bytes of the SHA-256 of the signed parts, last byte of the
+  // digest first. Leaves `out` alone in generations without signature.
+  virtual void compute_hash(std::uint8_t* out) = 0;
+
+  // Marks the signature as a debug one.
+  virtual void set_debug() {}
+
+  // The date of writing as 0xYYYYMMDD in BCD; 0 in generations without one.
+  virtual std::uint32_t date() const { return 0; }
+
+  virtual void write(std::ostream& stream, Image& image) = 0;
+  virtual void write_extended(std::ostream& stream, Image& image) = 0;
+  // Writes the manifest as it was read back.
+  virtual void write_raw(std::ostream& stream) = 0;
+
+  bool debug = false;
+  // 6 for Kelp15 and 4 for the others; 0 in a manifest read back.
+  std::uint32_t module_type = 0;
+};
+
+// Writes the binary of one generation. Owns the output map.
+class Image {
+ public:
+  explicit Image(std::unique_ptr<FwOutMap> map) : map_(std::move(map)) {}
+  virtual ~Image() = default;
+
+  // Writes the whole binary to `stream`, which is open for reading and
+  // writing. `path` is the binary's path without extension.
+  // `css_header_size` is the room in bytes that signing takes ahead of it.
+  virtual void write(std::iostream& stream, const std::string& path,
+                     std::uint32_t css_header_size) = 0;
+
+  // To be called behind write(), whose results it takes.
+  virtual std::unique_ptr<ImageManifest> create_manifest(
+      bool debug, std::uint32_t imr_type) = 0;
+
+  FwOutMap& map() { return *map_; }
+
+ private:
+  std::unique_ptr<FwOutMap> map_;
+};
+
+// Makes the image of the map's generation. Throws std::runtime_error
+// "Unrecognized binary version".
+std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map);
+
+// Reads a manifest back from a file, by its first little-endian word. Throws
+// std::runtime_error "Failed to open file: " and the path, "Unrecognized
+// module type", or what the generation's reader throws.
+std::unique_ptr<ImageManifest> read_manifest(const std::string& path);
+
+}  // namespace tova_fw_builder

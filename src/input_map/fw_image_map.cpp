@@ -1,0 +1,1 @@
+#include "input_map/fw_image_map.h"

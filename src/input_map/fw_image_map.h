@@ -1,0 +1,87 @@
+// input_map/fw_image_map.h
+// What the linker produced: the sections and symbols of all ELF files of the
+// firmware, each kind under one name space.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <istream>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace tova_fw_builder {
+
+struct FwImageMap {
+  // One section of a linked ELF as its section table lists it. Shared between
+  // the map and every section reference bound to it. The number of owners is
+  // significant: a header that the map alone owns is unreferenced.
+  struct SectionHeader {
+    std::string name;
+    std::uint32_t index = 0;  // 0xFFFFFFFF for a stream section
+    std::uint32_t size = 0;
+    std::uint32_t vma = 0;  // address at run time
+    std::uint32_t lma = 0;  // load address; the image is laid out by this one
+    std::uint32_t file_offset = 0;   // of the section's bytes in `stream`
+    std::uint32_t alignment = 4096;  // 0 for a stream section
+    bool contents = false;
+    bool alloc = false;
+    bool load = false;
+    bool readonly = false;
+    bool code = false;
+    bool data = false;
+    bool on_demand = false;  // no section table can set it
+
+    // The ELF file, one stream for all of its sections, or the memory stream
+    // of a stream section. It outlives the map.
+    std::shared_ptr<std::istream> stream;
+  };
+
+  struct Symbol {
+    bool valid = false;  // false only in the result of a failed look-up
+    char type = 0;       // the type letter; carried, never evaluated
+    std::uint32_t address = 0;
+    std::string name;
+  };
+
+  using SymbolMap = std::map<std::string, Symbol, std::less<>>;
+
+  // Reads one ELF of the list: section table, symbol list and the ELF file
+  // itself. Logs the table at level 3. See section_table.h for the format.
+  // Throws std::runtime_error "Failed to open file: " and the path; "Duplicated
+  // section found: " and the name for a loadable section whose name the map
+  // holds already; "Not recognizeg alignment specified".
+  void read_image_map(const std::string& memmap_path,
+                      const std::string& elf_path, const std::string& nm_path);
+
+  // Adds `stream` as a section of that name, replacing any earlier one: index
+  // all ones, no flag set, addresses and alignment 0, `size` the stream's
+  // length. With no flag it serves as a replacement alone.
+  void add_stream_section(const std::string& name,
+                          std::shared_ptr<std::istream> stream);
+
+  // The section of exactly that name, or null. The result is one more owner.
+  std::shared_ptr<SectionHeader> find_section(const std::string& name) const;
+
+  // A copy of the symbol, or one with `valid` false and all else empty.
+  Symbol find_symbol(const std::string& name) const;
+
+  // Adds the symbols whose names are not there yet: across files the first
+  // one wins. Takes `from` over.
+  void merge_symbols(SymbolMap&& from);
+
+  // Throw std::runtime_error, NAME " size " SIZE " > max_allowed_size " LIMIT,
+  // both numbers in hex without prefix, if the section of that name (or, in
+  // name order, the first whose name ends in `suffix`) is larger than `limit`.
+  void check_section_size(const std::string& name, std::uint64_t limit) const;
+  void check_suffix_size(const std::string& suffix, std::uint64_t limit) const;
+
+  // Logs a warning for each loadable section that nothing but the map owns.
+  void warn_unreferenced() const;
+
+  SymbolMap symbols;
+  std::map<std::string, std::shared_ptr<SectionHeader>> sections;
+  std::uint32_t parse_state = 0;  // of the section table scanner: 0, 1 or 2
+};
+
+}  // namespace tova_fw_builder
