@@ -1,0 +1,82 @@
+// From the command line to one command and an exit status. The one handler
+// for everything that goes wrong in a command stands here.
+#include "driver/command_line.h"
+
+#include <algorithm>
+#include <exception>
+#include <iostream>
+
+#include "driver/log.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// The text keeps its wording, in which three commands differ from what they
+// take and two are missing: build systems compare it.
+constexpr char kUsage[] =
+    R"(usage: tova_fw_builder [-v] command <params>
+
+  build img_flags feat_mask ver_maj ver_min ver_hotfix ver_build css_header_size out_image_def modconf_file out_dir elf_list_file manifest_out_file out_bin_file
+
+  sign debug|release key_file manifest_file manifest_signed_file
+  verify bin_file
+  write_c bin_file out_c_file
+  hash_key pub|pair key_file
+  buildrom elf_file map_file out_image_def out_file
+  asm pkg_file out_file
+  build_img img_dscr_file deploy_dir out_file
+)";
+
+void print_usage() { std::cout << kUsage << std::flush; }
+
+int dispatch(std::span<const std::string> arguments,
+             std::span<const Command> commands) {
+  if (arguments.front() == "-v") {
+    set_log_level(kLogDetail);
+    arguments = arguments.subspan(1);
+    if (arguments.empty()) {
+      print_usage();
+      return kNoCommand;
+    }
+  }
+  const std::string& word = arguments.front();
+  const auto parameters = arguments.subspan(1);
+  const auto command = std::ranges::find(commands, word, &Command::word);
+  if (command == commands.end()) {
+    if (log_level() >= kLogError) {
+      LogLine(kLogError).stream() << "Invalid command " << word;
+    }
+    print_usage();
+    return kNoCommand;
+  }
+  if (parameters.size() < command->min_parameters) {
+    if (log_level() >= kLogError) {
+      LogLine(kLogError).stream() << "Insufficient number of args";
+    }
+    print_usage();
+    return kTooFewParameters;
+  }
+  command->run(parameters);
+  return kDone;
+}
+
+}  // namespace
+
+int run_command_line(std::span<const std::string> arguments,
+                     std::span<const Command> commands) {
+  if (arguments.empty()) {
+    print_usage();
+    return kNoArguments;
+  }
+  try {
+    return dispatch(arguments, commands);
+  } catch (const std::exception& error) {
+    if (log_level() >= kLogError) {
+      LogLine(kLogError).stream() << error.what();
+    }
+    return kCommandFailed;
+  }
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,14 @@
+// The process entry.
+#include <string>
+#include <vector>
+
+#include "driver/command_line.h"
+#include "driver/command_table.h"
+
+int main(int argc, char** argv) {
+  // A caller may pass no program name at all.
+  const std::vector<std::string> arguments(argc > 0 ? argv + 1 : argv,
+                                           argv + argc);
+  return tova_fw_builder::run_command_line(arguments,
+                                           tova_fw_builder::command_table());
+}

@@ -1,0 +1,89 @@
+#include "driver/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <vector>
+
+#include "driver/command_table.h"
+#include "driver/log.h"
+#include "support/captured_log.h"
+
+namespace tova_fw_builder {
+namespace {
+
+std::vector<std::string> seen;
+
+constexpr Command kFake[] = {
+    {"one", 1,
+     [](std::span<const std::string> p) { seen.assign(p.begin(), p.end()); }},
+    {"bad", 0,
+     [](std::span<const std::string>) { throw std::out_of_range("why"); }},
+};
+
+struct Run {
+  int status;
+  std::string text;
+  int level;
+};
+
+Run run(const std::vector<std::string>& arguments) {
+  CapturedLog log;
+  const int status = run_command_line(arguments, kFake);
+  return {status, log.text(), log_level()};
+}
+
+const std::string kUsageStart =
+    "usage: tova_fw_builder [-v] command <params>\n";
+
+bool is_usage(const std::string& text) { return text.starts_with(kUsageStart); }
+
+TEST(CommandLine, StatusesAndWhatIsPrinted) {
+  EXPECT_EQ(-2, run({}).status);
+  EXPECT_TRUE(is_usage(run({}).text));
+  EXPECT_EQ(-3, run({"-v"}).status);
+  EXPECT_TRUE(is_usage(run({"-v"}).text));
+
+  const std::vector<std::string> unknown_words = {"ONE", "on", "one ", "",
+                                                  "-v"};
+  for (const auto& word : unknown_words) {
+    const std::string line = "Error: Invalid command " + word + "\n";
+    const Run result = run({"-v", word});
+    EXPECT_EQ(-3, result.status);
+    EXPECT_TRUE(result.text.starts_with(line + kUsageStart)) << result.text;
+  }
+  EXPECT_EQ(-1, run({"one"}).status);
+  EXPECT_TRUE(run({"one"}).text.starts_with(
+      "Error: Insufficient number of args\n" + kUsageStart));
+  EXPECT_EQ(-5, run({"bad"}).status);
+  EXPECT_EQ("Error: why\n", run({"bad"}).text);
+}
+
+TEST(CommandLine, OnlyTheFirstWordCanBeTheSwitch) {
+  Run result = run({"one", "-v", "x"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(2, result.level);
+  EXPECT_EQ((std::vector<std::string>{"-v", "x"}), seen);
+  result = run({"-v", "one", "y"});
+  EXPECT_EQ(0, result.status);
+  EXPECT_EQ(3, result.level);
+  EXPECT_EQ((std::vector<std::string>{"y"}), seen);
+}
+
+// One parameter less than the minimum never reaches the command.
+TEST(CommandTable, MinimumCounts) {
+  const std::pair<const char*, std::size_t> minimums[] = {
+      {"build", 15},    {"buildrom", 4}, {"asm", 2},      {"sign", 4},
+      {"verify", 1},    {"write_c", 2},  {"hash_key", 2}, {"split", 3},
+      {"build_img", 3}, {"make_hex", 3}};
+  ASSERT_EQ(std::size(minimums), command_table().size());
+  for (const auto& [word, minimum] : minimums) {
+    CapturedLog log;
+    std::vector<std::string> arguments(minimum, "");
+    arguments.front() = word;
+    EXPECT_EQ(-1, run_command_line(arguments, command_table())) << word;
+  }
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
