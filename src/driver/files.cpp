@@ -19,15 +19,21 @@ constexpr char kSeparator =
 
 }  // namespace
 
-std::unique_ptr<std::ifstream> open_binary_input(const std::string& path) {
-  return open_input(path, std::ios_base::binary);
+std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
+                                                 std::span<char> buffer) {
+  return open_input(path, std::ios_base::binary, buffer);
 }
 
 std::unique_ptr<std::ifstream> open_input(const std::string& path,
-                                          std::ios_base::openmode mode) {
+                                          std::ios_base::openmode mode,
+                                          std::span<char> buffer) {
   // A plain stream opens a directory and then reads nothing from it.
   std::error_code ignored;
   auto in = std::make_unique<std::ifstream>();
+  if (!buffer.empty()) {
+    in->rdbuf()->pubsetbuf(buffer.data(),
+                           static_cast<std::streamsize>(buffer.size()));
+  }
   if (!std::filesystem::is_directory(path, ignored)) {
     in->open(path, mode | std::ios_base::in);
   }

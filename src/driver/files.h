@@ -17,10 +17,14 @@
 namespace tova_fw_builder {
 
 // Open a file for reading, as bytes or as text. Throw std::runtime_error
-// "Failed to open file: " and the path, for a directory too.
-std::unique_ptr<std::ifstream> open_binary_input(const std::string& path);
+// "Failed to open file: " and the path, for a directory too. A `buffer` that
+// isn't empty takes what the stream reads ahead, for a reader that wipes it,
+// and must outlive the stream.
+std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
+                                                 std::span<char> buffer = {});
 std::unique_ptr<std::ifstream> open_input(
-    const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
+    const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
+    std::span<char> buffer = {});
 
 // The working directory. Throws std::runtime_error "Cannot get current working
 // directory", also for one of more than 259 characters.

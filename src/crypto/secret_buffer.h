@@ -1,0 +1,34 @@
+// crypto/secret_buffer.h
+// Memory for private key material: it is wiped before it is given back.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace tova_fw_builder {
+
+// Sets `size` bytes to zero. The compiler keeps these stores, also when nobody
+// reads the memory again.
+void secure_wipe(void* data, std::size_t size);
+
+// Bytes on the heap, zero at first, wiped when the buffer ends.
+class SecretBuffer {
+ public:
+  explicit SecretBuffer(std::size_t size)
+      : bytes_(new std::uint8_t[size](), Wipe{size}) {}
+
+  std::uint8_t* data() const { return bytes_.get(); }
+
+ private:
+  struct Wipe {
+    std::size_t size;
+    void operator()(std::uint8_t* bytes) const {
+      secure_wipe(bytes, size);
+      delete[] bytes;
+    }
+  };
+  std::unique_ptr<std::uint8_t[], Wipe> bytes_;
+};
+
+}  // namespace tova_fw_builder

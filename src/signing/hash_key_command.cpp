@@ -1,0 +1,18 @@
+// The command `hash_key`.
+#include "signing/hash_key_command.h"
+
+#include <stdexcept>
+
+#include "signing/key_file.h"
+#include "signing/public_key_hash.h"
+
+namespace tova_fw_builder {
+
+void hash_key_command(const std::string& kind, const std::string& key_file) {
+  if (kind != "pair" && kind != "pub") {
+    throw std::runtime_error("Invalid key file type specified");
+  }
+  public_key_hash(*load_key_file(key_file));
+}
+
+}  // namespace tova_fw_builder
