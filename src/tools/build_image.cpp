@@ -1,0 +1,228 @@
+// The command `build_img`. The statements are tested one after the other, each
+// once, on a current word that `bin` and `size` overwrite with their operands.
+// So a `bin` line may go on with another statement ("bin a.bin offset 1000"),
+// and a file named like a later keyword acts as that keyword.
+#include "tools/build_image.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+
+#include "crypto/sha_hash.h"
+#include "driver/byte_dump.h"
+#include "driver/files.h"
+#include "driver/log.h"
+#include "driver/text_reader.h"
+#include "driver/wire.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// The partition table as it stands in the image.
+struct PartitionTable {
+  Le32 count;                      // positions recorded
+  std::array<Le32, 16> positions;  // of the marked files, in order; then zero
+};
+static_assert(sizeof(PartitionTable) == 68 && alignof(PartitionTable) == 1);
+
+// What one run of a script works on.
+struct Run {
+  std::string deploy_dir;
+  std::string out_file;
+  std::ofstream out;
+  PartitionTable table = {};
+  std::optional<std::streamoff> table_position = {};
+  std::istringstream line = {};
+  std::string word = {};  // the current word
+};
+
+struct InputFile {
+  std::unique_ptr<std::istream> stream;
+  std::uint64_t length;
+};
+
+InputFile open_deployed(const Run& run, const std::string& name) {
+  const std::string path = run.deploy_dir + name;
+  auto stream = open_binary_input(path);
+  const std::uint64_t length = file_length(*stream, path);
+  return {std::move(stream), length};
+}
+
+// Of a failed output, the highest number: no offset pads it.
+std::uint64_t position_of(std::ostream& out) {
+  return static_cast<std::uint64_t>(std::streamoff{out.tellp()});
+}
+
+void record_position(Run& run) {
+  const std::uint32_t count = run.table.count;
+  if (count == run.table.positions.size()) {
+    throw std::runtime_error("Too many partition table entries");
+  }
+  run.table.positions[count] = static_cast<std::uint32_t>(position_of(run.out));
+  run.table.count = count + 1;
+}
+
+void append_file(Run& run) {
+  next_word_or_keep(run.line, run.word);
+  const InputFile file = open_deployed(run, run.word);
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream()
+        << "Appending " << run.word << " size = " << file.length;
+  }
+  next_word_or_keep(run.line, run.word);
+  if (run.word == "m") record_position(run);
+  copy_bytes(*file.stream, file.length, run.out);
+}
+
+void place_table(Run& run) { run.table_position = run.out.tellp(); }
+
+[[noreturn]] void refuse_offset(std::uint64_t target) {
+  std::ostringstream text;
+  text << "Offset out of range: " << std::hex << target;
+  throw std::runtime_error(text.str());
+}
+
+// Zero bytes from `position` to `target`. Behind the end of the file the last
+// of them is enough, as the system fills the gap: a typing error of a few
+// digits must not keep the disk busy for minutes. That the disk could hold
+// them all is asked first.
+void pad(Run& run, std::uint64_t position, std::uint64_t target) {
+  run.out.seekp(0, std::ios_base::end);
+  const std::uint64_t end = std::max(position, position_of(run.out));
+  run.out.seekp(static_cast<std::streamoff>(position));
+  write_zeros(run.out, std::min(end, target) - position);
+  if (end < target) {
+    std::error_code no_limit_known;
+    const auto disk = std::filesystem::space(run.out_file, no_limit_known);
+    if (disk.available < target - end) refuse_offset(target);
+    run.out.seekp(static_cast<std::streamoff>(target - 1));
+    run.out.put('\0');
+  }
+  run.out.flush();
+  if (!run.out) refuse_offset(target);
+}
+
+void go_to_offset(Run& run) {
+  std::uint64_t target = 0;
+  run.line >> std::hex >> target;
+  if (target > std::numeric_limits<std::streamoff>::max()) {
+    refuse_offset(target);
+  }
+  const std::uint64_t position = position_of(run.out);
+  if (position < target) {
+    if (log_level() >= kLogInfo) {
+      LogLine(kLogInfo).stream()
+          << "Appending padding size = " << target - position;
+    }
+    pad(run, position, target);
+  }
+  run.out.seekp(static_cast<std::streamoff>(target));
+}
+
+// Words that can't be read as numbers are passed over. What the failed read
+// has consumed stays consumed, so behind "0x" or a number that is too large it
+// is the next word that goes.
+void append_numbers(Run& run, std::streamsize width) {
+  while (run.line.good()) {
+    std::uint32_t number = 0;
+    if (run.line >> std::hex >> number) {
+      if (log_level() >= kLogInfo) {
+        LogLine(kLogInfo).stream()
+            << "Appending " << run.word << " 0x" << std::hex << number;
+      }
+      const Le32 bytes = number;
+      run.out.write(reinterpret_cast<const char*>(&bytes), width);
+    } else {
+      run.line.clear();
+      next_word(run.line);
+    }
+  }
+}
+
+void append_size(Run& run) {
+  next_word_or_keep(run.line, run.word);
+  const InputFile file = open_deployed(run, run.word);
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream()
+        << "Appending size of " << run.word << " = " << std::hex << file.length;
+  }
+  write_record(run.out, Le32(static_cast<std::uint32_t>(file.length)));
+}
+
+void append_hash(Run& run) {
+  next_word_or_keep(run.line, run.word);
+  const InputFile file = open_deployed(run, run.word);
+  Sha256Hash hash;
+  read_in_pieces(*file.stream, file.length,
+                 [&hash](std::span<const std::uint8_t> bytes) {
+                   hash.update(bytes.data(), bytes.size());
+                 });
+  std::array<std::uint8_t, 32> digest{};
+  hash.final(digest.data());
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream()
+        << "Appending hash of " << run.word << " = "
+        << ByteDump{digest.data(), digest.size(), "sha256"};
+  }
+  write_record(run.out, digest);
+}
+
+struct Statement {
+  const char* keyword;
+  void (*perform)(Run&);
+};
+
+// The order is that of the tests; users rely on it.
+constexpr Statement kStatements[] = {
+    {"bin", append_file},
+    {"pt", place_table},
+    {"offset", go_to_offset},
+    {"dd", [](Run& run) { append_numbers(run, 4); }},
+    {"dw", [](Run& run) { append_numbers(run, 2); }},
+    {"db", [](Run& run) { append_numbers(run, 1); }},
+    {"size", append_size},
+    {"sha", append_hash},
+};
+
+void perform_line(Run& run, const std::string& text) {
+  run.line = std::istringstream(text);
+  run.word = next_word(run.line);
+  for (const Statement& statement : kStatements) {
+    if (run.word == statement.keyword) statement.perform(run);
+  }
+}
+
+}  // namespace
+
+void build_image(const std::string& img_dscr_file,
+                 const std::string& deploy_dir, const std::string& out_file) {
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "Building Image";
+  }
+  if (log_level() >= kLogDetail) {
+    LogLine(kLogDetail).stream() << "IMG DSCR file: " << img_dscr_file;
+    LogLine(kLogDetail).stream() << "DEPLOY directory: " << deploy_dir;
+    LogLine(kLogDetail).stream() << "IMG file: " << out_file;
+  }
+  const auto script = open_input(img_dscr_file);
+  Run run{deploy_dir, out_file, std::ofstream(out_file, std::ios_base::binary)};
+  std::string text;
+  while (script->good()) {
+    read_buffered_line(*script, text);
+    perform_line(run, text);
+  }
+  if (run.table_position) {
+    run.out.seekp(*run.table_position);
+    write_record(run.out, run.table);
+  }
+  run.out.close();
+  if (log_level() >= kLogInfo) LogLine(kLogInfo).stream() << "Finished";
+}
+
+}  // namespace tova_fw_builder

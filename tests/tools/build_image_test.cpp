@@ -1,0 +1,162 @@
+// Expected bytes are written by hand; the digest is sha256sum's of "abc".
+#include "tools/build_image.h"
+
+#include <gtest/gtest.h>
+
+#include "support/captured_log.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+// What one script leaves behind. Deployed are abc ("abc"), empty, and files
+// named like keywords, each of which holds its name.
+struct Result {
+  std::string image;
+  std::string log;
+  std::string error;
+};
+
+Result run(const std::string& script, const std::string& output = "") {
+  TempDir dir;
+  dir.write("in/abc", "abc");
+  dir.write("in/empty", "");
+  for (const std::string name : {"bin", "pt", "m", "size", "sha"}) {
+    dir.write("in/" + name, name);
+  }
+  const std::string path = dir.write("script", script);
+  const std::string out = output.empty() ? dir.file("out") : output;
+  CapturedLog log;
+  Result result;
+  result.error = message_of([&] { build_image(path, dir.file("in/"), out); });
+  result.image = output.empty() ? read_file(out) : "";
+  result.log = log.text();
+  return result;
+}
+
+constexpr char kDigestOfAbc[] =
+    "ba 78 16 bf 8f 01 cf ea 41 41 40 de 5d ae 22 23 \n"
+    "b0 03 61 a3 96 17 7a 9c b4 10 ff 61 f2 00 15 ad \n";
+
+std::string bytes_of_hex(const std::string& text) {
+  std::istringstream in(text);
+  std::string bytes;
+  for (unsigned byte; in >> std::hex >> byte;) {
+    bytes += static_cast<char>(byte);
+  }
+  return bytes;
+}
+
+TEST(BuildImage, StatementsAndTheirLog) {
+  const std::string digest = kDigestOfAbc;
+  const struct {
+    const char* script;
+    std::string image;  // hexadecimal
+    std::string log;
+  } kCases[] = {
+      {"\n \n#bin abc\n# bin abc\nBIN abc\nbinabc\n", "", ""},
+      {"bin abc", "61 62 63", "Appending abc size = 3\n"},
+      {"dd 1 0x2000000f", "1 0 0 0 f 0 0 20",
+       "Appending dd 0x1\nAppending dd 0x2000000f\n"},
+      {"dw 12345 \n", "45 23", "Appending dw 0x12345\n"},
+      {"db 1ff\tFE\r\n", "ff fe", "Appending db 0x1ff\nAppending db 0xfe\n"},
+      {"size abc", "3 0 0 0", "Appending size of abc = 3\n"},
+      {"sha abc", digest, "Appending hash of abc = sha256\n" + digest + "\n"},
+      {"db 1\noffset 4\ndb 2\noffset 1\ndb 3\noffset 2", "1 3 0 0 2",
+       "Appending db 0x1\nAppending padding size = 3\nAppending db 0x2\n"
+       "Appending db 0x3\n"},
+      {"dw 101 101\noffset 0\noffset 2\noffset 2\noffset 3", "0 0 0 1",
+       "Appending dw 0x101\nAppending dw 0x101\nAppending padding size = 2\n"
+       "Appending padding size = 1\n"},
+      {"offset 0x12\noffset x9\noffset\ndb 7",
+       "7 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0",
+       "Appending padding size = 18\nAppending db 0x7\n"},
+  };
+  for (const auto& c : kCases) {
+    const Result result = run(c.script);
+    EXPECT_EQ(bytes_of_hex(c.image), result.image) << c.script;
+    EXPECT_EQ("Building Image\n" + c.log + "Finished\n", result.log);
+  }
+}
+
+// Behind a failed read the state is cleared and one word dropped, where what
+// the read has consumed stays consumed.
+TEST(BuildImage, OperandsThatAreNoNumbers) {
+  const std::pair<const char*, const char*> kCases[] = {
+      {"db", ""},        {"db 1x 2", "1 2"}, {"db 100000000 2 3", "3"},
+      {"db ", ""},       {"db 0xzz 2", "2"}, {"db ffffffff -1 +5", "ff ff 5"},
+      {"db zz", ""},     {"db 0x 2 3", "3"}, {"db 10 zz 20", "10 20"},
+      {"db - 2 3", "3"}, {"db 5z6 7", "5 7"}};
+  for (const auto& [script, image] : kCases) {
+    EXPECT_EQ(bytes_of_hex(image), run(script).image) << script;
+  }
+}
+
+// The current word goes through the tests that are left of its line. The file
+// lengths tell how far each line went.
+TEST(BuildImage, OperandsActAsLaterKeywords) {
+  const std::pair<const char*, std::size_t> kCases[] = {
+      {"bin abc db 7 8", 5},
+      {"bin abc offset 5", 5},
+      {"bin abc bin abc", 3},  // each test is made once
+      {"bin", 3},              // without an operand the word stays
+      {"bin abc size", 7},     //
+      {"bin pt", 70},          // places the table behind the file
+      {"size sha", 36},        // hashes "sha", as no other word is left
+      {"size sha abc", 36},
+  };
+  for (const auto& [script, size] : kCases) {
+    EXPECT_EQ(size, run(script).image.size()) << script;
+  }
+  EXPECT_EQ(bytes_of_hex("3 0 0 0 " + std::string(kDigestOfAbc)),
+            run("size sha abc").image);
+  EXPECT_EQ('\1', run("bin m\npt").image[1]);  // its name marks it
+}
+
+TEST(BuildImage, PartitionTable) {
+  const Result result =
+      run("pt\noffset 44\nbin abc m\nbin abc\nbin abc m\nbin empty M\n");
+  EXPECT_EQ(bytes_of_hex("2 0 0 0 44 0 0 0 4a 0 0 0") + std::string(56, '\0') +
+                "abcabcabc",
+            result.image);
+  // The later place counts, and the table may end the file.
+  EXPECT_EQ("abc" + std::string(68, '\0'), run("pt\nbin abc\npt").image);
+
+  std::string script = "pt\n";
+  for (int i = 0; i < 16; ++i) script += "bin abc m\n";
+  EXPECT_EQ("no exception", run(script).error);
+  const Result full = run(script + "bin abc m\n");
+  EXPECT_EQ("Too many partition table entries", full.error);
+  EXPECT_EQ(48u, full.image.size());  // neither the file nor the table
+  EXPECT_TRUE(full.log.ends_with("Appending abc size = 3\n"));
+}
+
+// A failed output swallows everything but padding, which can't go unnoticed.
+TEST(BuildImage, OffsetsOutOfReachAndFailedOutputs) {
+  for (const std::string number :
+       {"ffffffffffffffff", "8000000000000000", "7fffffffffffffff"}) {
+    EXPECT_EQ("Offset out of range: " + number, run("offset " + number).error);
+  }
+  EXPECT_EQ("no exception", run("bin abc\n", "/dev/full").error);
+  EXPECT_EQ("Offset out of range: 10", run("offset 10", "/dev/full").error);
+  const Result unopened = run("pt\nbin abc m\noffset 10", "/");
+  EXPECT_EQ("Building Image\nAppending abc size = 3\nFinished\n", unopened.log);
+}
+
+TEST(BuildImage, MissingFilesNameTheJoinedPath) {
+  TempDir dir;
+  std::filesystem::current_path(dir.path());
+  CapturedLog log(3);
+  for (const std::string keyword : {"bin", "size", "sha"}) {
+    dir.write("script", "db 41\n" + keyword + " x");
+    EXPECT_EQ("Failed to open file: prex",
+              message_of([] { build_image("script", "pre", "out"); }));
+    EXPECT_EQ("A", read_file("out"));
+  }
+  EXPECT_TRUE(log.text().starts_with(
+      "Building Image\nIMG DSCR file: script\nDEPLOY directory: pre\n"
+      "IMG file: out\nAppending db 0x41\nBuilding Image\n"));
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
