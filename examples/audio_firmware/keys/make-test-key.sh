@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# make-test-key.sh NAME
+# Makes a new RSA-2048 key with openssl and writes it in the forms that the
+# tool reads and openssl reads:
+#
+#   NAME-pair.key    public and private part, for `sign`
+#   NAME-public.key  public part, for key lists and `hash_key`
+#   NAME-public.pem  public part, for openssl
+#
+# The private part stands in the file unprotected: for tests alone.
+set -euo pipefail
+
+name=$1
+pem=$(mktemp)
+trap 'rm -f "$pem"' EXIT
+openssl genrsa -traditional -out "$pem" 2048 2>/dev/null
+openssl rsa -in "$pem" -pubout -out "$name-public.pem" 2>/dev/null
+
+# Modulus, exponent, d, p, q and the three numbers that speed up the private
+# operation, in this order, most significant byte first.
+mapfile -t numbers < <(
+  openssl asn1parse -in "$pem" | sed -n 's/.*INTEGER *:\(.*\)/\1/p' | tail -n +2)
+
+number() {  # number INDEX BYTES: the number as so many raw bytes
+  local hex
+  hex=$(printf "%$(($2 * 2))s" "${numbers[$1]}" | tr ' ' 0)
+  # The text is made of \x and digits alone, which is what printf is to expand.
+  # shellcheck disable=SC2001,SC2059
+  printf "$(sed 's/../\\x&/g' <<<"$hex")"
+}
+
+part() {  # the numbers that both parts begin with
+  printf '(16:rsa-pkcs1-sha256(1:e3:'
+  number 1 3
+  printf ')(1:n256:'
+  number 0 256
+  printf ')'
+}
+
+{
+  printf '(10:public-key'
+  part
+  printf '))'
+} >"$name-public.key"
+{
+  printf '(8:sequence(10:public-key'
+  part
+  printf '))(11:private-key'
+  part
+  index=2
+  for label in d256 p128 q128 a128 b128 c128; do
+    printf '(1:%s:' "$label"
+    number $index "${label:1}"
+    printf ')'
+    ((index += 1))
+  done
+  printf ')))'
+} >"$name-pair.key"

@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds the optimised tool and runs the sample
+# firmware through every command. Ends with a table of the files made, each
+# with its size and SHA-256.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+scripts/set-up.sh build
+scripts/build-tool.sh
+scripts/run-sample.sh build/tool/src/driver/tova_fw_builder build/demo

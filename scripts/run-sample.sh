@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# run-sample.sh TOOL OUT_DIR
+# Runs the sample firmware through every command of the tool: images of all
+# four generations, then a signed package and a flash image of generation 1.5.
+# Prints a line a step and the table of the files made; the full logs lie in
+# OUT_DIR/logs. Starts from the committed linker output.
+set -euo pipefail
+
+tool=$(realpath "$1")
+mkdir -p "$2"
+out=$(realpath "$2")
+sample=$(realpath "$(dirname "$0")/../examples/audio_firmware")
+elfs=(base_fw mixer reverb meter)
+
+rm -rf "$out"/{gen-1.5,gen-1.8,gen-2.5,gen-3.0,logs}
+mkdir -p "$out/logs"
+step_number=0
+
+step() {  # step LOG_NAME TEXT ARGUMENT...: runs the tool with the arguments
+  local log
+  ((step_number += 1))
+  log=$(printf '%s/logs/%02d-%s.log' "$out" "$step_number" "$1")
+  echo "  $2"
+  "$tool" "${@:3}" >"$log" || {
+    echo "Failed; the end of $log:" >&2
+    tail -n 5 "$log" >&2
+    exit 1
+  }
+}
+
+echo "Running the sample firmware"
+for generation in 1.5 1.8 2.5 3.0; do
+  dir=$out/gen-$generation
+  mkdir -p "$dir"
+  for elf in "${elfs[@]}"; do
+    printf '%s\n' "$sample/linked/$elf".{elf,sections,symbols}
+  done >"$dir/firmware.elfs"
+
+  # Image flags, feature mask, IMR type; version; bytes for the signer; paths.
+  step "build-$generation" "build the image of generation $generation" \
+    build 10 ff 3 1 4 0 27 2048 \
+    "$sample/definitions/gen_$generation.def" "$sample/src/audio_config.h" \
+    "$sample/keys/trusted-keys.list" "$dir/" firmware.elfs firmware.man firmware
+done
+
+key=$sample/keys/test-key
+dir=$out/gen-1.5
+step hash-key "print the hash of the test key" hash_key pub "$key-public.key"
+step sign "sign the manifest with the test key" \
+  sign debug "$key-pair.key" "$dir/firmware.man" "$dir/firmware.man.signed"
+step verify "verify the signed manifest" verify "$dir/firmware.man.signed"
+step asm "join the package" asm "$dir/firmware.pkg" "$dir/package.bin"
+step flash "put the flash image together" \
+  build_img "$sample/flash.script" "$dir/" "$dir/flash.img"
+step split "split it over two memory banks" \
+  split "$dir/flash.img" "$dir/bank_a" "$dir/bank_b"
+step hex "make a memory file of 128 bits a line" \
+  make_hex "$dir/flash.img" "$dir/flash.hex" 128
+step c-array "make a C array of the signed manifest" \
+  write_c "$dir/firmware.man.signed" "$dir/signed_manifest.c"
+
+echo
+printf '%-55s %8s  %s\n' "File in $2" Bytes SHA-256
+cd "$out"
+for file in gen-*/*; do
+  sum=$(sha256sum "$file")
+  printf '%-55s %8d  %s\n' "$file" "$(stat -c %s "$file")" "${sum%% *}"
+done

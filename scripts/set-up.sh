@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# Installs what is missing for the kinds of work named as arguments:
+#
+#   build  compile the tool
+#   test   build and run the tests
+#   check  the further checks of .ci/run
+#
+# Says nothing and asks no package server when nothing is missing. Installs by
+# apt-get, through sudo when not root. On any other system it ends with
+# status 1 and one line that names what is missing.
+set -euo pipefail
+
+has_command() { command -v "$1" >/dev/null; }
+
+# Whether a C++ program that includes the header can be compiled.
+has_header() {
+  echo "#include <$1>" | c++ -std=c++17 -x c++ -fsyntax-only - 2>/dev/null
+}
+
+# clang comes without the run-time part of its sanitizers on some systems.
+has_sanitizers() {
+  echo 'int main() {}' |
+    clang++ -fsanitize=address,undefined -x c++ - -o /dev/null 2>/dev/null
+}
+
+missing=()
+need() {  # need PACKAGE TEST...: notes the package when the test fails
+  local package=$1
+  shift
+  "$@" || missing+=("$package")
+}
+
+for work in "$@"; do
+  case $work in
+    build)
+      need g++ has_command c++
+      need cmake has_command cmake
+      need ninja-build has_command ninja
+      ;;
+    test)
+      need libgtest-dev has_header gtest/gtest.h
+      need make has_command make
+      need openssl has_command openssl
+      need valgrind has_command valgrind
+      ;;
+    check)
+      need clang has_command clang++
+      need libclang-rt-dev has_sanitizers
+      need clang-format has_command clang-format
+      need clang-tidy has_command clang-tidy
+      need shellcheck has_command shellcheck
+      need dpkg-dev has_command dpkg-shlibdeps
+      need file has_command file
+      need mandoc has_command mandoc
+      ;;
+    *)
+      echo "$0: unknown kind of work: $work" >&2
+      exit 2
+      ;;
+  esac
+done
+[[ ${#missing[@]} -gt 0 ]] || exit 0
+
+as_root=()
+if [[ $(id -u) != 0 ]]; then
+  as_root=(sudo)
+fi
+if ! has_command apt-get ||
+  { [[ ${#as_root[@]} -gt 0 ]] && ! has_command sudo; }; then
+  echo "Please install these packages first: ${missing[*]}" >&2
+  exit 1
+fi
+echo "Installing: ${missing[*]}"
+# The lists may be old or absent: without them a package is not found, or an
+# older version is asked for that the server has no more.
+"${as_root[@]}" apt-get -qq -o Acquire::Retries=3 update
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+  apt-get -qq -y -o Acquire::Retries=3 -o Dpkg::Use-Pty=0 \
+  install --no-install-recommends "${missing[@]}" >/dev/null
