@@ -1,0 +1,63 @@
+// The look-up of definition files.
+#include "definitions/definition_lookup.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include "driver/files.h"
+#include "driver/log.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+std::string canonical_path(const std::string& name) {
+  std::error_code error;
+  const auto path = std::filesystem::canonical(name, error);
+  // The library's own throwing call words the operation in its own way.
+  if (error) {
+    throw std::filesystem::filesystem_error("canonical", name, error);
+  }
+  return path.string();
+}
+
+void log_attempt(const char* outcome, const std::string& name) {
+  if (log_level() >= kLogDetail) {
+    LogLine(kLogDetail).stream() << outcome << name;
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
+                                               const std::string& name) {
+  auto in = find_image_def(map, name);
+  if (!in->is_open()) {
+    in = find_image_def(map, join_path(map.default_dir, name));
+  }
+  if (!in->is_open()) {
+    throw std::runtime_error("Failed to open image defs file : " + name);
+  }
+  return in;
+}
+
+std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
+                                              const std::string& name) {
+  auto in = std::make_shared<std::ifstream>();
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(name, ignored)) in->open(name);
+  if (!in->is_open()) {
+    log_attempt("Image not found in : ", name);
+    return in;
+  }
+  log_attempt("Image def file found : ", name);
+  map.dir_stack.push_back(current_directory());
+  // Without a directory part this fails, which leaves the directory as it is.
+  std::filesystem::current_path(directory_of(name), ignored);
+  // Only now: relative names with a directory part are refused on purpose.
+  map.files_read.push_back(canonical_path(name));
+  return in;
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,56 @@
+// Group blocks. An `entry` of FFFFFFFF leaves the group looking as if it had
+// none, so another one may follow it.
+#include "definitions/group_block.h"
+
+#include <stdexcept>
+
+#include "driver/log.h"
+#include "driver/text_reader.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+void read_entry(FwOutMap::SectionGroup& group, Statement& statement) {
+  const std::uint32_t entry = statement.next_unsigned(16);
+  if (group.entry != FwOutMap::SectionGroup::kNoEntry) {
+    throw std::runtime_error("Double entry point defined");
+  }
+  group.explicit_entry = true;
+  group.entry = entry;
+}
+
+// `section` alone makes a section of that name, as the word stays; behind a
+// marker the name has a text of its own, so `section ep` alone has an empty
+// name.
+void read_section(FwOutMap::SectionGroup& group, Statement& statement) {
+  std::string name = statement.next_word();
+  const bool entrypoint = name == "ep";
+  const bool optional = name == "o";
+  if (entrypoint || optional) name = next_word(statement.rest);
+  std::string replacement;
+  if (statement.next_word() == "<") replacement = next_word(statement.rest);
+  if (log_level() >= kLogDetail) {
+    LogLine line(kLogDetail);
+    line.stream() << "  section: " << name;
+    if (entrypoint) line.stream() << " (entrypoint)";
+    if (optional) line.stream() << " (optional)";
+    if (!replacement.empty()) line.stream() << "replacement: " << replacement;
+  }
+  group.add_section(name, entrypoint, optional, replacement);
+}
+
+constexpr StatementRow<FwOutMap::SectionGroup> kGroupStatements[] = {
+    {"entry", read_entry},
+    {"section", read_section},
+};
+
+}  // namespace
+
+void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group) {
+  read_block(lines, [&group](Statement& statement) {
+    return carry_out(kGroupStatements, group, statement);
+  });
+}
+
+}  // namespace tova_fw_builder

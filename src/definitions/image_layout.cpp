@@ -1,0 +1,151 @@
+// The top-level statements. Numbers that go through the signed conversion
+// can't exceed 7FFFFFFF, and -1 stands for all ones.
+#include "definitions/image_layout.h"
+
+#include <utility>
+
+#include "definitions/definition_reader.h"
+#include "definitions/module_statements.h"
+#include "definitions/statements.h"
+#include "driver/log.h"
+#include "driver/text_reader.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+struct LayoutBlock {
+  FwOutMap& map;
+  StatementLines& lines;
+};
+
+// The field itself is the word that stays.
+void read_binary_name(LayoutBlock& block, Statement& statement) {
+  next_word_or_keep(statement.rest, block.map.binary_name);
+}
+
+struct BinaryVersion {
+  std::string_view word;
+  std::uint32_t value;
+};
+constexpr BinaryVersion kBinaryVersions[] = {
+    {"1.5", kKelp15}, {"1.8", kKelp18}, {"2.5", kKelp25}, {"3.0", kKelp30}};
+
+void read_binary_ver(LayoutBlock& block, Statement& statement) {
+  statement.next_word();
+  for (const auto& [word, value] : kBinaryVersions) {
+    if (word == statement.word) {
+      block.map.binary_ver = value;
+      return;
+    }
+  }
+  throw CfgFileError(block.lines.number(), "binary_ver",
+                     "Unknown binary version");
+}
+
+template <std::uint32_t FwOutMap::*Field>
+void read_signed(LayoutBlock& block, Statement& statement) {
+  block.map.*Field = static_cast<std::uint32_t>(statement.next_signed(16));
+}
+
+void read_hw_buf_ba(LayoutBlock& block, Statement& statement) {
+  block.map.hw_buf_ba = statement.next_unsigned(16);
+}
+
+// The sign is carried into the upper half: -1 means no limit.
+void read_max_data(LayoutBlock& block, Statement& statement) {
+  block.map.max_data =
+      static_cast<std::uint64_t>(std::int64_t{statement.next_signed(16)});
+}
+
+void read_dyn_mem(LayoutBlock& block, Statement& statement) {
+  auto section = std::make_unique<FwOutMap::Section>();
+  section->name = statement.next_word();
+  block.map.dyn_mem.push_back(std::move(section));
+}
+
+void read_ignore(LayoutBlock& block, Statement& statement) {
+  block.map.ignore.push_back(statement.next_word());
+}
+
+void read_memory_class(LayoutBlock& block, Statement& statement) {
+  FwOutMap::MemoryClass memory;
+  memory.name = statement.next_word();
+  memory.base = statement.next_unsigned(16);
+  memory.size = statement.next_unsigned(16);
+  memory.end = memory.base + memory.size;
+  block.map.memory_classes.push_back(std::move(memory));
+}
+
+struct ModuleKind {
+  std::string_view word;
+  std::uint32_t load_type;
+  std::uint32_t module_kind;
+  bool required;
+  bool auto_init;
+};
+constexpr ModuleKind kModuleKinds[] = {
+    {"o", 1, 1, false, false}, {"b", 0, 0, true, false},
+    {"ba", 0, 0, true, true},  {"d", 1, 1, true, false},
+    {"da", 1, 1, true, true},  {"l", 1, 2, true, false},
+};
+
+void log_module(const FwOutMap::Module& module) {
+  if (log_level() < kLogDetail) return;
+  LogLine(kLogDetail).stream()
+      << " module: " << module.name
+      << (module.load_type != 0 ? " (loadable)" : " (builtin)")
+      << (module.module_kind != 0 ? " (addon)" : " (base)")
+      << (module.required ? "" : " (optional)")
+      << (module.auto_init ? " (auto-init)" : "");
+}
+
+void open_module(LayoutBlock& block, Statement& statement) {
+  auto module = std::make_unique<FwOutMap::Module>();
+  statement.next_word();
+  for (const ModuleKind& kind : kModuleKinds) {
+    if (kind.word == statement.word) {
+      module->load_type = kind.load_type;
+      module->module_kind = kind.module_kind;
+      module->required = kind.required;
+      module->auto_init = kind.auto_init;
+      statement.next_word();
+      break;
+    }
+  }
+  module->name = statement.word;
+  log_module(*module);
+  read_module(block.map, block.lines, *module);
+  block.map.modules.push_back(std::move(module));
+}
+
+constexpr StatementRow<LayoutBlock> kLayoutStatements[] = {
+    {"binary_name", read_binary_name},
+    {"binary_ver", read_binary_ver},
+    {"load_offset", read_signed<&FwOutMap::load_offset>},
+    {"hw_buf_ba", read_hw_buf_ba},
+    {"hw_buf_size", read_signed<&FwOutMap::hw_buf_size>},
+    {"max_data", read_max_data},
+    {"dyn_mem", read_dyn_mem},
+    {"ignore", read_ignore},
+    {"memory_class", read_memory_class},
+    {"module", open_module},
+};
+
+}  // namespace
+
+void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream) {
+  if (log_level() >= kLogDetail) {
+    LogLine(kLogDetail).stream() << "Reading FW Image Layout (ROM mode "
+                                 << (map.rom_mode ? "On" : "Off") << ")...";
+  }
+  StatementLines lines(*stream);
+  LayoutBlock block{map, lines};
+  read_block(lines, [&block](Statement& statement) {
+    if (carry_out(kLayoutStatements, block, statement)) return true;
+    throw CfgFileError(block.lines.number(), statement.word,
+                       "Unknown parameter");
+  });
+}
+
+}  // namespace tova_fw_builder

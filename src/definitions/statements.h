@@ -1,0 +1,89 @@
+// definitions/statements.h
+// What the readers of the flattened definitions share: the lines with their
+// numbers, the words of a statement, and the way in which a block ends.
+//
+// A block has no end marker. It ends at the first statement that it doesn't
+// know, and that line goes back to the enclosing block, which judges it anew.
+#pragma once
+
+#include <cstdint>
+#include <istream>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace tova_fw_builder {
+
+// The lines of the flattened text. One line can be given back.
+class StatementLines {
+ public:
+  explicit StatementLines(std::istream& stream) : stream_(stream) {}
+
+  // False when the last line had no line end, and behind the last line.
+  bool good() const { return stream_.good(); }
+
+  // Number of the line taken last, from 1. A line that was given back and is
+  // taken again keeps the number that it had.
+  std::uint64_t number() const { return number_; }
+
+  // The line given back, or else the next one of the stream; empty at its end.
+  std::string take();
+
+  // Gives a line back.
+  void hold(const std::string& line) { held_ = line; }
+
+ private:
+  std::istream& stream_;
+  std::uint64_t number_ = 0;
+  std::string held_;
+};
+
+// One statement. Its operands are taken word by word; when none is left, the
+// word before comes again, which for a statement without operands is the key.
+struct Statement {
+  explicit Statement(const std::string& line);
+
+  const std::string& next_word();
+
+  // The next word as a number, by the rules and with the failure texts of
+  // parse_signed and parse_unsigned.
+  std::int32_t next_signed(int base);
+  std::uint32_t next_unsigned(int base);
+
+  std::istringstream rest;  // what stands behind `word`
+  std::string word;         // the word taken last, at first the key
+};
+
+// One row of a block's table: a key, and what to do at it.
+template <typename Block>
+struct StatementRow {
+  std::string_view key;
+  void (*carry_out)(Block& block, Statement& statement);
+};
+
+// Carries out the statement by its row in the table. False, with nothing done,
+// if its key isn't there.
+template <typename Block, typename Table>
+bool carry_out(const Table& table, Block& block, Statement& statement) {
+  for (const StatementRow<Block>& row : table) {
+    if (row.key == statement.word) {
+      row.carry_out(block, statement);
+      return true;
+    }
+  }
+  return false;
+}
+
+// Offers each line that isn't blank to `accept`, as a Statement, until the
+// lines end or `accept` yields false; the line refused is given back.
+template <typename Accept>
+void read_block(StatementLines& lines, Accept accept) {
+  while (lines.good()) {
+    const std::string line = lines.take();
+    Statement statement(line);
+    if (statement.word.empty()) continue;
+    if (!accept(statement)) return lines.hold(line);
+  }
+}
+
+}  // namespace tova_fw_builder
