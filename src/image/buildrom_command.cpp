@@ -1,0 +1,48 @@
+// The `buildrom` command. The generation of the definition matters here only
+// for how the contents are written; no image class is asked.
+#include "image/buildrom_command.h"
+
+#include <fstream>
+#include <memory>
+#include <optional>
+
+#include "driver/log.h"
+#include "layout/build_core.h"
+#include "layout/content_writer.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+void log_argument(const char* label, const std::string& value) {
+  if (log_level() >= kLogDetail) LogLine(kLogDetail).stream() << label << value;
+}
+
+}  // namespace
+
+void buildrom_command(const std::string& default_dir,
+                      const std::string& image_def_path,
+                      const std::string& out_dir,
+                      const std::string& elf_list_name,
+                      const std::string& binary_name) {
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "Building ROM Image ";
+  }
+  const std::string elf_list_path = out_dir + elf_list_name;
+  const std::string binary_path = out_dir + binary_name;
+  log_argument("IMAGE DEF default dir   : ", default_dir);
+  log_argument("IMAGE DEF path          : ", image_def_path);
+  log_argument("OUT directory           : ", out_dir);
+  log_argument("ELF_LIST file path      : ", elf_list_path);
+  log_argument("BIN file path           : ", binary_path + "\n");
+
+  const std::unique_ptr<FwOutMap> map = build_out_map(
+      true, elf_list_path, "", default_dir, image_def_path, std::nullopt);
+  std::ofstream binary(binary_path + ".bin", std::ios_base::binary);
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "\nWriting sections to " << binary_path;
+  }
+  write_module_contents(*map, binary, binary_path);
+}
+
+}  // namespace tova_fw_builder

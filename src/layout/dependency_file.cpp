@@ -1,0 +1,21 @@
+// The make dependency file. The empty rule for each file keeps make from
+// failing once a definition file is gone.
+#include "layout/dependency_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace tova_fw_builder {
+
+void write_dependency_file(const std::string& elf_list_path,
+                           const std::vector<std::string>& files_read) {
+  std::ofstream out(
+      std::filesystem::path(elf_list_path).replace_extension("d"));
+  for (std::string file : files_read) {
+    std::replace(file.begin(), file.end(), '\\', '/');
+    out << "binary_parts: " << file << '\n' << file << ": \n\n";
+  }
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,97 @@
+// Consistency checks. The one that a reader would take for an error is only a
+// note: uninitialised sections in between others do no harm but cost pages.
+#include "layout/map_checks.h"
+
+#include <set>
+#include <stdexcept>
+
+#include "driver/log.h"
+#include "layout/group_binding.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+using Group = FwOutMap::SectionGroup;
+
+bool is_alloc_only(const Group& group) {
+  constexpr std::uint32_t kOthers = Group::kContents | Group::kLoad |
+                                    Group::kReadonly | Group::kCode |
+                                    Group::kData;
+  return (group.flags & (Group::kAlloc | kOthers)) == Group::kAlloc;
+}
+
+// `last_other` is the last group in the order of the definitions, wherever it
+// lies in memory; the note follows what engineers wrote.
+void note_alloc_only(const FwOutMap& map) {
+  const Group* last_other = nullptr;
+  const Group* first_alloc = nullptr;
+  for (const auto& module : map.modules) {
+    for (const auto& group : module->groups) {
+      if (!is_alloc_only(*group)) {
+        last_other = group.get();
+      } else if (first_alloc == nullptr ||
+                 load_address(*group) < load_address(*first_alloc)) {
+        first_alloc = group.get();
+      }
+    }
+  }
+  if (last_other == nullptr || first_alloc == nullptr) return;
+  if (load_address(*last_other) <= load_address(*first_alloc)) return;
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream()
+        << "Alloc-only section is placed in between other sections \n"
+        << std::hex << "firts alloc-only section base address     : "
+        << load_address(*first_alloc) << '\n'
+        << "last non-alloc-only section base address  : "
+        << load_address(*last_other) << '\n';
+  }
+}
+
+}  // namespace
+
+bool is_referenced(const FwOutMap::Module& module) {
+  bool seen_mapped = false;
+  bool seen_unmapped = false;
+  for (std::size_t i = 0; i < module.groups.size(); ++i) {
+    if (is_complete(*module.groups[i])) {
+      if (seen_unmapped) {
+        throw std::runtime_error("Partially mapped module " + module.name);
+      }
+      seen_mapped = true;
+      continue;
+    }
+    if (log_level() >= kLogInfo) {
+      LogLine(kLogInfo).stream()
+          << "invalid section " << i << '/' << module.groups.size()
+          << " found for module: " << module.name << '\n';
+    }
+    if (seen_mapped || module.required) {
+      throw std::runtime_error("Partially mapped module " + module.name +
+                               ", section: " + std::to_string(i));
+    }
+    seen_unmapped = true;
+  }
+  return seen_mapped;
+}
+
+void check_alloc_only(const FwOutMap& map) {
+  if (map.binary_ver != kKelp18 && map.binary_ver != kKelp25 &&
+      map.binary_ver != kKelp30) {
+    return;
+  }
+  note_alloc_only(map);
+  check_uuid_tails(map);
+}
+
+void check_uuid_tails(const FwOutMap& map) {
+  std::set<UuidNode> seen;
+  for (const auto& module : map.modules) {
+    if (!seen.insert(module->uuid.node()).second) {
+      throw std::runtime_error("UUID last 6 bytes is not unique for module " +
+                               module->name);
+    }
+  }
+}
+
+}  // namespace tova_fw_builder

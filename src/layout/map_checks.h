@@ -1,0 +1,28 @@
+// layout/map_checks.h
+// Consistency checks of the bound map. None changes an address.
+#pragma once
+
+#include "layout/out_map.h"
+
+namespace tova_fw_builder {
+
+// True if the module is in the image, false if it is wholly absent, also if it
+// has no group left. Logs a note for each group that isn't complete.
+//
+// Throws std::runtime_error "Partially mapped module NAME, section: I" if group
+// I isn't complete though the module is required or an earlier group is
+// complete, and "Partially mapped module NAME" if a group is complete behind
+// one that isn't. So for a required module the first text also means that
+// nothing of it was found.
+bool is_referenced(const FwOutMap::Module& module);
+
+// Notes in the log, at level 2, a section of allocation alone that lies in
+// front of the last other group of the definitions; then check_uuid_tails.
+// Does nothing for generation 1.5 and unknown ones.
+void check_alloc_only(const FwOutMap& map);
+
+// Throws std::runtime_error "UUID last 6 bytes is not unique for module " and
+// the name of the later of two modules.
+void check_uuid_tails(const FwOutMap& map);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,162 @@
+// The memory description. Virtual and load addresses go through the same
+// steps, so an address kind is a member of the section header here.
+#include "layout/memory_description.h"
+
+#include <fstream>
+#include <iomanip>
+#include <stdexcept>
+
+#include "driver/files.h"
+#include "driver/log.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+using Section = FwOutMap::Section;
+using MemoryClass = FwOutMap::MemoryClass;
+using Address = std::uint32_t FwImageMap::SectionHeader::*;
+
+constexpr Address kVma = &FwImageMap::SectionHeader::vma;
+constexpr Address kLma = &FwImageMap::SectionHeader::lma;
+
+enum class Direction { kHighest, kLowest };
+
+// One of the four queries.
+struct Query {
+  Address address;
+  Direction direction;
+
+  std::uint32_t key_of(const Section& section) const {
+    return (*section.header).*address;
+  }
+  bool lies_in(const Section& section, const MemoryClass& area) const {
+    return key_of(section) >= area.base && key_of(section) < area.end;
+  }
+  // Equals are not better, so the first one stays.
+  void improve(const Section*& best, const Section& candidate) const {
+    if (best == nullptr || (direction == Direction::kHighest
+                                ? key_of(candidate) > key_of(*best)
+                                : key_of(candidate) < key_of(*best))) {
+      best = &candidate;
+    }
+  }
+};
+
+const Section* find(const FwOutMap& map, const MemoryClass& area,
+                    const Query& query) {
+  const Section* result = nullptr;
+  for (const auto& module : map.modules) {
+    for (const auto& group : module->groups) {
+      const Section* best = nullptr;
+      for (const auto& section : group->sections) {
+        query.improve(best, *section);
+      }
+      if (best != nullptr && query.lies_in(*best, area)) {
+        query.improve(result, *best);
+      }
+    }
+  }
+  for (const auto& section : map.dyn_mem) {
+    if (result != nullptr || query.lies_in(*section, area)) {
+      query.improve(result, *section);
+    }
+  }
+  return result;
+}
+
+// What a class holds, by one kind of address.
+struct Usage {
+  std::uint32_t top = 0;  // end of the highest section, in whole pages
+  std::uint32_t size = 0;
+  std::uint32_t offset = 0;
+};
+
+std::uint32_t rounded_top(const Section* highest, Address address) {
+  if (highest == nullptr) return 0;
+  const FwImageMap::SectionHeader& header = *highest->header;
+  return (header.*address + header.size + (kPageSize - 1)) & ~(kPageSize - 1);
+}
+
+// Logs the top with `label`, unless it is 0.
+Usage measure(const FwOutMap& map, const MemoryClass& area, Address address,
+              const char* label) {
+  Usage usage;
+  usage.top =
+      rounded_top(find(map, area, {address, Direction::kHighest}), address);
+  if (usage.top == 0) return usage;
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << label << "0x" << std::hex << std::setw(8)
+                               << std::setfill('0') << usage.top;
+  }
+  const Section* lowest = find(map, area, {address, Direction::kLowest});
+  const std::uint32_t low = lowest == nullptr ? 0 : (*lowest->header).*address;
+  const std::string fault =
+      "Highest address " + std::to_string(usage.top) + " is lower than ";
+  if (usage.top < low) {
+    throw std::runtime_error(fault + "lowest " + std::to_string(low) +
+                             " address found");
+  }
+  if (usage.top < area.base) {
+    throw std::runtime_error(fault + "memory class " + area.name +
+                             " base address");
+  }
+  usage.size = usage.top - low;
+  usage.offset = usage.top - area.base;
+  return usage;
+}
+
+void write_class(std::ostream& out, const MemoryClass& area,
+                 const Usage& usage) {
+  constexpr std::uint32_t kLow24Bits = 0xFFFFFF;
+  out << std::hex << std::showbase << "<memory_class name=\"" << area.name
+      << "\">\n<size>" << (usage.size & kLow24Bits) << "</size>\n<offset>"
+      << (usage.offset & kLow24Bits) << "</offset>\n</memory_class>\n";
+}
+
+}  // namespace
+
+const Section* highest_by_vma(const FwOutMap& map, const MemoryClass& area) {
+  return find(map, area, {kVma, Direction::kHighest});
+}
+
+const Section* highest_by_lma(const FwOutMap& map, const MemoryClass& area) {
+  return find(map, area, {kLma, Direction::kHighest});
+}
+
+const Section* lowest_by_vma(const FwOutMap& map, const MemoryClass& area) {
+  return find(map, area, {kVma, Direction::kLowest});
+}
+
+const Section* lowest_by_lma(const FwOutMap& map, const MemoryClass& area) {
+  return find(map, area, {kLma, Direction::kLowest});
+}
+
+void write_memory_description(const FwOutMap& map, const std::string& out_dir,
+                              const std::string& binary_name) {
+  std::fstream out(
+      join_path(out_dir, binary_name + ".xml"),
+      std::ios_base::in | std::ios_base::out | std::ios_base::trunc);
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "Create memory description file:";
+  }
+  out << "<memory_footprint elf_name=\"" << binary_name << "\">\n";
+  for (const MemoryClass& area : map.memory_classes) {
+    if (log_level() >= kLogInfo) {
+      LogLine(kLogInfo).stream() << " memory_class name : " << area.name;
+    }
+    const Usage by_vma = measure(map, area, kVma, "  VMA_highest_address: ");
+    const Usage by_lma = measure(map, area, kLma, "  LMA_highest_address: ");
+    if (by_vma.top == 0 && by_lma.top == 0 && log_level() >= kLogInfo) {
+      LogLine(kLogInfo).stream() << "  empty";
+    }
+    if (by_vma.offset != 0) {
+      write_class(out, area, by_vma);
+    } else if (by_lma.offset != 0) {
+      write_class(out, area, by_lma);
+    }
+  }
+  out << "</memory_footprint>\n";
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,107 @@
+// Connection of the modules. Errors of one module carry its name; those that
+// belong to the whole image are raised as they are.
+#include "layout/module_connection.h"
+
+#include <stdexcept>
+
+#include "driver/log.h"
+#include "layout/group_binding.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+using Group = FwOutMap::SectionGroup;
+
+constexpr std::uint32_t kKindWithoutEntry = 2;
+constexpr std::int32_t kTypeWithStackOfBss = 0;
+
+void take_from_group(FwOutMap::Module& module, const Group& group) {
+  if (group.type == Group::kText && module.module_kind != kKindWithoutEntry) {
+    module.entry_point = group.entry;
+    if (group.entry == Group::kNoEntry) {
+      throw std::runtime_error("No entrypoint defined for module " +
+                               module.name);
+    }
+  }
+  if (group.type == Group::kBss && module.type == kTypeWithStackOfBss) {
+    module.stack_size = group_pages(group);
+  }
+}
+
+void connect_groups(FwOutMap::Module& module, bool rom_mode,
+                    const FwImageMap& image_map) {
+  for (const auto& group : module.groups) {
+    attach_group(*group, image_map, !rom_mode, module.load_type == 1);
+    remove_optional(*group);
+  }
+  remove_empty_groups(module);
+  for (const auto& group : module.groups) {
+    if (is_complete(*group)) take_from_group(module, *group);
+  }
+}
+
+void report_ignored(const FwOutMap& map, const FwImageMap& image_map) {
+  for (const std::string& name : map.ignore) {
+    if (image_map.find_section(name) != nullptr) {
+      if (log_level() >= kLogInfo) {
+        LogLine(kLogInfo).stream() << "Section marked to ignore " << name;
+      }
+    } else if (log_level() >= kLogWarning) {
+      LogLine(kLogWarning).stream()
+          << "Section marked to ignore " << name << " not found";
+    }
+  }
+}
+
+void bind_dyn_mem(FwOutMap& map, const FwImageMap& image_map) {
+  for (const auto& section : map.dyn_mem) {
+    section->header = image_map.find_section(section->name);
+    if (section->header == nullptr) {
+      throw std::runtime_error("Section header not found for " + section->name);
+    }
+  }
+}
+
+void collect_exports(FwOutMap& map, const FwImageMap& image_map) {
+  for (const auto& [name, optional] : map.exports) {
+    FwImageMap::Symbol symbol = image_map.find_symbol(name);
+    if (!symbol.valid && !optional) {
+      throw std::runtime_error("Required symbol to export not found: " + name);
+    }
+    if (log_level() >= kLogInfo) {
+      LogLine(kLogInfo).stream()
+          << (symbol.valid ? "Exporting symbol: "
+                           : "Optional symbol to export not found: ")
+          << name;
+    }
+    if (symbol.valid) map.exported_symbols.push_back(std::move(symbol));
+  }
+}
+
+}  // namespace
+
+void connect_modules(FwOutMap& map, const FwImageMap& image_map) {
+  for (const auto& module : map.modules) {
+    connect_module(*module, map.rom_mode, image_map);
+  }
+  erase_unreferenced(map);
+  report_ignored(map, image_map);
+  bind_dyn_mem(map, image_map);
+  collect_exports(map, image_map);
+}
+
+void connect_module(FwOutMap::Module& module, bool rom_mode,
+                    const FwImageMap& image_map) {
+  if (log_level() >= kLogDetail) {
+    LogLine(kLogDetail).stream() << "Connecting module " << module.name;
+  }
+  try {
+    connect_groups(module, rom_mode, image_map);
+  } catch (const std::exception& error) {
+    throw std::runtime_error("Connecting " + module.name +
+                             " failed: " + error.what());
+  }
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,31 @@
+// layout/module_connection.h
+// The pass that turns a map of mere definitions into one that is bound to the
+// linker's output.
+#pragma once
+
+#include "input_map/fw_image_map.h"
+#include "layout/out_map.h"
+
+namespace tova_fw_builder {
+
+// Connects all modules, erases those that aren't in the image, reports the
+// `ignore` sections (which has no other effect), binds the `dyn_mem` sections
+// and collects `exported_symbols`, in name order.
+//
+// Throws std::runtime_error: what connect_module and erase_unreferenced throw;
+// "Section header not found for " and the name of a dyn_mem section; "Required
+// symbol to export not found: " and the symbol.
+void connect_modules(FwOutMap& map, const FwImageMap& image_map);
+
+// Binds the groups of one module, drops absent optional sections and groups
+// that are empty then, and takes `entry_point` from each complete .text group
+// (not for kind 2) and, for a module of type 0, `stack_size` in pages from each
+// complete .bss group; the last group counts. Section types are checked unless
+// in ROM mode.
+//
+// Throws std::runtime_error "Connecting NAME failed: TEXT", where TEXT is that
+// of attach_group or "No entrypoint defined for module NAME".
+void connect_module(FwOutMap::Module& module, bool rom_mode,
+                    const FwImageMap& image_map);
+
+}  // namespace tova_fw_builder
