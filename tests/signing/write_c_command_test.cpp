@@ -1,0 +1,28 @@
+#include "signing/write_c_command.h"
+
+#include <gtest/gtest.h>
+
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+TEST(WriteC, BytesOfTheFileUnderTheOneLabel) {
+  TempDir dir;
+  const std::string out = dir.write("out", "old");
+  EXPECT_EQ("Failed to open file: none",
+            message_of([&] { write_c_command("none", out); }));
+  EXPECT_EQ("old", read_file(out));
+  write_c_command(dir.write("in", ""), out);
+  EXPECT_EQ("unsigned char rawData[0] = { \n};\n", read_file(out));
+  // The seam between two pieces of the input doesn't show.
+  write_c_command(dir.write("in", std::string(262144 + 9, '\n')), out);
+  const std::string text = read_file(out);
+  const std::string row = "0x0a, 0x0a, 0x0a, 0x0a, 0x0a, 0x0a, 0x0a, 0x0a,\n";
+  std::string expected = "unsigned char rawData[262153] = { \n";
+  for (int i = 0; i < 262152 / 8; ++i) expected += row;
+  EXPECT_TRUE(text == expected + "0x0a, };\n");
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
