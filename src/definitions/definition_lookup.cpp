@@ -52,6 +52,10 @@ std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
     return in;
   }
   log_attempt("Image def file found : ", name);
+  // A device gives no text, as some never end.
+  if (std::filesystem::is_character_file(name, ignored)) {
+    in->setstate(std::ios_base::eofbit);
+  }
   map.dir_stack.push_back(current_directory());
   // Without a directory part this fails, which leaves the directory as it is.
   std::filesystem::current_path(directory_of(name), ignored);

@@ -1,22 +1,30 @@
-// Flattening of definition files. The states of the standard streams carry
-// meaning here: a line is asked for its end BEFORE each word is read, and the
-// read isn't tested, so white space behind the last word makes it come twice.
+// Flattening of definition files. The state of the text stream carries meaning:
+// once it has failed it takes no more text, but all lines still act.
 #include "definitions/definition_reader.h"
 
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 #include <sstream>
 #include <system_error>
 
 #include "definitions/definition_lookup.h"
-#include "driver/text_reader.h"
+#include "definitions/statement.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
 constexpr std::uint32_t kMaxIncludeDepth = 5;
+
+// Defines and repeated includes can make a small file stand for any amount of
+// text. Beyond some free text, the text may be this much longer than all files
+// that were read, each counted once. An include counts as some text too, so
+// that empty files can't be read for ever; its own line makes up for that.
+constexpr std::uint64_t kFreeText = 1 << 20;
+constexpr std::uint64_t kMaxExpansion = 16;
+constexpr std::uint64_t kIncludeCost = 160;
 
 // Reads a line without its line end, which is a line feed with or without a
 // carriage return. A carriage return at the end of the file is white space.
@@ -34,49 +42,58 @@ class DefinitionReader {
   std::unique_ptr<std::iostream> read_file(const std::string& name);
 
  private:
-  void read_line_words(std::istream& line, std::ostream& out);
-  void include(std::istream& line, std::string word, std::ostream& out);
-  void define(std::istream& line);
-  std::string expand_macro(const std::string& word) const;
+  void flatten(Statement line, std::ostream& out);
+  void include(Statement line, std::ostream& out);
+  void define(Statement line);
+  std::string expand_macro(std::string_view word) const;
+  void charge(std::uint64_t length);
 
   FwOutMap& map_;
-  std::map<std::string, std::string> define_table_;
+  std::map<std::string, std::string, std::less<>> define_table_;
   std::uint32_t include_depth_ = 0;
+
+  std::set<std::string> files_counted_;
+  std::uint64_t length_read_ = 0;
+  std::uint64_t length_made_ = 0;
 };
 
 std::unique_ptr<std::iostream> DefinitionReader::read_file(
     const std::string& name) {
   auto out = std::make_unique<std::stringstream>();
   const auto in = open_image_defs(map_, name);
-  std::string text;
-  while (read_line(*in, text)) {
-    std::istringstream line(text);
-    read_line_words(line, *out);
+  const bool counts = files_counted_.insert(map_.files_read.back()).second;
+  std::string line;
+  while (read_line(*in, line)) {
+    if (counts) length_read_ += line.size() + 1;
+    flatten(Statement(line), *out);
   }
   return out;
 }
 
-void DefinitionReader::read_line_words(std::istream& line, std::ostream& out) {
-  std::string word = next_word(line);
-  if (word.starts_with('#')) return;
-  if (word == "include") return include(line, word, out);
-  if (word == "define") return define(line);
-  out << word << ' ';
-  while (!line.eof()) {
-    next_word_or_keep(line, word);
+void DefinitionReader::flatten(Statement line, std::ostream& out) {
+  if (line.word().starts_with('#')) return;
+  if (line.word() == "include") return include(line, out);
+  if (line.word() == "define") return define(line);
+  charge(line.word().size() + 1);
+  out << line.word() << ' ';
+  // The end is tested before the word is read, and the read isn't tested:
+  // white space behind the last word makes that word come twice.
+  while (!line.at_end()) {
+    const auto word = line.next_word();
     const auto found = define_table_.find(word);
-    out << (found == define_table_.end() ? word : found->second) << ' ';
+    const auto text = found == define_table_.end() ? word : found->second;
+    charge(text.size() + 1);
+    out << text << ' ';
   }
   out << '\n';
 }
 
-void DefinitionReader::include(std::istream& line, std::string word,
-                               std::ostream& out) {
+void DefinitionReader::include(Statement line, std::ostream& out) {
   if (++include_depth_ >= kMaxIncludeDepth) {
     throw std::runtime_error("Max inclusion");
   }
-  next_word_or_keep(line, word);
-  const auto included = read_file(expand_macro(word));
+  charge(kIncludeCost);
+  const auto included = read_file(expand_macro(line.next_word()));
   // Fails `out` if there is no text, also if `included` failed before it had
   // any. What it had goes on even if it failed.
   out << included->rdbuf();
@@ -86,9 +103,9 @@ void DefinitionReader::include(std::istream& line, std::string word,
   --include_depth_;
 }
 
-void DefinitionReader::define(std::istream& line) {
-  const std::string name = next_word(line);
-  const std::string value = next_word(line);
+void DefinitionReader::define(Statement line) {
+  const std::string name(line.next_operand());
+  const std::string value(line.next_operand());
   if (!define_table_.emplace(name, value).second) {
     throw std::runtime_error("Define name conflict : " + name);
   }
@@ -96,29 +113,42 @@ void DefinitionReader::define(std::istream& line) {
 
 // Replaces "$(NAME)". The name runs from the first "$(" to the LAST ")", so a
 // word holds one macro at the most.
-std::string DefinitionReader::expand_macro(const std::string& word) const {
+std::string DefinitionReader::expand_macro(std::string_view word) const {
   const std::size_t open = word.find("$(");
   const std::size_t close = word.rfind(')');
-  if (open == std::string::npos || close == std::string::npos ||
-      close < open + 2) {
-    return word;
+  if (open == word.npos || close == word.npos || close < open) {
+    return std::string(word);
   }
-  const std::string name = word.substr(open + 2, close - open - 2);
+  const std::string name(word.substr(open + 2, close - open - 2));
   const auto found = define_table_.find(name);
   if (found == define_table_.end()) {
     throw std::runtime_error("Not recognized define : " + name);
   }
-  return word.substr(0, open) + found->second + word.substr(close + 1);
+  std::string text(word.substr(0, open));
+  return text.append(found->second).append(word.substr(close + 1));
+}
+
+void DefinitionReader::charge(std::uint64_t length) {
+  length_made_ += length;
+  if (length_made_ > kFreeText + kMaxExpansion * length_read_) {
+    throw std::runtime_error("Definition files expand to too much text");
+  }
+}
+
+std::string cfg_file_error_text(std::uint64_t line,
+                                std::optional<std::string_view> parameter,
+                                std::string_view message) {
+  std::string text = std::to_string(line) + ": ";
+  if (parameter) text.append("[").append(*parameter).append("] ");
+  return text.append(message);
 }
 
 }  // namespace
 
 CfgFileError::CfgFileError(std::uint64_t line,
-                           const std::optional<std::string>& parameter,
-                           const std::string& message)
-    : std::runtime_error(std::to_string(line) + ": " +
-                         (parameter ? "[" + *parameter + "] " : "") + message) {
-}
+                           std::optional<std::string_view> parameter,
+                           std::string_view message)
+    : std::runtime_error(cfg_file_error_text(line, parameter, message)) {}
 
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path) {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "layout/out_map.h"
 
@@ -18,8 +19,8 @@ namespace tova_fw_builder {
 // "12: [PARAMETER] MESSAGE", or "12: MESSAGE" without a parameter.
 class CfgFileError : public std::runtime_error {
  public:
-  CfgFileError(std::uint64_t line, const std::optional<std::string>& parameter,
-               const std::string& message);
+  CfgFileError(std::uint64_t line, std::optional<std::string_view> parameter,
+               std::string_view message);
 };
 
 // Flattens the definition file `path` with all that it includes, and yields the
@@ -39,8 +40,9 @@ class CfgFileError : public std::runtime_error {
 //
 // Throws std::runtime_error "Max inclusion" (files nest four deep below the
 // top), "Not recognized define : " and the name, "Define name conflict : " and
-// the name, and what open_image_defs throws. Leaves the working directory at
-// the top file's.
+// the name, "Definition files expand to too much text" (a text of more than
+// 1 MiB that is 16 times as long as its files), and what open_image_defs
+// throws. Leaves the working directory at the top file's.
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path);
 

@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "driver/log.h"
-#include "driver/text_reader.h"
 
 namespace tova_fw_builder {
 
@@ -24,12 +23,12 @@ void read_entry(FwOutMap::SectionGroup& group, Statement& statement) {
 // marker the name has a text of its own, so `section ep` alone has an empty
 // name.
 void read_section(FwOutMap::SectionGroup& group, Statement& statement) {
-  std::string name = statement.next_word();
+  auto name = statement.next_word();
   const bool entrypoint = name == "ep";
   const bool optional = name == "o";
-  if (entrypoint || optional) name = next_word(statement.rest);
-  std::string replacement;
-  if (statement.next_word() == "<") replacement = next_word(statement.rest);
+  if (entrypoint || optional) name = statement.next_operand();
+  std::string_view replacement;
+  if (statement.next_word() == "<") replacement = statement.next_operand();
   if (log_level() >= kLogDetail) {
     LogLine line(kLogDetail);
     line.stream() << "  section: " << name;
@@ -37,7 +36,8 @@ void read_section(FwOutMap::SectionGroup& group, Statement& statement) {
     if (optional) line.stream() << " (optional)";
     if (!replacement.empty()) line.stream() << "replacement: " << replacement;
   }
-  group.add_section(name, entrypoint, optional, replacement);
+  group.add_section(std::string(name), entrypoint, optional,
+                    std::string(replacement));
 }
 
 constexpr StatementRow<FwOutMap::SectionGroup> kGroupStatements[] = {

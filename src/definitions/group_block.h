@@ -1,7 +1,7 @@
 // definitions/group_block.h
 #pragma once
 
-#include "definitions/statements.h"
+#include "definitions/statement_block.h"
 #include "layout/out_map.h"
 
 namespace tova_fw_builder {

@@ -6,9 +6,8 @@
 
 #include "definitions/definition_reader.h"
 #include "definitions/module_statements.h"
-#include "definitions/statements.h"
+#include "definitions/statement_block.h"
 #include "driver/log.h"
-#include "driver/text_reader.h"
 
 namespace tova_fw_builder {
 
@@ -19,9 +18,9 @@ struct LayoutBlock {
   StatementLines& lines;
 };
 
-// The field itself is the word that stays.
 void read_binary_name(LayoutBlock& block, Statement& statement) {
-  next_word_or_keep(statement.rest, block.map.binary_name);
+  const auto name = statement.next_operand();
+  if (!name.empty()) block.map.binary_name = name;
 }
 
 struct BinaryVersion {
@@ -34,7 +33,7 @@ constexpr BinaryVersion kBinaryVersions[] = {
 void read_binary_ver(LayoutBlock& block, Statement& statement) {
   statement.next_word();
   for (const auto& [word, value] : kBinaryVersions) {
-    if (word == statement.word) {
+    if (word == statement.word()) {
       block.map.binary_ver = value;
       return;
     }
@@ -65,7 +64,7 @@ void read_dyn_mem(LayoutBlock& block, Statement& statement) {
 }
 
 void read_ignore(LayoutBlock& block, Statement& statement) {
-  block.map.ignore.push_back(statement.next_word());
+  block.map.ignore.emplace_back(statement.next_word());
 }
 
 void read_memory_class(LayoutBlock& block, Statement& statement) {
@@ -104,7 +103,7 @@ void open_module(LayoutBlock& block, Statement& statement) {
   auto module = std::make_unique<FwOutMap::Module>();
   statement.next_word();
   for (const ModuleKind& kind : kModuleKinds) {
-    if (kind.word == statement.word) {
+    if (kind.word == statement.word()) {
       module->load_type = kind.load_type;
       module->module_kind = kind.module_kind;
       module->required = kind.required;
@@ -113,7 +112,7 @@ void open_module(LayoutBlock& block, Statement& statement) {
       break;
     }
   }
-  module->name = statement.word;
+  module->name = statement.word();
   log_module(*module);
   read_module(block.map, block.lines, *module);
   block.map.modules.push_back(std::move(module));
@@ -143,7 +142,7 @@ void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream) {
   LayoutBlock block{map, lines};
   read_block(lines, [&block](Statement& statement) {
     if (carry_out(kLayoutStatements, block, statement)) return true;
-    throw CfgFileError(block.lines.number(), statement.word,
+    throw CfgFileError(block.lines.number(), statement.word(),
                        "Unknown parameter");
   });
 }

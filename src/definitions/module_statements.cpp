@@ -4,6 +4,7 @@
 #include "definitions/module_statements.h"
 
 #include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
 #include "definitions/definition_reader.h"
@@ -24,15 +25,17 @@ struct ModuleBlock {
 };
 
 void read_uuid(ModuleBlock& block, Statement& statement) {
-  block.module.uuid = parse_uuid(next_word(statement.rest));
+  block.module.uuid = parse_uuid(std::string(statement.next_operand()));
 }
 
 // The flattened text has one blank behind each word; the one behind the last
-// word stays in the name.
+// word stays in the name. The name goes through a buffer of 1024 characters,
+// where a NUL ends it.
 void read_display_name(ModuleBlock& block, Statement& statement) {
-  std::string& name = block.module.display_name;
-  read_buffered_line(statement.rest, name);
-  if (name.starts_with(' ')) name.erase(0, 1);
+  auto name = statement.rest().substr(0, 1023);
+  name = name.substr(0, name.find('\0'));
+  if (name.starts_with(' ')) name.remove_prefix(1);
+  block.module.display_name = name;
 }
 
 template <std::uint16_t Version::*Field>
@@ -44,7 +47,7 @@ void read_version(ModuleBlock& block, Statement& statement) {
 // A constant by its name: the next word, or, if there is none, the word that
 // has been taken already.
 std::uint32_t next_const(const ModuleBlock& block, Statement& statement) {
-  const std::string& name = statement.next_word();
+  const std::string name(statement.next_word());
   const auto found = block.map.consts.find(name);
   if (found == block.map.consts.end()) {
     throw CfgFileError(block.lines.number(), "module",
@@ -56,7 +59,7 @@ std::uint32_t next_const(const ModuleBlock& block, Statement& statement) {
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Hex digits alone, without "0x"; a constant named FACE can't be reached.
-bool is_mask(const std::string& word) {
+bool is_mask(std::string_view word) {
   return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
     return hex_digit_value(c) >= 0;
   });
@@ -64,27 +67,25 @@ bool is_mask(const std::string& word) {
 
 // One character from "(" to "|", which are most letters, digits and signs, and
 // at least one digit behind it. Definition files write +1 for a count of one.
-bool is_count(const std::string& word) {
+bool is_count(std::string_view word) {
   return word.size() >= 2 && word[0] >= '(' && word[0] <= '|' &&
          std::all_of(word.begin() + 1, word.end(), is_digit);
 }
 
 void read_affinity_mask(ModuleBlock& block, Statement& statement) {
-  statement.next_word();
+  const auto word = statement.next_word();
   block.module.affinity_mask =
-      is_mask(statement.word)
-          ? static_cast<std::uint32_t>(parse_signed(statement.word, 16))
-          : next_const(block, statement);
+      is_mask(word) ? static_cast<std::uint32_t>(parse_signed(word, 16))
+                    : next_const(block, statement);
 }
 
 void read_instance_count(ModuleBlock& block, Statement& statement) {
-  statement.next_word();
+  const auto word = statement.next_word();
   block.module.instance_count =
-      is_count(statement.word)
-          ? static_cast<std::uint32_t>(parse_signed(statement.word, 10))
-          : next_const(block, statement);
+      is_count(word) ? static_cast<std::uint32_t>(parse_signed(word, 10))
+                     : next_const(block, statement);
   if (block.module.instance_count == 0) {
-    throw CfgFileError(block.lines.number(), statement.word,
+    throw CfgFileError(block.lines.number(), statement.word(),
                        "Modules instance count must be greater than zero");
   }
 }
@@ -104,21 +105,24 @@ void read_core_type(ModuleBlock& block, Statement& statement) {
 }
 
 void read_domain_types(ModuleBlock& block, Statement& statement) {
-  while (next_word_or_keep(statement.rest, statement.word)) {
-    if (statement.word == "LL") {
+  for (;;) {
+    const auto word = statement.next_operand();
+    if (word.empty()) return;
+    if (word == "LL") {
       block.module.domain_ll = true;
-    } else if (statement.word == "DP") {
+    } else if (word == "DP") {
       block.module.domain_dp = true;
-    } else if (statement.word == "RTOS") {
+    } else if (word == "RTOS") {
       block.module.domain_rtos = true;
     } else {
       throw CfgFileError(block.lines.number(), "domain_types",
-                         "Undefined const " + statement.word);
+                         "Undefined const " + std::string(word));
     }
   }
 }
 
 void read_mod_cfg(ModuleBlock& block, Statement& statement) {
+  std::istringstream numbers{std::string(statement.rest())};
   ModuleConfig config;
   Le32* const fields[] = {&config.par_0, &config.par_1,    &config.par_2,
                           &config.par_3, &config.is_bytes, &config.cps,
@@ -127,8 +131,7 @@ void read_mod_cfg(ModuleBlock& block, Statement& statement) {
   for (Le32* const field : fields) {
     // Zero unless extracted: from the first failure on, all stay at 0.
     std::uint32_t value = 0;
-    statement.rest >> (field == &config.mod_flags ? std::hex : std::dec) >>
-        value;
+    numbers >> (field == &config.mod_flags ? std::hex : std::dec) >> value;
     *field = value;
   }
   block.module.mod_cfg.push_back(config);
@@ -147,9 +150,9 @@ constexpr GroupType kGroupTypes[] = {
 void open_group(ModuleBlock& block, Statement& statement) {
   const bool on_demand = statement.next_word() == "on_demand";
   if (on_demand) statement.next_word();
-  const auto* const found =
-      std::find_if(std::begin(kGroupTypes), std::end(kGroupTypes),
-                   [&](const auto& row) { return row.word == statement.word; });
+  const auto* const found = std::find_if(
+      std::begin(kGroupTypes), std::end(kGroupTypes),
+      [&](const auto& row) { return row.word == statement.word(); });
   if (found == std::end(kGroupTypes)) {
     throw std::runtime_error("Invalid group type");
   }
@@ -174,12 +177,13 @@ void open_pin(ModuleBlock& block, Statement& statement) {
 // Two numbers at the least, or none: the blank behind a single one makes the
 // loop look for a second word, and an empty text is no number.
 void read_sched_caps(ModuleBlock& block, Statement& statement) {
+  std::istringstream words{std::string(statement.rest())};
   std::uint16_t first = 0;
-  statement.rest >> std::hex >> first;
+  words >> std::hex >> first;
   std::uint16_t flags = 0;
   std::string word;
-  while (!statement.rest.eof()) {
-    next_word_or_keep(statement.rest, word);
+  while (!words.eof()) {
+    next_word_or_keep(words, word);
     flags = static_cast<std::uint16_t>(flags | parse_signed(word, 16));
   }
   block.module.sched_caps.push_back({first, flags});
@@ -188,7 +192,7 @@ void read_sched_caps(ModuleBlock& block, Statement& statement) {
 void read_export(ModuleBlock& block, Statement& statement) {
   const bool optional = statement.next_word() == "o";
   if (optional) statement.next_word();
-  block.map.exports[statement.word] = optional;
+  block.map.exports[std::string(statement.word())] = optional;
 }
 
 constexpr StatementRow<ModuleBlock> kModuleStatements[] = {

@@ -17,7 +17,7 @@ struct PinBlock {
 // number has that number ORed in twice.
 std::uint32_t next_bits(Statement& statement) {
   std::uint32_t bits = 0;
-  while (!statement.rest.eof()) {
+  while (!statement.at_end()) {
     bits |= static_cast<std::uint32_t>(statement.next_signed(16));
   }
   return bits;
@@ -26,7 +26,7 @@ std::uint32_t next_bits(Statement& statement) {
 void read_stream_type(PinBlock& block, Statement& statement) {
   const auto value = static_cast<std::uint32_t>(statement.next_signed(16));
   if (value > 0xFF) {
-    throw CfgFileError(block.lines.number(), statement.word,
+    throw CfgFileError(block.lines.number(), statement.word(),
                        "Not recognized stream type");
   }
   block.pin.stream_type = value;

@@ -99,6 +99,28 @@ TEST(DefinitionReader, Flattens) {
   }
 }
 
+// A small tree can stand for any amount of text or of files; neither may take
+// the tool down. Large values in moderation are fine.
+TEST(DefinitionReader, BoundsWhatATreeExpandsTo) {
+  const std::string refused = "Definition files expand to too much text";
+  std::string uses = "k";
+  for (int i = 0; i < 30; ++i) uses += " X";
+  const std::string value = "top=define X " + std::string(30000, 'x') + "\n";
+  EXPECT_EQ(30u * 30001 + 3, Tree(value + uses).flatten().size());
+  EXPECT_EQ(refused, Tree(value + uses + uses).flatten());
+
+  Tree nested("top=|d=");
+  for (const std::string file : {"top", "a", "b", "c"}) {
+    const char included = file == "top" ? 'a' : static_cast<char>(file[0] + 1);
+    std::string text;
+    for (int i = 0; i < 30; ++i)
+      text += std::string("include ") + included + '\n';
+    nested.dir.write(file, text);
+  }
+  EXPECT_EQ(refused, nested.flatten());
+  EXPECT_EQ("[failed]", Tree("top=include /dev/zero\n").flatten());
+}
+
 TEST(DefinitionReader, EachRunHasItsOwnDefines) {
   Tree tree("top=define X 1\nk X\n");
   EXPECT_EQ("k 1 \n", tree.flatten());

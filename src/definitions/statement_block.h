@@ -1,6 +1,6 @@
-// definitions/statements.h
+// definitions/statement_block.h
 // What the readers of the flattened definitions share: the lines with their
-// numbers, the words of a statement, and the way in which a block ends.
+// numbers, and the way in which a block ends.
 //
 // A block has no end marker. It ends at the first statement that it doesn't
 // know, and that line goes back to the enclosing block, which judges it anew.
@@ -8,9 +8,11 @@
 
 #include <cstdint>
 #include <istream>
-#include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "definitions/statement.h"
 
 namespace tova_fw_builder {
 
@@ -30,28 +32,12 @@ class StatementLines {
   std::string take();
 
   // Gives a line back.
-  void hold(const std::string& line) { held_ = line; }
+  void hold(std::string line) { held_ = std::move(line); }
 
  private:
   std::istream& stream_;
   std::uint64_t number_ = 0;
-  std::string held_;
-};
-
-// One statement. Its operands are taken word by word; when none is left, the
-// word before comes again, which for a statement without operands is the key.
-struct Statement {
-  explicit Statement(const std::string& line);
-
-  const std::string& next_word();
-
-  // The next word as a number, by the rules and with the failure texts of
-  // parse_signed and parse_unsigned.
-  std::int32_t next_signed(int base);
-  std::uint32_t next_unsigned(int base);
-
-  std::istringstream rest;  // what stands behind `word`
-  std::string word;         // the word taken last, at first the key
+  std::string held_;  // empty if none is: blank lines are never given back
 };
 
 // One row of a block's table: a key, and what to do at it.
@@ -66,7 +52,7 @@ struct StatementRow {
 template <typename Block, typename Table>
 bool carry_out(const Table& table, Block& block, Statement& statement) {
   for (const StatementRow<Block>& row : table) {
-    if (row.key == statement.word) {
+    if (row.key == statement.word()) {
       row.carry_out(block, statement);
       return true;
     }
@@ -79,10 +65,10 @@ bool carry_out(const Table& table, Block& block, Statement& statement) {
 template <typename Accept>
 void read_block(StatementLines& lines, Accept accept) {
   while (lines.good()) {
-    const std::string line = lines.take();
+    std::string line = lines.take();
     Statement statement(line);
-    if (statement.word.empty()) continue;
-    if (!accept(statement)) return lines.hold(line);
+    if (statement.word().empty()) continue;
+    if (!accept(statement)) return lines.hold(std::move(line));
   }
 }
 
