@@ -1,0 +1,150 @@
+// The firmware binary header. File offsets in Kelp15 are the delicate point:
+// there the contents stand in files of their own, and the base of the offsets
+// moves on with each module.
+#include "image/binary_header.h"
+
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include "driver/log.h"
+#include "image/module_entry.h"
+#include "image/symbol_table.h"
+#include "layout/group_binding.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::uint32_t kTestBuildFlag = 0x80000000;
+
+std::uint32_t preload_pages(const FwOutMap& map, std::uint32_t base_offset) {
+  if (map.modules.empty()) {
+    throw std::runtime_error(
+        "preload page count cannot be computed - no modules");
+  }
+  const std::uint64_t length = map.image_end + base_offset;
+  if (length == 0 || length % kPageSize != 0) {
+    throw std::runtime_error("preload size not aligned to page size");
+  }
+  return static_cast<std::uint32_t>(length / kPageSize);
+}
+
+TovaFwBinaryHeader make_header(const FwOutMap& map, std::uint32_t base_offset) {
+  TovaFwBinaryHeader header;
+  header.header_len = sizeof(TovaFwBinaryHeader);
+  header.load_offset = map.load_offset;
+  // A longer name leaves the field empty, on purpose, whereas a module's name
+  // keeps its first bytes.
+  if (map.binary_name.size() <= header.name.size()) {
+    map.binary_name.copy(header.name.data(), header.name.size());
+  }
+  header.preload_page_count = preload_pages(map, base_offset);
+  header.fw_img_flags = map.fw_img_flags;
+  if ((map.fw_img_flags & kTestBuildFlag) != 0 && log_level() >= kLogWarning) {
+    LogLine(kLogWarning).stream() << "=TP= FLAG TURNED ON FOR PP BUILDS !!!";
+  }
+  header.feature_mask = map.feature_mask;
+  header.major_ver = map.version.major;
+  header.minor_ver = map.version.minor;
+  header.hotfix_ver = map.version.hotfix;
+  header.build_ver = map.version.build;
+  header.num_mods = static_cast<std::uint32_t>(map.modules.size());
+  header.hw_buf_ba = map.hw_buf_ba;
+  header.hw_buf_len = map.hw_buf_size;
+  return header;
+}
+
+void print_header(std::ostream& out, const TovaFwBinaryHeader& header) {
+  out << "  TovaFwBinaryHeader\n"
+      << "    header_id           "
+      << std::string_view(header.header_id.data(), header.header_id.size())
+      << '\n'
+      << "    name                "
+      << std::string_view(header.name.data(), header.name.size()) << '\n'
+      << std::hex;
+  // No line for the feature mask: the log never had one.
+  out << "    fw_img_flags        " << header.fw_img_flags << '\n';
+  out << "    major_ver           " << header.major_ver << '\n';
+  out << "    minor_ver           " << header.minor_ver << '\n';
+  out << "    hotfix_ver          " << header.hotfix_ver << '\n';
+  out << "    build_ver           " << header.build_ver << '\n';
+  out << "    hw_buf_ba           " << header.hw_buf_ba << '\n';
+  out << "    hw_buf_len          " << header.hw_buf_len << " (bytes)\n";
+  out << "    load_offset         " << header.load_offset << '\n';
+  out << "    preload_page_count  " << header.preload_page_count << '\n';
+  out << "    num_mods      " << std::dec << header.num_mods;
+}
+
+void print_config(std::ostream& out, const ModuleConfig& config) {
+  out << "par_0 " << config.par_0 << " par_1 " << config.par_1;
+  out << " par_2 " << config.par_2 << " par_3 " << config.par_3;
+  out << " is_bytes " << config.is_bytes << " cps " << config.cps;
+  out << " ibs " << config.ibs << " obs " << config.obs;
+  out << " mod_flags " << std::hex << config.mod_flags << std::dec;
+  out << " cpc " << config.cpc << " obls " << config.obls;
+}
+
+std::uint32_t load_bytes(const FwOutMap::Module& module) {
+  std::uint32_t pages = 0;
+  for (const auto& group : module.groups) {
+    if ((group->flags & FwOutMap::SectionGroup::kLoad) != 0) {
+      pages += group_pages(*group);
+    }
+  }
+  return pages * kPageSize;
+}
+
+std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,
+                                              std::ostream& stream,
+                                              std::uint32_t base_offset) {
+  std::vector<ModuleEntry> entries;
+  entries.reserve(map.modules.size());
+  std::uint32_t file_base = base_offset;
+  for (const auto& module : map.modules) {
+    entries.push_back(make_module_entry(*module, file_base));
+    write_record(stream, entries.back());
+    if (log_level() >= kLogInfo) {
+      print_module_entry(LogLine(kLogInfo).stream(), entries.back());
+    }
+    if (map.binary_ver == kKelp15) {
+      file_base += module->type == 0 ? static_cast<std::uint32_t>(map.image_end)
+                                     : load_bytes(*module);
+    }
+  }
+  return entries;
+}
+
+void write_configurations(const FwOutMap& map, std::ostream& stream) {
+  for (const auto& module : map.modules) {
+    for (const ModuleConfig& config : module->mod_cfg) {
+      write_record(stream, config);
+      if (log_level() >= kLogInfo) {
+        LogLine line(kLogInfo);
+        print_config(line.stream() << "  ModuleConfig ", config);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+std::uint64_t manifest_size(const FwOutMap& map) {
+  return sizeof(TovaFwBinaryHeader) + sizeof(ModuleEntry) * map.modules.size() +
+         sizeof(ModuleConfig) * map.mod_cfg_total;
+}
+
+void write_binary_header(const FwOutMap& map, std::ostream& stream,
+                         std::uint32_t base_offset) {
+  const TovaFwBinaryHeader header = make_header(map, base_offset);
+  if (log_level() >= kLogInfo) {
+    print_header(LogLine(kLogInfo).stream(), header);
+  }
+  write_record(stream, header);
+  if (log_level() >= kLogInfo) LogLine(kLogInfo).stream() << "Module Entries";
+  const auto entries = write_module_entries(map, stream, base_offset);
+  write_configurations(map, stream);
+  write_symbol_table(stream, map.exported_symbols, entries);
+}
+
+}  // namespace tova_fw_builder

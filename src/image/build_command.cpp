@@ -1,0 +1,110 @@
+// The `build` command, the main line of the tool: a list of steps in the order
+// of the run. The output files are opened first, on purpose: they exist, empty,
+// when a definition fails, and relative names mean the folder that the tool was
+// started in, whereas reading definitions changes the working directory.
+#include "image/build_command.h"
+
+#include <fstream>
+#include <utility>
+
+#include "driver/log.h"
+#include "image/image.h"
+#include "layout/build_core.h"
+#include "layout/memory_description.h"
+#include "tools/package_descriptor.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// Names are glued to the output directory, which brings its own separator.
+struct OutputPaths {
+  explicit OutputPaths(const BuildArguments& arguments)
+      : elf_list(arguments.out_dir + arguments.elf_list_name),
+        manifest(arguments.out_dir + arguments.manifest_name),
+        extended(manifest + ".ext"),
+        binary(arguments.out_dir + arguments.binary_name) {}
+
+  std::string elf_list;
+  std::string manifest;
+  std::string extended;
+  std::string binary;  // without ".bin"
+};
+
+void log_head(const BuildArguments& arguments) {
+  if (log_level() < kLogInfo) return;
+  const Version& version = arguments.version;
+  LogLine(kLogInfo).stream()
+      << "Building FW Image image_flags " << std::hex << arguments.img_flags
+      << " feature_mask " << arguments.feat_mask << std::dec << " version "
+      << version.major << '.' << version.minor << '.' << version.hotfix << '.'
+      << version.build;
+}
+
+void log_paths(const BuildArguments& arguments, const OutputPaths& paths) {
+  if (log_level() < kLogDetail) return;
+  const auto line = [](const char* label, const std::string& value) {
+    LogLine(kLogDetail).stream() << label << value;
+  };
+  LogLine(kLogDetail).stream() << "CSS headers size                : 0x"
+                               << std::hex << arguments.css_header_size;
+  line("IMAGE DEF default dir           : ", arguments.default_dir);
+  line("IMAGE DEF path                  : ", arguments.image_def_path);
+  line("MODCFG file path                : ", arguments.module_config_path);
+  line("OUT directory                   : ", arguments.out_dir);
+  line("ELF_LIST file path              : ", paths.elf_list);
+  line("KEY_LIST file path              : ", arguments.key_list_path);
+  line("MANIFEST file path              : ", paths.manifest);
+  line("MANIFEST ext file path          : ", paths.extended);
+  line("BIN file path                   : ", paths.binary + '\n');
+}
+
+std::unique_ptr<Image> build_image_object(const BuildArguments& arguments,
+                                          const OutputPaths& paths) {
+  auto map = build_out_map(false, paths.elf_list, arguments.key_list_path,
+                           arguments.default_dir, arguments.image_def_path,
+                           arguments.module_config_path);
+  map->fw_img_flags = arguments.img_flags;
+  map->feature_mask = arguments.feat_mask;
+  map->version = arguments.version;
+  return make_image(std::move(map));
+}
+
+}  // namespace
+
+void build_command(const BuildArguments& arguments) {
+  log_head(arguments);
+  const OutputPaths paths(arguments);
+  log_paths(arguments, paths);
+
+  // Read back for the digest of the image, hence open for both.
+  std::fstream binary(paths.binary + ".bin",
+                      std::ios_base::in | std::ios_base::out |
+                          std::ios_base::trunc | std::ios_base::binary);
+  std::ofstream manifest_file(paths.manifest, std::ios_base::binary);
+  std::ofstream extended_file(paths.extended, std::ios_base::binary);
+
+  const auto image = build_image_object(arguments, paths);
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "\nWriting sections to " << paths.binary;
+  }
+  image->write(binary, paths.binary, arguments.css_header_size);
+
+  // Behind write(), whose length and digest the manifest takes.
+  auto manifest = image->create_manifest(false, arguments.imr_type);
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "\nWriting manifest to " << paths.manifest;
+  }
+  manifest->write(manifest_file, *image);
+  manifest->write_extended(extended_file, *image);
+
+  write_package_descriptor(image->map(), paths.binary, *manifest);
+  write_memory_description(image->map(), arguments.out_dir,
+                           arguments.binary_name);
+  manifest.reset();
+  binary.close();
+  manifest_file.close();
+  extended_file.close();
+}
+
+}  // namespace tova_fw_builder

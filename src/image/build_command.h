@@ -1,0 +1,38 @@
+// image/build_command.h
+// The `build` command: from definition files to binary, manifest, extended
+// manifest, package descriptor and memory description.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "driver/version.h"
+
+namespace tova_fw_builder {
+
+struct BuildArguments {
+  std::uint32_t img_flags = 0;        // of the binary header
+  std::uint32_t feat_mask = 0;        // of the binary header
+  std::uint32_t imr_type = 0;         // of the metadata extension
+  Version version;                    // of the image
+  std::uint32_t css_header_size = 0;  // bytes that signing puts ahead of the
+                                      // binary
+  std::string default_dir;            // where definitions are searched second
+  std::string image_def_path;
+  std::string module_config_path;
+  std::string key_list_path;  // empty for none
+  std::string out_dir;        // with its separator: names are glued to it
+  std::string elf_list_name;  // these three stand under out_dir
+  std::string manifest_name;
+  std::string binary_name;  // without ".bin"
+};
+
+// Builds an image with all of its output files. The binary, the manifest and
+// the extended manifest are created, empty, before any input is read; what was
+// written when something fails stays as it is.
+//
+// Throws what its steps throw. An output file that can't be opened or written
+// is no failure.
+void build_command(const BuildArguments& arguments);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,77 @@
+// The CSS header. Its lengths are in 32-bit words, not in bytes, and the log
+// shows the vendor second, out of storage order, as log readers expect it.
+#include "image/css_header.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iomanip>
+#include <stdexcept>
+#include <string>
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::uint32_t kHeaderVersion = 0x00010000;
+constexpr std::uint32_t kVendor = 0x00007A5C;
+constexpr std::uint32_t kKeyWords = 64;  // RSA-2048
+constexpr std::uint32_t kExponentWords = 1;
+
+// Two decimal digits in one byte, for values below 100.
+std::uint32_t bcd(std::int64_t value) {
+  return static_cast<std::uint32_t>((value / 10 << 4 | value % 10) & 0xFF);
+}
+
+}  // namespace
+
+std::uint32_t bcd_date(std::time_t now) {
+  const std::tm* utc = std::gmtime(&now);
+  if (utc == nullptr) {
+    const auto error = static_cast<std::size_t>(errno);
+    // The number moves the start of the text instead of being printed behind
+    // it; log filters know the texts that come of it.
+    const std::string text = "Internal error: cannot get system time, errno : ";
+    throw std::runtime_error(text.substr(std::min(error, text.size())));
+  }
+  const std::int64_t year = std::int64_t{utc->tm_year} + 1900;
+  return bcd(year / 100) << 24 | bcd(year % 100) << 16 |
+         bcd(utc->tm_mon + 1) << 8 | bcd(utc->tm_mday);
+}
+
+CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
+                          std::uint32_t date) {
+  CssHeader css;
+  css.module_type = kCssModuleType;
+  css.header_len = kCssPartLength / 4;
+  css.header_ver = kHeaderVersion;
+  css.module_id = debug ? kCssDebugSignature : 0;
+  css.mod_vendor = kVendor;
+  css.date = date;
+  css.size = manifest_length / 4;
+  css.key_size = kKeyWords;
+  css.mod_size = kKeyWords;
+  css.exp_size = kExponentWords;
+  return css;
+}
+
+void print_css_header(std::ostream& out, const CssHeader& css) {
+  const auto eight_digits = [&out](std::uint32_t value) {
+    out << std::setfill('0') << std::setw(8) << value << '\n';
+  };
+  out << "  CSS Header\n" << std::hex;
+  out << "    module_type " << css.module_type << '\n';
+  out << "    mod_vendor  " << css.mod_vendor << '\n';
+  out << "    header_len  " << css.header_len << "   (dwords)\n";
+  out << "    header_ver  ";
+  eight_digits(css.header_ver);
+  out << "    module_id   ";
+  eight_digits(css.module_id);
+  out << "    date        ";
+  eight_digits(css.date);
+  out << "    size        " << css.size << "   (dwords)\n";
+  out << "    key_size    " << css.key_size << "   (dwords)\n";
+  out << "    mod_size    " << css.mod_size << "   (dwords)\n";
+  out << "    exp_size    " << css.exp_size << "   (dwords)\n";
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,84 @@
+// image/kelp15_manifest.h
+// The manifest of generation 1.5: the one that can be signed, and the only one
+// that is read back from a file.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <istream>
+#include <memory>
+
+#include "image/css_header.h"
+#include "image/image.h"
+
+namespace tova_fw_builder {
+
+// A fresh manifest keeps the CSS part alone in memory, since the binary header
+// and its tables go straight to the stream. One that was read back holds the
+// file up to the `size` of its CSS header, zero behind the end of a short file.
+class Kelp15FwManifest : public ImageManifest {
+ public:
+  static constexpr std::uint32_t kMaxLength = 8192;
+
+  std::uint8_t* modulus() override;
+  void set_modulus(const std::uint8_t* bytes) override;
+  int generation_code() const override { return 1; }
+  std::uint8_t* exponent() override;
+  void set_exponent(const std::uint8_t* bytes) override;
+  std::uint8_t* signature() override;
+  void set_signature(const std::uint8_t* bytes) override;
+
+  // Hashes bytes 0 to 127 and those from header_len to size, so all but the
+  // key and signature areas.
+  //
+  // Of a file whose header_len is above its size, the length wraps at 32 bits.
+  // Throws ZelError of "zelsSHA256Update" for a length of 2^31 or more, which
+  // the hash refuses, else std::runtime_error "Manifest is bigger than MAX of
+  // 8kB" for a range that leaves the 8192 bytes.
+  void compute_hash(std::uint8_t* out) override;
+
+  void set_debug() override;
+  std::uint32_t date() const override { return buffer_.css.date; }
+
+  // Writes the CSS part, the binary header with its tables, and zero bytes up
+  // to a whole number of pages, always at least one. The symbol table pushes
+  // the zero bytes back and isn't part of the size that is recorded.
+  //
+  // Throws std::runtime_error "Manifest is bigger than MAX of 8kB" before
+  // anything is written, and what bcd_date and write_binary_header throw.
+  void write(std::ostream& stream, Image& image) override;
+  void write_extended(std::ostream& stream, Image& image) override;
+  // `size` words of a manifest that was read back.
+  void write_raw(std::ostream& stream) override;
+
+ private:
+  friend std::unique_ptr<ImageManifest> read_kelp15_manifest(
+      std::istream& stream);
+
+  // The manifest file from offset 0 on.
+  struct Buffer {
+    CssHeader css;
+    std::array<std::uint8_t, 256> modulus{};
+    std::array<std::uint8_t, 4> exponent{};
+    std::array<std::uint8_t, 256> signature{};
+    std::array<std::uint8_t, kMaxLength - kCssPartLength> rest{};
+  };
+  static_assert(sizeof(Buffer) == kMaxLength && alignof(Buffer) == 1);
+
+  // All 8192 bytes: areas that stand side by side are read as one.
+  std::uint8_t* bytes() { return reinterpret_cast<std::uint8_t*>(&buffer_); }
+
+  Buffer buffer_;
+};
+
+// Reads a manifest from its start. A short file, a stream that has failed
+// included, is no error: what is missing is zero.
+//
+// The `size` of the file, in words, is bounded here, so that every manifest in
+// memory holds it. Throws std::runtime_error "Manifest is bigger than MAX of
+// 8kB" for one above 2048 words. A size below 32 wraps the count of bytes
+// behind the CSS header: all that the file has is read, and more than 8192
+// bytes fail with the same text.
+std::unique_ptr<ImageManifest> read_kelp15_manifest(std::istream& stream);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,46 @@
+// Generation 3.0. The order of header and contents must stay as it is: the
+// header shows the state of the map before anything was written.
+#include "image/kelp30_image.h"
+
+#include "driver/log.h"
+#include "image/binary_header.h"
+#include "layout/content_writer.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::uint32_t kContentsOffset = 32768;
+
+void log_step(const char* step) {
+  if (log_level() >= kLogDetail) {
+    LogLine(kLogDetail).stream() << "kELP3.0: " << step;
+  }
+}
+
+}  // namespace
+
+void Kelp30Image::write(std::iostream& stream, const std::string& path,
+                        std::uint32_t /*css_header_size*/) {
+  log_step("Writing TovaFwBinaryHeader");
+  stream.seekp(0);
+  write_binary_header(map(), stream, kContentsOffset);
+  stream.seekp(kContentsOffset);
+  log_step("Writing content");
+  write_module_contents(map(), stream, path);
+  stream.flush();
+  // No digest is taken; the line stays for those who compare logs.
+  log_step("Update image hash");
+  stream.seekp(0, std::ios_base::end);
+  image_size = static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
+}
+
+std::unique_ptr<ImageManifest> Kelp30Image::create_manifest(
+    bool debug, std::uint32_t /*imr_type*/) {
+  auto manifest = std::make_unique<Kelp30FwManifest>();
+  manifest->debug = debug;
+  manifest->module_type = Kelp30FwManifest::kModuleType;
+  return manifest;
+}
+
+}  // namespace tova_fw_builder

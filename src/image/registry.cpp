@@ -1,0 +1,97 @@
+// The two registries: image classes by the generation number of a definition,
+// manifest readers by the first word of a file. Each is one constant array in
+// the order in which the generations entered; a later entry wins over an
+// earlier one of the same key.
+#include <iomanip>
+#include <span>
+#include <stdexcept>
+
+#include "driver/files.h"
+#include "driver/log.h"
+#include "driver/wire.h"
+#include "image/image.h"
+#include "image/kelp15_image.h"
+#include "image/kelp15_manifest.h"
+#include "image/kelp18_25.h"
+#include "image/kelp30_image.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+struct ImageEntry {
+  std::uint32_t key;  // generation
+  std::unique_ptr<Image> (*create)(std::unique_ptr<FwOutMap>);
+};
+
+struct ManifestEntry {
+  std::uint32_t key;  // first word of the file
+  std::unique_ptr<ImageManifest> (*create)(std::istream&);
+};
+
+template <typename Kind>
+std::unique_ptr<Image> create_image(std::unique_ptr<FwOutMap> map) {
+  return std::make_unique<Kind>(std::move(map));
+}
+
+template <typename Kind>
+std::unique_ptr<ImageManifest> create_empty(std::istream& /*stream*/) {
+  return std::make_unique<Kind>();
+}
+
+constexpr ImageEntry kImages[] = {
+    {kKelp15, create_image<Kelp15Image>},
+    {kKelp18, create_image<Kelp18Image>},
+    {kKelp25, create_image<Kelp25Image>},
+    {kKelp30, create_image<Kelp30Image>},
+};
+
+constexpr ManifestEntry kManifests[] = {
+    {kCssModuleType, read_kelp15_manifest},
+    {UnsignedManifest::kModuleType, create_empty<Kelp18FwManifest>},
+    {UnsignedManifest::kModuleType, create_empty<Kelp25FwManifest>},
+    // The same key once more: a file of that type reads as an empty manifest
+    // on which signing does nothing.
+    {UnsignedManifest::kModuleType, create_empty<Kelp30FwManifest>},
+};
+
+template <typename Entry>
+const Entry* find_last(std::span<const Entry> entries, std::uint32_t key) {
+  const Entry* found = nullptr;
+  for (const Entry& entry : entries) {
+    if (entry.key == key) found = &entry;
+  }
+  return found;
+}
+
+}  // namespace
+
+std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map) {
+  const auto* entry = find_last<ImageEntry>(kImages, map->binary_ver);
+  if (entry == nullptr) {
+    throw std::runtime_error("Unrecognized binary version");
+  }
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream()
+        << "\nCreating image ver " << std::hex << std::setfill('0')
+        << std::setw(8) << map->binary_ver;
+  }
+  return entry->create(std::move(map));
+}
+
+std::unique_ptr<ImageManifest> read_manifest(const std::string& path) {
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "Reading manifest from: " << path;
+  }
+  const auto stream = open_binary_input(path);
+  // A file of less than 4 bytes leaves zero in the rest of the word, and its
+  // stream failed: the seek doesn't mend it, and the reader finds nothing.
+  Le32 word;
+  stream->read(reinterpret_cast<char*>(&word), sizeof(word));
+  const auto* entry = find_last<ManifestEntry>(kManifests, word);
+  if (entry == nullptr) throw std::runtime_error("Unrecognized module type");
+  stream->seekg(0);
+  return entry->create(*stream);
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,80 @@
+// The table of exported symbols. Its name offsets count from the start of the
+// table as if no symbol had been skipped.
+#include "image/symbol_table.h"
+
+#include <optional>
+#include <string>
+
+#include "driver/log.h"
+#include "driver/wire.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+struct SymbolRecord {
+  std::uint8_t kind = 1;
+  std::uint8_t module = 0;  // index, low 8 bits
+  Le16 segment;             // slot, 0 to 2
+  Le32 name_offset;         // from the start of the symbol table
+  Le32 address;
+};
+static_assert(sizeof(SymbolRecord) == 12 && alignof(SymbolRecord) == 1);
+
+constexpr std::uint32_t kNumberSize = 4;  // of the count and strings length
+
+bool contains(const SegmentRecord& segment, std::uint32_t address) {
+  const std::uint32_t end = segment.vma + segment.pages() * kPageSize;
+  return segment.pages() != 0 && segment.vma <= address && address < end;
+}
+
+// The record of a symbol but for its name.
+std::optional<SymbolRecord> place_symbol(std::uint32_t address,
+                                         std::span<const ModuleEntry> entries) {
+  for (std::size_t module = 0; module < entries.size(); ++module) {
+    const auto& segments = entries[module].segments;
+    for (std::size_t slot = 0; slot < segments.size(); ++slot) {
+      if (contains(segments[slot], address)) {
+        SymbolRecord record;
+        record.module = static_cast<std::uint8_t>(module);
+        record.segment = static_cast<std::uint16_t>(slot);
+        record.address = address;
+        return record;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void write_symbol_table(std::ostream& stream,
+                        std::span<const FwImageMap::Symbol> symbols,
+                        std::span<const ModuleEntry> entries) {
+  const auto count = static_cast<std::uint32_t>(symbols.size());
+  const std::uint32_t names_base =
+      count * std::uint32_t{sizeof(SymbolRecord)} + 2 * kNumberSize;
+  write_record(stream, Le32(count));
+  std::string names;
+  for (const FwImageMap::Symbol& symbol : symbols) {
+    auto record = place_symbol(symbol.address, entries);
+    if (!record) {
+      if (log_level() >= kLogWarning) {
+        LogLine(kLogWarning).stream() << "Cannot match symbol << "
+                                      << symbol.name << " to segment, skipping";
+      }
+      continue;
+    }
+    record->name_offset = static_cast<std::uint32_t>(names.size()) + names_base;
+    write_record(stream, *record);
+    names += symbol.name;
+    names += '\0';
+  }
+  write_record(stream, Le32(static_cast<std::uint32_t>(names.size())));
+  stream.write(names.data(), static_cast<std::streamsize>(names.size()));
+  if (log_level() >= kLogInfo) {
+    LogLine(kLogInfo).stream() << "Exported " << count << " symbols";
+  }
+}
+
+}  // namespace tova_fw_builder

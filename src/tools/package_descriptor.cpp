@@ -1,0 +1,68 @@
+// The package descriptor. Only its "bin" lines are ever read back, and a path
+// with a blank in it can't be: the reader takes one word.
+#include "tools/package_descriptor.h"
+
+#include <fstream>
+
+#include "layout/content_writer.h"
+#include "tools/build_stamp.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::uint32_t kBase = 0;
+constexpr std::uint32_t kAddon = 1;
+
+std::ostream& operator<<(std::ostream& out, const Version& version) {
+  return out << version.major << '.' << version.minor << '.' << version.hotfix
+             << '.' << version.build;
+}
+
+void write_facts(std::ostream& out, const FwOutMap& map,
+                 const ImageManifest& manifest) {
+  out << "# TOVA FW Image Builder ver " << kBuildDate << ' ' << kBuildTime
+      << "\n\n"
+      << "ver " << map.version << '\n'
+      << std::hex << "bld " << manifest.date() << '\n'
+      << "mft " << manifest.module_type << '\n'
+      << "flg 0x" << map.fw_img_flags << '\n'
+      << "sku 0x" << map.feature_mask << '\n'
+      << std::dec << '\n';
+}
+
+// The base modules that lead the list: those behind an addon aren't shown.
+void write_names(std::ostream& out, const FwOutMap& map) {
+  out << "cfg { ";
+  for (const auto& module : map.modules) {
+    if (module->module_kind != kBase) break;
+    out << module->name << ' ';
+  }
+  out << "}\n\n";
+}
+
+void write_files(std::ostream& out, const FwOutMap& map,
+                 const std::string& path) {
+  out << "bin " << path << ".bin '";
+  if (!map.modules.empty()) out << map.modules.front()->display_name;
+  out << "'\n";
+  for (const auto& module : map.modules) {
+    if (module->module_kind != kAddon) continue;
+    out << "bin " << path << addon_file_suffix(*module) << " '"
+        << module->display_name << "' ver. " << module->version << '\n';
+  }
+}
+
+}  // namespace
+
+void write_package_descriptor(const FwOutMap& map, const std::string& path,
+                              const ImageManifest& manifest) {
+  std::fstream out(path + ".pkg", std::ios_base::in | std::ios_base::out |
+                                      std::ios_base::trunc |
+                                      std::ios_base::binary);
+  write_facts(out, map, manifest);
+  write_names(out, map);
+  write_files(out, map, path);
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,187 @@
+// A small image through each generation, against bytes laid out by hand. The
+// digests are those that python's hashlib gives for the expected bytes.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "driver/byte_dump.h"
+#include "image/image.h"
+#include "image/small_image.h"
+#include "support/captured_log.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+const std::string kAddonFile = "_03020100-0504-0706-0809-0a0b0c0d0e0f.bin";
+
+const std::string kExtended = bytes_of(R"(
+    24544531 a4000000 01000000 03000000   # 16 + 40 + 68 + 40 = 164 bytes
+    28000000 67452301ab89efcd0123456789abcdef
+    0000 0000 0000 0000 03000000 00000000 0000 0000
+    44000000 000102030405060708090a0b0c0d0e0f
+    0a00 0000 0000 0100 1b000000 00000000 0100 0100
+    0100 0203                             # sched_caps, then a pin
+    0100 0000 02000000 30000000 0400 0000 05000000 06000000
+    28000000 ffffffffffffffffffffffffffffffff
+    0000 0000 0000 0000 1b000000 00000000 0000 0000)");
+
+struct Output {
+  std::string binary;
+  std::string manifest;
+  std::string extended;
+  std::string addon;
+  std::string log;
+  std::uint32_t date = 0;
+};
+
+std::fstream create(const std::string& path) {
+  return std::fstream(
+      path, std::ios::in | std::ios::out | std::ios::trunc | std::ios::binary);
+}
+
+Output build(std::uint32_t generation, std::uint32_t css_header_size) {
+  TempDir dir;
+  CapturedLog log(3);
+  const auto image = make_image(small_image(generation));
+  auto binary = create(dir.file("fw.bin"));
+  image->write(binary, dir.file("fw"), css_header_size);
+  binary.close();
+  const auto manifest = image->create_manifest(false, 0x1122);
+  std::ostringstream file, extended;
+  manifest->write(file, *image);
+  manifest->write_extended(extended, *image);
+  return {read_file(dir.file("fw.bin")),          file.str(), extended.str(),
+          read_file(dir.file("fw" + kAddonFile)), log.text(), manifest->date()};
+}
+
+void expect_logged(const std::string& log, const std::string& text) {
+  EXPECT_NE(std::string::npos, log.find(text)) << text;
+}
+
+void expect_dump(const std::string& log, const std::string& label,
+                 const std::string& bytes) {
+  std::ostringstream out;
+  out << ByteDump{reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                  bytes.size(), "\n" + label};
+  expect_logged(log, out.str() + '\n');
+}
+
+// Offsets of addon segments follow those of the base module, though they stand
+// in a file of their own. The symbol table isn't part of the manifest's size:
+// the padding is 4096 - (644 + 52 + 3 * 116 + 44).
+TEST(Generations, Kelp15) {
+  const Output output = build(kKelp15, 0);
+  EXPECT_TRUE(stored_pages().substr(0, 4096) == output.binary);
+  EXPECT_TRUE(stored_pages().substr(4096) == output.addon);
+  const std::string css =
+      bytes_of("06000000 a1000000 00000100 00000000 5c7a0000") +
+      le32(output.date) + bytes_of("00040000 40000000 40000000 01000000");
+  EXPECT_EQ(
+      filled(css, 644) +
+          expected_tables(2, {0x1000, 0x2000, 0x3000}, kBaseHash, kAddonHash) +
+          std::string(3008, '\0'),
+      output.manifest);
+  EXPECT_EQ(kExtended, output.extended);
+  expect_logged(output.log, "\nCreating image ver 00010005\n");
+  expect_logged(output.log, "    module_id   00000000\n    date        20");
+  expect_logged(output.log, "    exp_size    1   (dwords)\n\n  TovaFw");
+}
+
+// The offsets are those of the final image, with the CSS part in front.
+TEST(Generations, Kelp18AndKelp25) {
+  const struct {
+    std::uint32_t generation, css, length;
+    std::string prefix, image_hash;
+    std::string metadata_length, limit_offset;
+    std::string metadata_hash;
+  } cases[] = {
+      {kKelp18, 4096, 40960, "kELP1.8: ",
+       "db138c95485f99fc2c232f41973f319ffe0ff2732c2d56a52afd719253580633", "60",
+       "c000",
+       "6b082b3c9e33188c9dd5c26c47312dd7dd8096a363532abee3fd2b64fcc60c7e"},
+      {kKelp25, 0, 45056, "kELP2.5: ",
+       "9835d3ef386dd5a93cdb03e290960fd0e3dc6ae434cf537c1cafca0d069165ae"
+       "3efa3feabccd42a436ad4fab3da690e0",
+       "70", "d000",
+       "3a54ffc923c3068bf55e4d107521e622c1658733ecaf57ab6aa27c8cbaec04df"
+       "bca4489ade93ded7701861751b8e17f8"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.prefix);
+    const Output output = build(c.generation, c.css);
+    const std::string ahead =
+        std::string(8192 - c.css, '\0') +
+        expected_tables(11, {0x8000, 0x9000, 0xa000}, kBaseHash, kAddonHash);
+    EXPECT_EQ(c.length, output.binary.size());
+    EXPECT_TRUE(filled(ahead, 32768 - c.css) + stored_pages() == output.binary);
+    EXPECT_EQ(
+        filled(bytes_of("11000000" + c.metadata_length + "000000 22110000"),
+               40) +
+            bytes_of(c.image_hash) +
+            filled(bytes_of("00200000 00" + c.limit_offset.substr(0, 2)), 24),
+        output.manifest);
+    EXPECT_EQ(kExtended, output.extended);
+    expect_dump(output.log, "Image hash", bytes_of(c.image_hash));
+    expect_dump(output.log, "Metadata hash", bytes_of(c.metadata_hash));
+    expect_logged(output.log,
+                  "  TOVA metadata file extension\n"
+                  "    extension_type    11\n    extension_length  " +
+                      c.metadata_length +
+                      "\n    tova_imr_type           1122\n"
+                      "    tova_info.version       0\n"
+                      "    tova_info.base_offset   2000\n"
+                      "    tova_info.limit_offset  " +
+                      c.limit_offset + "\nCreate extended manifest\n");
+    expect_logged(output.log, c.prefix + "Update image hash\nImage hash\n");
+  }
+}
+
+// The header shows the map as it stood before the contents were written.
+TEST(Generations, Kelp30) {
+  const Output output = build(kKelp30, 4096);
+  EXPECT_TRUE(
+      filled(expected_tables(8, {0x8000, 0x8000, 0x8000}, kNoHash, kNoHash),
+             32768) +
+          stored_pages() ==
+      output.binary);
+  EXPECT_EQ("", output.manifest);
+  EXPECT_EQ("", output.extended);
+  expect_logged(output.log, "kELP3.0: Writing TovaFwBinaryHeader\n  TovaFw");
+}
+
+// The room for the contents wraps at 32 bits, here to 65536: without contents
+// the file still has that length. The page count is summed up in 64 bits.
+TEST(Generations, HugeCssSizeWraps) {
+  TempDir dir;
+  CapturedLog log(3);
+  const auto image = make_image(small_image(kKelp18));
+  image->map().modules.resize(1);
+  image->map().modules[0]->groups.clear();
+  auto binary = create(dir.file("fw.bin"));
+  image->write(binary, dir.file("fw"), 0xFFFF8000);
+  binary.close();
+  EXPECT_EQ(65536u, std::filesystem::file_size(dir.file("fw.bin")));
+  expect_logged(log.text(),
+                "kELP1.8: Writing initial padding (size 0x10000)\n"
+                "kELP1.8: Writing content\n");
+  expect_logged(log.text(), "    preload_page_count  100008\n");
+}
+
+// A binary that could not be opened stands at position -1.
+TEST(Generations, UnopenedBinary) {
+  for (const std::uint32_t generation : {kKelp15, kKelp18, kKelp25}) {
+    CapturedLog log;
+    auto binary = create("/no/such/folder/fw.bin");
+    const auto image = make_image(small_image(generation));
+    image->map().modules.resize(1);
+    std::ostringstream out;
+    EXPECT_EQ("preload size not aligned to page size", message_of([&] {
+                image->write(binary, "/no/such/folder/fw", 0);
+                image->create_manifest(false, 0)->write(out, *image);
+              }));
+  }
+}
+
+}  // namespace
+}  // namespace tova_fw_builder

@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <sstream>
+
+#include "image/image.h"
+#include "image/small_image.h"
+#include "support/captured_log.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+TEST(Registry, UnknownKeys) {
+  TempDir dir;
+  CapturedLog log;
+  for (const std::uint32_t key : {0u, 0x10006u, 0x30001u}) {
+    EXPECT_EQ("Unrecognized binary version",
+              message_of([&] { make_image(small_image(key)); }));
+  }
+  EXPECT_EQ("", log.text());
+  // Empty, a first word of 17 as 1.8 writes it, and one with a high byte.
+  for (const auto* hex : {"", "11000000 60000000", "06000001"}) {
+    const std::string path = dir.write("manifest", bytes_of(hex));
+    EXPECT_EQ("Unrecognized module type",
+              message_of([&] { read_manifest(path); }));
+  }
+}
+
+// Key 4 has three entries, and the last one wins: nothing is read, and nothing
+// that signing does has an effect.
+TEST(Registry, FirstWord4IsAnEmptyManifest) {
+  TempDir dir;
+  CapturedLog log;
+  const std::string path = dir.write("manifest", bytes_of("04"));
+  const auto manifest = read_manifest(path);
+  EXPECT_EQ("Reading manifest from: " + path + "\n", log.text());
+  EXPECT_EQ(nullptr, manifest->modulus());
+  EXPECT_EQ(nullptr, manifest->exponent());
+  EXPECT_EQ(nullptr, manifest->signature());
+  EXPECT_EQ(0u, manifest->module_type + manifest->date());
+  std::array<std::uint8_t, 256> bytes{7};
+  manifest->set_modulus(bytes.data());
+  manifest->set_exponent(bytes.data());
+  manifest->set_signature(bytes.data());
+  manifest->set_debug();
+  manifest->compute_hash(bytes.data());
+  EXPECT_EQ((std::array<std::uint8_t, 256>{7}), bytes);
+  const auto image = make_image(small_image(kKelp30));
+  std::ostringstream out;
+  manifest->write(out, *image);  // the later winner of 1.8 would write here
+  manifest->write_raw(out);
+  EXPECT_EQ("", out.str());
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
