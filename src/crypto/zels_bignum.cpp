@@ -1,0 +1,80 @@
+// Big numbers. The digits stand inside the caller's buffer, and the context
+// points at them: a copy of the buffer's bytes is no copy of the number.
+#include "crypto/zels_bignum.h"
+
+#include <algorithm>
+
+#include "crypto/big_num_context.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::int32_t kMostWords = 512;
+
+bool is_length(std::int32_t words) { return words >= 1 && words <= kMostWords; }
+
+std::uint32_t digits_for_words(std::int32_t words) {
+  return (static_cast<std::uint32_t>(words) + 1) / 2;
+}
+
+}  // namespace
+
+ZelStatus zelsBigNumGetSize(std::int32_t words, std::int32_t* size) {
+  if (size == nullptr) return zelStsNullPtrErr;
+  if (!is_length(words)) return zelStsLengthErr;
+  // Two arrays of one digit more than the number, the fields, the alignment.
+  static_assert(sizeof(BigNum) + kContextSpare + sizeof(Digit) == 47);
+  const auto words_even =
+      static_cast<std::int32_t>(2 * digits_for_words(words));
+  *size = (words_even + 1) * 8 + 47;
+  return zelStsNoErr;
+}
+
+ZelStatus zelsBigNumInit(std::int32_t words, std::uint8_t* context) {
+  if (!is_length(words)) return zelStsLengthErr;
+  if (context == nullptr) return zelStsNullPtrErr;
+  auto* number = context_in<BigNum>(context);
+  const std::uint32_t room = digits_for_words(words);
+  auto* arrays = reinterpret_cast<Digit*>(number + 1);
+  std::fill_n(arrays, 2 * (room + 1), 0);
+  *number = {.tag = kBigNumTag,
+             .sign = kPositive,
+             .size = 1,
+             .room = room,
+             .digits = arrays,
+             .work = arrays + room + 1};
+  return zelStsNoErr;
+}
+
+ZelStatus zelsSet_BN(std::uint32_t sign, std::int32_t words,
+                     const std::uint32_t* data, std::uint8_t* context) {
+  if (data == nullptr || context == nullptr) return zelStsNullPtrErr;
+  auto* number = context_in<BigNum>(context);
+  if (!has_tag(number, kBigNumTag)) return zelStsContextMatchErr;
+  if (words < 1) return zelStsLengthErr;
+  while (words > 1 && data[words - 1] == 0) --words;
+  const std::uint32_t size = digits_for_words(words);
+  if (size > number->room) return zelStsOutOfRangeErr;
+
+  std::fill_n(number->digits, number->room + 1, 0);
+  for (std::int32_t i = 0; i < words; ++i) {
+    number->digits[i / 2] |= Digit{data[i]} << (32 * (i % 2));
+  }
+  number->size = size;
+  number->sign = is_zero(*number) ? kPositive : sign;
+  return zelStsNoErr;
+}
+
+ZelStatus zelsRef_BN(std::uint32_t* sign, std::int32_t* bits,
+                     const std::uint64_t** digits, std::uint8_t* context) {
+  if (context == nullptr) return zelStsNullPtrErr;
+  const auto* number = context_in<BigNum>(context);
+  if (!has_tag(number, kBigNumTag)) return zelStsContextMatchErr;
+  if (sign != nullptr) *sign = number->sign;
+  if (bits != nullptr) *bits = bit_size(*number);
+  if (digits != nullptr) *digits = number->digits;
+  return zelStsNoErr;
+}
+
+}  // namespace tova_fw_builder
