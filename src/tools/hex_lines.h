@@ -9,10 +9,11 @@
 
 namespace tova_fw_builder {
 
-// Appends one line for each `width` bytes: the bytes as one little-endian
-// number in 2 * width upper-case digits, zero-filled, most significant digit
-// first, and a line feed. `bytes` holds a multiple of `width` bytes.
-void append_hex_lines(std::span<const std::uint8_t> bytes, std::size_t width,
-                      std::string& text);
+// Replaces `text` by one line for each `width` bytes: the bytes as one
+// little-endian number in 2 * width upper-case digits, zero-filled, most
+// significant digit first, and a line feed. `bytes` holds a multiple of `width`
+// bytes.
+void make_hex_lines(std::span<const std::uint8_t> bytes, std::size_t width,
+                    std::string& text);
 
 }  // namespace tova_fw_builder

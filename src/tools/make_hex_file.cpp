@@ -20,14 +20,7 @@ constexpr std::size_t kLongestLine = 16;
 
 void write_lines(std::span<const std::uint8_t> bytes, std::size_t width,
                  std::string& text, std::ostream& out) {
-  text.clear();
-  const std::size_t rest = bytes.size() % width;
-  append_hex_lines(bytes.first(bytes.size() - rest), width, text);
-  if (rest > 0) {
-    std::array<std::uint8_t, kLongestLine> filled_up{};
-    std::ranges::copy(bytes.last(rest), filled_up.begin());
-    append_hex_lines({filled_up.data(), width}, width, text);
-  }
+  make_hex_lines(bytes, width, text);
   out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
@@ -52,7 +45,13 @@ void make_hex_file(const std::string& input, const std::string& output,
   const auto width = static_cast<std::size_t>(depth) / 8;
   std::string text;
   read_in_pieces(*in, words * kWord, [&](std::span<const std::uint8_t> bytes) {
-    write_lines(bytes, width, text, out);
+    const std::size_t rest = bytes.size() % width;
+    write_lines(bytes.first(bytes.size() - rest), width, text, out);
+    if (rest > 0) {
+      std::array<std::uint8_t, kLongestLine> filled_up{};
+      std::ranges::copy(bytes.last(rest), filled_up.begin());
+      write_lines({filled_up.data(), width}, width, text, out);
+    }
   });
 }
 

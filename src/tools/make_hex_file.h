@@ -7,7 +7,7 @@
 namespace tova_fw_builder {
 
 // Writes `input` to the text file `output`, one memory word of 32, 64 or 128
-// bits a line, in the form of append_hex_lines. The input counts in whole
+// bits a line, in the form of make_hex_lines. The input counts in whole
 // 32-bit words; bytes behind the last of them take no part, and words that the
 // last line lacks are zero.
 //

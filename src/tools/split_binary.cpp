@@ -27,8 +27,7 @@ struct Bank {
 };
 
 void write_bank(Bank& bank) {
-  bank.text.clear();
-  append_hex_lines(bank.words, kWord, bank.text);
+  make_hex_lines(bank.words, kWord, bank.text);
   bank.hex.write(bank.text.data(),
                  static_cast<std::streamsize>(bank.text.size()));
   bank.bin.write(reinterpret_cast<const char*>(bank.words.data()),

@@ -8,7 +8,7 @@ namespace tova_fw_builder {
 
 // Writes the 64-bit words at even index of `input` to `name_a` + ".bin" as
 // they stand and to `name_a` + ".hex" as text, one line a word in the form of
-// append_hex_lines, and those at odd index likewise under `name_b`. Inputs of
+// make_hex_lines, and those at odd index likewise under `name_b`. Inputs of
 // any length work.
 //
 // Bytes behind the last whole word are dropped, with one exception: where the
