@@ -21,13 +21,13 @@ constexpr Command kFake[] = {
      [](std::span<const std::string>) { throw std::out_of_range("why"); }},
 };
 
-struct Run {
+struct Outcome {
   int status;
   std::string text;
   int level;
 };
 
-Run run(const std::vector<std::string>& arguments) {
+Outcome run(const std::vector<std::string>& arguments) {
   CapturedLog log;
   const int status = run_command_line(arguments, kFake);
   return {status, log.text(), log_level()};
@@ -48,7 +48,7 @@ TEST(CommandLine, StatusesAndWhatIsPrinted) {
                                                   "-v"};
   for (const auto& word : unknown_words) {
     const std::string line = "Error: Invalid command " + word + "\n";
-    const Run result = run({"-v", word});
+    const Outcome result = run({"-v", word});
     EXPECT_EQ(-3, result.status);
     EXPECT_TRUE(result.text.starts_with(line + kUsageStart)) << result.text;
   }
@@ -60,7 +60,7 @@ TEST(CommandLine, StatusesAndWhatIsPrinted) {
 }
 
 TEST(CommandLine, OnlyTheFirstWordCanBeTheSwitch) {
-  Run result = run({"one", "-v", "x"});
+  Outcome result = run({"one", "-v", "x"});
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(2, result.level);
   EXPECT_EQ((std::vector<std::string>{"-v", "x"}), seen);
