@@ -4,6 +4,7 @@
 #   build  compile the tool
 #   test   build and run the tests
 #   check  the further checks of .ci/run
+#   sample compile the sample firmware
 #
 # Says nothing and asks no package server when nothing is missing. Installs by
 # apt-get, through sudo when not root. On any other system it ends with
@@ -52,6 +53,10 @@ for work in "$@"; do
       need dpkg-dev has_command dpkg-shlibdeps
       need file has_command file
       need mandoc has_command mandoc
+      ;;
+    sample)
+      need gcc-arm-none-eabi has_command arm-none-eabi-gcc
+      need binutils-arm-none-eabi has_command arm-none-eabi-objdump
       ;;
     *)
       echo "$0: unknown kind of work: $work" >&2

@@ -1,0 +1,45 @@
+# What `cmake --install` and the Debian package hold: the tool, its manual
+# page, the papers, and the CMake module.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+install(TARGETS tova_fw_builder EXPORT TovaFwBuilderTargets)
+install(FILES docs/tova_fw_builder.1
+  DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES
+    README.md
+    docs/architecture.md
+    docs/definition-language.md
+    docs/file-formats.md
+    docs/inputs.md
+    docs/troubleshooting.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# Under share/, and without a test of the pointer size: firmware builds find
+# it while they compile for another processor.
+set(module_dir ${CMAKE_INSTALL_DATADIR}/cmake/TovaFwBuilder)
+install(EXPORT TovaFwBuilderTargets
+  NAMESPACE TovaFwBuilder::
+  DESTINATION ${module_dir})
+write_basic_package_version_file(
+  ${PROJECT_BINARY_DIR}/TovaFwBuilderConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion
+  ARCH_INDEPENDENT)
+install(FILES
+    cmake/TovaFwBuilder.cmake
+    cmake/TovaFwBuilderConfig.cmake
+    cmake/TovaFwBuilderRun.cmake
+    cmake/TovaFwBuilderSign.cmake
+    ${PROJECT_BINARY_DIR}/TovaFwBuilderConfigVersion.cmake
+  DESTINATION ${module_dir})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME tova-fw-builder)
+set(CPACK_PACKAGE_CONTACT "Tova firmware tools <tools@example.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+include(CPack)

@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# Tries, in a bare Debian 12 that has only bash, apt-get and git beside the
+# essentials: the two commands of the README, twice each, and the Debian
+# package. Needs root, debootstrap and a Debian mirror; takes some minutes.
+# The commit is what is tried, not the work tree. MIRROR names another mirror.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+mirror=${MIRROR:-http://deb.debian.org/debian}
+root=$(mktemp -d)
+clean_up() {
+  umount "$root/proc" 2>/dev/null || true
+  rm -rf --one-file-system "$root"
+}
+trap clean_up EXIT
+
+debootstrap --variant=minbase --include=git bookworm "$root" "$mirror" \
+  >"$root.log"
+cp /etc/resolv.conf "$root/etc/"
+# A mirror may be a copy of some age.
+echo 'Acquire::Check-Valid-Until "false";' >"$root/etc/apt/apt.conf.d/99age"
+mount -t proc proc "$root/proc"
+git clone -q . "$root/work"
+
+inside() { chroot "$root" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin \
+  bash -c "cd /work && $1"; }
+
+echo "== as nobody, who may not install"
+inside 'setpriv --reuid=65534 --regid=65534 --clear-groups ./run-demo.sh' &&
+  exit 1
+echo "== the demo"
+inside 'time ./run-demo.sh'
+echo "== the tests"
+inside 'time ./run-tests.sh'
+echo "== both again"
+inside 'time (./run-demo.sh && ./run-tests.sh)'
+[[ -z $(git -C "$root/work" status --porcelain) ]] || {
+  echo "The commands leave files in the tree" >&2
+  exit 1
+}
+
+echo "== the package"
+scripts/set-up.sh check
+scripts/check-package.sh
+cp build/tool/tova-fw-builder_*.deb "$root/tmp/"
+inside 'apt-get -qq install -y --no-install-recommends man-db /tmp/*.deb \
+  >/dev/null && cd / && tova_fw_builder hash_key pub \
+  /work/examples/audio_firmware/keys/test-key-public.key &&
+  man -P cat tova_fw_builder | head -n 5'
+echo "A fresh machine does it all"
