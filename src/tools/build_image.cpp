@@ -83,9 +83,7 @@ void append_file(Run& run) {
 void place_table(Run& run) { run.table_position = run.out.tellp(); }
 
 [[noreturn]] void refuse_offset(std::uint64_t target) {
-  std::ostringstream text;
-  text << "Offset out of range: " << std::hex << target;
-  throw std::runtime_error(text.str());
+  throw std::runtime_error("Offset out of range: " + std::to_string(target));
 }
 
 // Zero bytes from `position` to `target`. Behind the end of the file the last

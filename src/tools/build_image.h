@@ -30,8 +30,8 @@ namespace tova_fw_builder {
 // no table written:
 //   "Failed to open file: " and the path
 //   "Too many partition table entries" for the seventeenth file marked "m"
-//   "Offset out of range: " and the number in hexadecimal, as in the script,
-//     for an offset of 2^63 or more, or when the padding can't be written
+//   "Offset out of range: " and the number in decimal, like the sizes in the
+//     log, for an offset of 2^63 or more, or when the padding can't be written
 // Any other failure to write is not reported.
 void build_image(const std::string& img_dscr_file,
                  const std::string& deploy_dir, const std::string& out_file);

@@ -126,12 +126,16 @@ TEST(BuildImage, PartitionTable) {
 
 // A failed output swallows everything but padding, which can't go unnoticed.
 TEST(BuildImage, OffsetsOutOfReachAndFailedOutputs) {
-  for (const std::string number :
-       {"ffffffffffffffff", "8000000000000000", "7fffffffffffffff"}) {
-    EXPECT_EQ("Offset out of range: " + number, run("offset " + number).error);
+  const std::pair<std::string, std::string> numbers[] = {
+      {"ffffffffffffffff", "18446744073709551615"},
+      {"8000000000000000", "9223372036854775808"},
+      {"7fffffffffffffff", "9223372036854775807"}};
+  for (const auto& [hexadecimal, decimal] : numbers) {
+    EXPECT_EQ("Offset out of range: " + decimal,
+              run("offset " + hexadecimal).error);
   }
   EXPECT_EQ("no exception", run("bin abc\n", "/dev/full").error);
-  EXPECT_EQ("Offset out of range: 10", run("offset 10", "/dev/full").error);
+  EXPECT_EQ("Offset out of range: 16", run("offset 10", "/dev/full").error);
   const Result unopened = run("pt\nbin abc m\noffset 10", "/");
   EXPECT_EQ("Building Image\nAppending abc size = 3\nFinished\n", unopened.log);
 }
