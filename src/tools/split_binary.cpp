@@ -71,7 +71,6 @@ void split_binary(const std::string& input, const std::string& name_a,
   const std::uint64_t length = file_length(*in, input);
   const std::uint64_t words = length / kWord;
   const std::uint64_t used = std::min(length, (words + words % 2) * kWord);
-  if (words == 0) return;
   read_in_pieces(*in, used, [&](std::span<const std::uint8_t> bytes) {
     deal(bytes, a, b);
   });
