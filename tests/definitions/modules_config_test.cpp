@@ -49,10 +49,6 @@ TEST(ModulesConfig, LogsAlignedColumns) {
   EXPECT_EQ("Reading FW Modules Configuration...\nA" + std::string(29, ' ') +
                 "        7\n" + std::string(31, 'B') + " 4294967295\n\n",
             log.text());
-}
-
-TEST(ModulesConfig, EmptyNameFailsToOpen) {
-  FwOutMap map;
   EXPECT_EQ("Failed to open file: ",
             message_of([&] { read_modules_config(map, ""); }));
 }
