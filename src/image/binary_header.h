@@ -1,6 +1,7 @@
 // image/binary_header.h
 // The firmware binary header: what the loader reads. The same in all
-// generations; only its place in the output differs.
+// generations; only its place in the output differs. Byte by byte:
+// docs/file-formats.md.
 #pragma once
 
 #include <array>

@@ -1,6 +1,7 @@
 // image/css_header.h
 // The CSS header: the signature frame at the start of a Kelp15 manifest. Key
-// and signature areas follow it, 644 bytes in all.
+// and signature areas follow it, 644 bytes in all. Byte by byte:
+// docs/file-formats.md, as for all records of this folder.
 #pragma once
 
 #include <array>

@@ -22,8 +22,10 @@ class ImageManifest {
  public:
   virtual ~ImageManifest() = default;
 
-  // The key and signature areas, least significant byte first: 256, 4 and 256
-  // bytes inside the manifest. Null in generations without them.
+  // The key and signature areas inside the manifest, least significant byte
+  // first: 256, 4 and 256 bytes. The exponent follows the modulus directly, so
+  // the 260 bytes at modulus() are the public key. Null in generations without
+  // them. The setters copy as many bytes.
   virtual std::uint8_t* modulus() { return nullptr; }
   virtual void set_modulus(const std::uint8_t*) {}
   // A constant of the generation: 1 for Kelp15, 3 for the others.
@@ -34,7 +36,8 @@ class ImageManifest {
   virtual void set_signature(const std::uint8_t* bytes) = 0;
 
   // Writes the 32 bytes of the SHA-256 of the signed parts, last byte of the
-  // digest first. Leaves `out` alone in generations without signature.
+  // digest first. Leaves `out` alone in generations without signature. What it
+  // throws of a damaged file, see Kelp15FwManifest.
   virtual void compute_hash(std::uint8_t* out) = 0;
 
   // Marks the signature as a debug one.
@@ -43,9 +46,12 @@ class ImageManifest {
   // The date of writing as 0xYYYYMMDD in BCD; 0 in generations without one.
   virtual std::uint32_t date() const { return 0; }
 
+  // Both take the map of the image that the manifest was made from, and write
+  // and log the generation's manifest and extended manifest. They throw what
+  // write_binary_header throws, and the texts of Kelp15FwManifest.
   virtual void write(std::ostream& stream, Image& image) = 0;
   virtual void write_extended(std::ostream& stream, Image& image) = 0;
-  // Writes the manifest as it was read back.
+  // Writes the manifest that was read back, and what was changed in it since.
   virtual void write_raw(std::ostream& stream) = 0;
 
   bool debug = false;
@@ -59,9 +65,12 @@ class Image {
   explicit Image(std::unique_ptr<FwOutMap> map) : map_(std::move(map)) {}
   virtual ~Image() = default;
 
-  // Writes the whole binary to `stream`, which is open for reading and
-  // writing. `path` is the binary's path without extension.
-  // `css_header_size` is the room in bytes that signing takes ahead of it.
+  // Writes the whole binary to `stream`, which is empty and open for reading
+  // and writing. `path` is the binary's path without extension, which addon
+  // files of generation 1.5 take their names from. `css_header_size` is the
+  // room in bytes that signing takes ahead of the binary. Throws what
+  // write_module_contents and write_binary_header throw; a stream that fails
+  // is no failure of its own, but leaves a length that is no number of pages.
   virtual void write(std::iostream& stream, const std::string& path,
                      std::uint32_t css_header_size) = 0;
 
@@ -75,8 +84,8 @@ class Image {
   std::unique_ptr<FwOutMap> map_;
 };
 
-// Makes the image of the map's generation. Throws std::runtime_error
-// "Unrecognized binary version".
+// Makes the image of the map's generation and logs it. Throws
+// std::runtime_error "Unrecognized binary version".
 std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map);
 
 // Reads a manifest back from a file, by its first little-endian word. Throws

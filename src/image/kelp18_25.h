@@ -4,7 +4,8 @@
 // the binary leaves room in front for what the signer puts there.
 //
 // The binary, with `css` the CSS header size: zero bytes, at 8192 - css the
-// binary header with its tables, zero bytes, at 32768 - css the contents.
+// binary header with its tables, zero bytes, at 32768 - css the contents. The
+// manifest, byte by byte: docs/file-formats.md.
 #pragma once
 
 #include <array>

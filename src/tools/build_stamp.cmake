@@ -4,7 +4,7 @@
 string(TIMESTAMP date "%b %d %Y" UTC)
 string(TIMESTAMP time "%H:%M:%S" UTC)
 string(REPLACE " 0" "  " date "${date}")
-file(WRITE ${OUTPUT}
+file(WRITE "${OUTPUT}"
 "#pragma once
 
 namespace tova_fw_builder {

@@ -4,8 +4,8 @@
 
 #include <fstream>
 #include <sstream>
+#include <vector>
 
-#include "driver/byte_dump.h"
 #include "image/image.h"
 #include "image/small_image.h"
 #include "support/captured_log.h"
@@ -28,12 +28,7 @@ const std::string kExtended = bytes_of(R"(
     0000 0000 0000 0000 1b000000 00000000 0000 0000)");
 
 struct Output {
-  std::string binary;
-  std::string manifest;
-  std::string extended;
-  std::string addon;
-  std::string log;
-  std::uint32_t date = 0;
+  std::string binary, manifest, extended, addon, log;
 };
 
 std::fstream create(const std::string& path) {
@@ -52,20 +47,12 @@ Output build(std::uint32_t generation, std::uint32_t css_header_size) {
   std::ostringstream file, extended;
   manifest->write(file, *image);
   manifest->write_extended(extended, *image);
-  return {read_file(dir.file("fw.bin")),          file.str(), extended.str(),
-          read_file(dir.file("fw" + kAddonFile)), log.text(), manifest->date()};
+  return {read_file(dir.file("fw.bin")), file.str(), extended.str(),
+          read_file(dir.file("fw" + kAddonFile)), log.text()};
 }
 
 void expect_logged(const std::string& log, const std::string& text) {
   EXPECT_NE(std::string::npos, log.find(text)) << text;
-}
-
-void expect_dump(const std::string& log, const std::string& label,
-                 const std::string& bytes) {
-  std::ostringstream out;
-  out << ByteDump{reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                  bytes.size(), "\n" + label};
-  expect_logged(log, out.str() + '\n');
 }
 
 // Offsets of addon segments follow those of the base module, though they stand
@@ -77,71 +64,67 @@ TEST(Generations, Kelp15) {
   EXPECT_TRUE(stored_pages().substr(4096) == output.addon);
   const std::string css =
       bytes_of("06000000 a1000000 00000100 00000000 5c7a0000") +
-      le32(output.date) + bytes_of("00040000 40000000 40000000 01000000");
-  EXPECT_EQ(
-      filled(css, 644) +
-          expected_tables(2, {0x1000, 0x2000, 0x3000}, kBaseHash, kAddonHash) +
-          std::string(3008, '\0'),
-      output.manifest);
+      output.manifest.substr(20, 4) +
+      bytes_of("00040000 40000000 40000000 01000000");
+  EXPECT_EQ(filled(css, 644) + expected_tables(2, {0x1000, 0x2000, 0x3000}) +
+                std::string(3008, '\0'),
+            output.manifest);
   EXPECT_EQ(kExtended, output.extended);
   expect_logged(output.log, "\nCreating image ver 00010005\n");
-  expect_logged(output.log, "    module_id   00000000\n    date        20");
-  expect_logged(output.log, "    exp_size    1   (dwords)\n\n  TovaFw");
+  expect_logged(output.log,
+                "  CSS Header\n    module_type 6\n    mod_vendor  7a5c\n"
+                "    header_len  a1   (dwords)\n    header_ver  00010000\n"
+                "    module_id   00000000\n    date        20");
+  expect_logged(
+      output.log,
+      "\n    size        400   (dwords)\n    key_size    40   (dwords)"
+      "\n    mod_size    40   (dwords)\n    exp_size    1   (dwords)"
+      "\n\n  TovaFwBinaryHeader\n");
+}
+
+void expect_padded(std::uint32_t generation, std::uint32_t css,
+                   const std::string& manifest,
+                   const std::vector<std::string>& logged) {
+  const Output output = build(generation, css);
+  const std::string ahead = std::string(8192 - css, '\0') +
+                            expected_tables(11, {0x8000, 0x9000, 0xa000});
+  EXPECT_TRUE(filled(ahead, 32768 - css) + stored_pages() == output.binary);
+  EXPECT_EQ(bytes_of(manifest), output.manifest);
+  EXPECT_EQ(kExtended, output.extended);
+  for (const std::string& text : logged) expect_logged(output.log, text);
 }
 
 // The offsets are those of the final image, with the CSS part in front.
 TEST(Generations, Kelp18AndKelp25) {
-  const struct {
-    std::uint32_t generation, css, length;
-    std::string prefix, image_hash;
-    std::string metadata_length, limit_offset;
-    std::string metadata_hash;
-  } cases[] = {
-      {kKelp18, 4096, 40960, "kELP1.8: ",
-       "db138c95485f99fc2c232f41973f319ffe0ff2732c2d56a52afd719253580633", "60",
-       "c000",
-       "6b082b3c9e33188c9dd5c26c47312dd7dd8096a363532abee3fd2b64fcc60c7e"},
-      {kKelp25, 0, 45056, "kELP2.5: ",
-       "9835d3ef386dd5a93cdb03e290960fd0e3dc6ae434cf537c1cafca0d069165ae"
-       "3efa3feabccd42a436ad4fab3da690e0",
-       "70", "d000",
-       "3a54ffc923c3068bf55e4d107521e622c1658733ecaf57ab6aa27c8cbaec04df"
-       "bca4489ade93ded7701861751b8e17f8"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.prefix);
-    const Output output = build(c.generation, c.css);
-    const std::string ahead =
-        std::string(8192 - c.css, '\0') +
-        expected_tables(11, {0x8000, 0x9000, 0xa000}, kBaseHash, kAddonHash);
-    EXPECT_EQ(c.length, output.binary.size());
-    EXPECT_TRUE(filled(ahead, 32768 - c.css) + stored_pages() == output.binary);
-    EXPECT_EQ(
-        filled(bytes_of("11000000" + c.metadata_length + "000000 22110000"),
-               40) +
-            bytes_of(c.image_hash) +
-            filled(bytes_of("00200000 00" + c.limit_offset.substr(0, 2)), 24),
-        output.manifest);
-    EXPECT_EQ(kExtended, output.extended);
-    expect_dump(output.log, "Image hash", bytes_of(c.image_hash));
-    expect_dump(output.log, "Metadata hash", bytes_of(c.metadata_hash));
-    expect_logged(output.log,
-                  "  TOVA metadata file extension\n"
-                  "    extension_type    11\n    extension_length  " +
-                      c.metadata_length +
-                      "\n    tova_imr_type           1122\n"
-                      "    tova_info.version       0\n"
-                      "    tova_info.base_offset   2000\n"
-                      "    tova_info.limit_offset  " +
-                      c.limit_offset + "\nCreate extended manifest\n");
-    expect_logged(output.log, c.prefix + "Update image hash\nImage hash\n");
-  }
+  const std::string zeros(32, '0');
+  expect_padded(
+      kKelp18, 4096,
+      "11000000 60000000 22110000 000000000000000000000000" + zeros +
+          "db138c95485f99fc2c232f41973f319ffe0ff2732c2d56a52afd719253580633"
+          "00200000 00c00000" +
+          zeros,
+      {"kELP1.8: Update image hash\nImage hash\ndb 13 8c 95 ",
+       "\n\nMetadata hash\n6b 08 2b 3c 9e 33 18 8c ",
+       "\n  TOVA metadata file extension\n    extension_type    11\n"
+       "    extension_length  60\n    tova_imr_type           1122\n"
+       "    tova_info.version       0\n    tova_info.base_offset   2000\n"
+       "    tova_info.limit_offset  c000\nCreate extended manifest\n"});
+  expect_padded(
+      kKelp25, 0,
+      "11000000 70000000 22110000 000000000000000000000000" + zeros +
+          "9835d3ef386dd5a93cdb03e290960fd0e3dc6ae434cf537c1cafca0d069165ae"
+          "3efa3feabccd42a436ad4fab3da690e0 00200000 00d00000" +
+          zeros,
+      {"kELP2.5: Update image hash\nImage hash\n98 35 d3 ef ",
+       "\n\nMetadata hash\n3a 54 ff c9 23 c3 06 8b "});
 }
 
 // The header shows the map as it stood before the contents were written.
 TEST(Generations, Kelp30) {
   const Output output = build(kKelp30, 4096);
+  const std::string no_hash(32, '\0');
   EXPECT_TRUE(
-      filled(expected_tables(8, {0x8000, 0x8000, 0x8000}, kNoHash, kNoHash),
+      filled(expected_tables(8, {0x8000, 0x8000, 0x8000}, no_hash, no_hash),
              32768) +
           stored_pages() ==
       output.binary);

@@ -38,9 +38,6 @@ TEST(PackageDescriptor, ListsLeadingBaseModulesAndAddonFiles) {
       "bin ./fw_03020100-0504-0706-0809-0a0b0c0d0e0f.bin 'Add on' ver. "
       "10.0.0.1\n",
       descriptor_of(*map, kKelp18));
-}
-
-TEST(PackageDescriptor, EmptyModuleList) {
   EXPECT_EQ(
       "\nver 0.0.0.0\nbld 0\nmft 6\nflg 0x0\nsku 0x0\n\ncfg { }\n\n"
       "bin ./fw.bin ''\n",

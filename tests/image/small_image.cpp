@@ -8,8 +8,6 @@ using namespace tova_fw_builder;
 
 namespace {
 
-using Group = FwOutMap::SectionGroup;
-
 FwOutMap::Module& add_module(FwOutMap& map, const std::string& name,
                              std::string_view uuid) {
   auto module = std::make_unique<FwOutMap::Module>();
@@ -26,7 +24,7 @@ FwOutMap::Module& add_module(FwOutMap& map, const std::string& name,
 void add_group(FwOutMap::Module& module, std::uint32_t flags,
                std::uint32_t address, std::uint32_t size,
                const std::string& bytes) {
-  auto group = std::make_unique<Group>();
+  auto group = std::make_unique<FwOutMap::SectionGroup>();
   group->flags = flags;
   group->type = flags >> 8 & 0xF;
   group->add_section("section", false, false, "");
@@ -136,8 +134,7 @@ std::string expected_tables(std::uint32_t pages,
       000000b0 00200000 00100000          # hw buffer, load offset
       24544d45 424153454d4f4455           # $TME, name cut to 8 bytes
       67452301ab89efcd0123456789abcdef    # uuid
-      314b0100                            # type; hash:
-      00000000000000000000000000000000 00000000000000000000000000000000
+      314b0100                            # type; the hash goes here
       041000a0 0200 0100                  # entry, cfg_off, cfg_cnt
       03000000 0200 0100                  # affinity, instances, stack
       1f000100 001000a0 00000000          # .text
@@ -146,7 +143,6 @@ std::string expected_tables(std::uint32_t pages,
       24544d45 4144444f4e000000
       000102030405060708090a0b0c0d0e0f
       01000000
-      00000000000000000000000000000000 00000000000000000000000000000000
       008000a0 0000 0000                  # no configuration: cfg_off 0
       01000000 0000 0000
       1f000100 008000a0 00000000
@@ -168,9 +164,9 @@ std::string expected_tables(std::uint32_t pages,
       12000000 616c70686100 64656c746100 67616d6d6100)");
   constexpr std::size_t kBase = 52, kAddon = kBase + 116;
   bytes.replace(16, 4, le32(pages));
-  bytes.replace(kBase + 32, 32, base_hash);
+  bytes.insert(kBase + 32, base_hash);
   bytes.replace(kBase + 80 + 8, 4, le32(file_offsets[0]));
-  bytes.replace(kAddon + 32, 32, addon_hash);
+  bytes.insert(kAddon + 32, addon_hash);
   bytes.replace(kAddon + 80 + 8, 4, le32(file_offsets[1]));
   bytes.replace(kAddon + 92 + 8, 4, le32(file_offsets[2]));
   return bytes;
