@@ -4,6 +4,7 @@
 #   build  compile the tool
 #   test   build and run the tests
 #   check  the further checks of .ci/run
+#   bench  run the benchmarks
 #   sample compile the sample firmware
 #
 # Says nothing and asks no package server when nothing is missing. Installs by
@@ -53,6 +54,9 @@ for work in "$@"; do
       need dpkg-dev has_command dpkg-shlibdeps
       need file has_command file
       need mandoc has_command mandoc
+      ;;
+    bench)
+      need libbenchmark-dev has_header benchmark/benchmark.h
       ;;
     sample)
       need gcc-arm-none-eabi has_command arm-none-eabi-gcc
