@@ -25,7 +25,7 @@ constexpr std::uint32_t kNumberSize = 4;  // of the count and strings length
 
 bool contains(const SegmentRecord& segment, std::uint32_t address) {
   const std::uint32_t end = segment.vma + segment.pages() * kPageSize;
-  return segment.pages() != 0 && segment.vma <= address && address < end;
+  return segment.vma <= address && address < end;
 }
 
 // The record of a symbol but for its name.
