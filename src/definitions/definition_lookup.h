@@ -32,6 +32,7 @@ std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
 
 // One attempt of it. Yields a stream that isn't open, with the map and the
 // working directory untouched, if there is no such file; a directory is none.
+// A device is found but reads as an empty file, since some never end.
 std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
                                               const std::string& name);
 
