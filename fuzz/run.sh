@@ -14,6 +14,7 @@ seconds=${1:?seconds per target}
 shift
 here=$(cd "$(dirname "$0")" && pwd)
 build=${TOVA_FUZZ_BUILD:-$here/../build/fuzz}
+# shellcheck disable=SC2046 # one target a word
 [ $# -gt 0 ] || set -- $(cd "$here/corpus" && ls)
 
 # An input below 64 KiB may take 10 seconds and 512 MiB at the most.
