@@ -43,6 +43,7 @@ struct Tree {
 // tab, "^" a carriage return, "_" a blank.
 constexpr char kCases[] = R"(
 -- The normal form: one blank behind each word.
+top= =>
 top=/ ~ / =>  / /
 top=~a  b~~c => a b c /
 top=a^/b^/ => a /b /
@@ -66,7 +67,6 @@ top=include a/k X/|a=define X 1/k/ => k /k 1 /
 top=define A b/define C (d/include x$(A)y/include $(C)|xby=one|(d=two => one /two /
 top=include )$(/include/|)$(=three|include=four => three /four /
 top=define A 1/define B 1/include $(A)$(B)/ => Not recognized define : A)$(B
-top=include $()/ => Not recognized define :_
 -- Files nest four deep.
 top=include a/t|a=include b/a|b=include c/b|c=include d/c|d=d => d /c /b /a /t /
 top=include a|a=include b|b=include c|c=include d|d=include e => Max inclusion
@@ -74,7 +74,6 @@ top=include top => Max inclusion
 -- An included file without text loses the rest of its includer's text; what
 -- that had so far goes on. A blank line is text.
 top=k/include none/k/|none= => [failed]k /
-top=k/include none/k/|none=# x/ => [failed]k /
 top=k/include none/k/|none=define X 1/ => [failed]k /
 top=k/include none/k/|none=/ => k / /k /
 top=t/include a/t/|a=a/include none/a/|none= => t /a /t /
@@ -82,7 +81,6 @@ top=t/include a/t/|a=include none/a/|none= => [failed]t /
 -- The lines that are lost still act.
 top=include none/define X/define X/|none= => Define name conflict : X
 top=include none/include x/|none= => Failed to open image defs file : x
-top=include none/include a/|none=|a=k/ => [failed]
 )";
 
 TEST(DefinitionReader, Flattens) {
@@ -91,9 +89,10 @@ TEST(DefinitionReader, Flattens) {
   std::istringstream rows(kCases);
   for (std::string row; std::getline(rows, row);) {
     for (char& c : row) c = shown.contains(c) ? shown.at(c) : c;
-    const std::size_t arrow = row.find(" => ");
+    const std::size_t arrow = row.find(" =>");
     if (arrow == row.npos) continue;
-    EXPECT_EQ(row.substr(arrow + 4), Tree(row.substr(0, arrow)).flatten());
+    EXPECT_EQ(row.substr(std::min(arrow + 4, row.size())),
+              Tree(row.substr(0, arrow)).flatten());
   }
 }
 

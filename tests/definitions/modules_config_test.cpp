@@ -19,7 +19,6 @@ Consts read(const std::string& text) {
 
 TEST(ModulesConfig, OneLineFormAndItsNumbers) {
   const std::pair<const char*, Consts> cases[] = {
-      {"", {}},
       {"#ifndef A\n# define A 1\n#Define B 1\nx #define C 1\n", {}},
       {" \t#define A 1 // 2\n#define B 2\r\n", {{"A", 1}, {"B", 2}}},
       {"#define A 0x10\n#define B 010\n#define C 10U\n#define D (16)\n",
