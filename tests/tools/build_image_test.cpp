@@ -122,6 +122,8 @@ TEST(BuildImage, Failures) {
             run("offset 10", "/dev/full").log);
   EXPECT_EQ(start + "Appending abc size = 3\nFinished\n",
             run("pt\nbin abc m\noffset 10", "/").log);
+  // A device has no end to seek to; this must not write for ever.
+  EXPECT_TRUE(run("db 1\noffset 10", "/dev/null").log.ends_with("Finished\n"));
   const Result missing = run("db 41\nsize x");
   EXPECT_TRUE(missing.log.ends_with("/in/x")) << missing.log;
   EXPECT_EQ("A", missing.image);
