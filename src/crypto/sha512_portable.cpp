@@ -2,6 +2,7 @@
 // a window of 16 words that moves with the rounds.
 #include <bit>
 
+#include "crypto/sha512_round.h"
 #include "crypto/sha_blocks.h"
 #include "crypto/sha_constants.h"
 
@@ -9,7 +10,7 @@ namespace tova_fw_builder {
 
 namespace {
 
-using Word = std::uint64_t;
+using Word = Sha512Word;
 
 Word big_endian(const std::uint8_t* p) {
   Word word = 0;
@@ -25,19 +26,6 @@ Word next_word(const Word* w, int t) {
   return s1 + w[(t + 9) & 15] + s0 + w[t & 15];
 }
 
-// One round. Instead of moving the eight words on, the caller turns their
-// names by one place.
-void round(Word a, Word b, Word c, Word& d, Word e, Word f, Word g, Word& h,
-           Word k_plus_w) {
-  const Word sum1 = std::rotr(e, 14) ^ std::rotr(e, 18) ^ std::rotr(e, 41);
-  const Word choice = g ^ (e & (f ^ g));
-  const Word sum0 = std::rotr(a, 28) ^ std::rotr(a, 34) ^ std::rotr(a, 39);
-  const Word majority = (a & b) | (c & (a | b));
-  const Word t1 = h + sum1 + choice + k_plus_w;
-  d += t1;
-  h = t1 + sum0 + majority;
-}
-
 }  // namespace
 
 void sha512_blocks_portable(Word* state, const std::uint8_t* blocks,
@@ -48,19 +36,21 @@ void sha512_blocks_portable(Word* state, const std::uint8_t* blocks,
 
     Word a = state[0], b = state[1], c = state[2], d = state[3];
     Word e = state[4], f = state[5], g = state[6], h = state[7];
-    const auto word = [&w](int t) {
-      if (t >= 16) w[t & 15] = next_word(w, t);
-      return kSha512Rounds[t] + w[t & 15];
-    };
-    for (int t = 0; t < 80; t += 8) {
-      round(a, b, c, d, e, f, g, h, word(t));
-      round(h, a, b, c, d, e, f, g, word(t + 1));
-      round(g, h, a, b, c, d, e, f, word(t + 2));
-      round(f, g, h, a, b, c, d, e, word(t + 3));
-      round(e, f, g, h, a, b, c, d, word(t + 4));
-      round(d, e, f, g, h, a, b, c, word(t + 5));
-      round(c, d, e, f, g, h, a, b, word(t + 6));
-      round(b, c, d, e, f, g, h, a, word(t + 7));
+    for (int t = 0; t < 80; t += 16) {
+      if (t > 0) {
+        for (int i = 0; i < 16; ++i) w[i] = next_word(w, i);
+      }
+      const Word* k = kSha512Rounds + t;
+      for (int i = 0; i < 16; i += 8) {
+        sha512_round(a, b, c, d, e, f, g, h, k[i] + w[i]);
+        sha512_round(h, a, b, c, d, e, f, g, k[i + 1] + w[i + 1]);
+        sha512_round(g, h, a, b, c, d, e, f, k[i + 2] + w[i + 2]);
+        sha512_round(f, g, h, a, b, c, d, e, k[i + 3] + w[i + 3]);
+        sha512_round(e, f, g, h, a, b, c, d, k[i + 4] + w[i + 4]);
+        sha512_round(d, e, f, g, h, a, b, c, k[i + 5] + w[i + 5]);
+        sha512_round(c, d, e, f, g, h, a, b, k[i + 6] + w[i + 6]);
+        sha512_round(b, c, d, e, f, g, h, a, k[i + 7] + w[i + 7]);
+      }
     }
     const Word result[8] = {a, b, c, d, e, f, g, h};
     for (int i = 0; i < 8; ++i) state[i] += result[i];

@@ -30,4 +30,12 @@ void sha256_blocks_portable(std::uint32_t* state, const std::uint8_t* blocks,
 void sha512_blocks_portable(std::uint64_t* state, const std::uint8_t* blocks,
                             std::size_t count);
 
+// Defined for their processors only.
+void sha256_blocks_x86(std::uint32_t* state, const std::uint8_t* blocks,
+                       std::size_t count);
+void sha256_blocks_arm(std::uint32_t* state, const std::uint8_t* blocks,
+                       std::size_t count);
+void sha512_blocks_avx2(std::uint64_t* state, const std::uint8_t* blocks,
+                        std::size_t count);
+
 }  // namespace tova_fw_builder
