@@ -124,6 +124,10 @@ function(tova_add_firmware name)
   if(NOT ARG_NM)
     set(ARG_NM "${CMAKE_NM}")
   endif()
+  if(NOT ARG_OBJDUMP OR NOT ARG_NM)
+    message(FATAL_ERROR
+      "tova_add_firmware: say OBJDUMP and NM, or enable a language")
+  endif()
 
   # Reading a definition moves the tool's working directory, so every path is
   # absolute.

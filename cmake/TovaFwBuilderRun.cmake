@@ -20,7 +20,8 @@ function(remove_outputs)
   string(REGEX MATCHALL "Creating pkg addon module [^\n]+" addons "${all_logs}")
   list(TRANSFORM addons REPLACE "^Creating pkg addon module " "")
   file(REMOVE ${addons} "${base}.bin" "${base}.man" "${base}.man.ext"
-    "${base}.pkg" "${base}.xml" "${base}.d" "${base}.image.d")
+    "${base}.man.signed" "${base}.pkg" "${base}.xml" "${base}.d"
+    "${base}.image.d")
 endfunction()
 
 function(fail why)
