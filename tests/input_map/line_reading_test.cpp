@@ -35,22 +35,16 @@ TEST(LineFields, AgreeWithStreamExtraction) {
       std::uint32_t number = 0;
       char character = 0;
       std::string word;
-      switch (random() % 4) {
-        case 0:
-          stream >> std::dec >> number;
-          EXPECT_EQ(number, fields.number(10)) << text;
-          break;
-        case 1:
-          stream >> std::hex >> number;
-          EXPECT_EQ(number, fields.number(16)) << text;
-          break;
-        case 2:
-          stream >> character;
-          EXPECT_EQ(character, fields.character()) << text;
-          break;
-        default:
-          stream >> word;
-          EXPECT_EQ(word, fields.word()) << text;
+      const auto kind = random() % 4;
+      if (kind == 0) {
+        stream >> character;
+        EXPECT_EQ(character, fields.character()) << text;
+      } else if (kind == 1) {
+        stream >> word;
+        EXPECT_EQ(word, fields.word()) << text;
+      } else {
+        stream >> (kind == 2 ? std::dec : std::hex) >> number;
+        EXPECT_EQ(number, fields.number(kind == 2 ? 10 : 16)) << text;
       }
       ASSERT_EQ(stream.fail(), fields.failed()) << text;
     }

@@ -17,24 +17,22 @@ void read(FwImageMap& map, const std::string& text) {
   read_section_table(map, table, std::make_shared<std::istringstream>());
 }
 
-// As objdump -h of a 32-bit ARM file prints it.
-constexpr char kTable[] =
-    "\n"
-    "fw.elf:     file format elf32-littlearm\n"
-    "\n"
-    "Sections:\n"
-    "Idx Name          Size      VMA       LMA       File off  Algn\n"
-    "  0 .text         00000400  10000000  20000000  00000074  2**2\n"
-    "                  CONTENTS, ALLOC, LOAD, READONLY, CODE\n"
-    "  1 .bss          00000010  10000400  20000400  00000474  2**12\n"
-    "                  ALLOC\n"
-    " 12 .comment      0000002a  00000000  00000000  00000474  2**0\n"
-    "                  CONTENTS,, READONLY , DATA RELOC, code\n";
-
 TEST(SectionTable, ReadsAndPrintsSections) {
   FwImageMap map;
   const CapturedLog log(3);
-  read(map, kTable);
+  // As objdump -h of a 32-bit ARM file prints it.
+  read(map,
+       "\n"
+       "fw.elf:     file format elf32-littlearm\n"
+       "\n"
+       "Sections:\n"
+       "Idx Name          Size      VMA       LMA       File off  Algn\n"
+       "  0 .text         00000400  10000000  20000000  00000074  2**2\n"
+       "                  CONTENTS, ALLOC, LOAD, READONLY, CODE\n"
+       "  1 .bss          00000010  10000400  20000400  00000474  2**12\n"
+       "                  ALLOC\n"
+       " 12 .comment      0000002a  00000000  00000000  00000474  2**0\n"
+       "                  CONTENTS,, READONLY , DATA RELOC, code\n");
   ASSERT_EQ(3u, map.sections.size());
   const auto& text = *map.sections[".text"];
   EXPECT_EQ(0x400u, text.size);
