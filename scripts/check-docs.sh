@@ -4,8 +4,9 @@
 #
 #   sh run         runs, in a fresh copy of the tree, and must end with 0
 #   LANG file=F    is written to the file F of that copy
-#   text output    is what the block before it printed; a line of three dots
-#                  stands for any lines
+#   text output    is what the block before it printed; three dots at the end of
+#                  a line stand for any text
+#   text demo      is what ./run-demo.sh prints behind its building
 #   def check      builds, behind a small image that it goes on with
 #   sh ci          runs elsewhere in CI: its lines stand in .ci/run or a script
 #
@@ -36,8 +37,8 @@ run_block() {
 
 compare_output() {
   local pattern
-  # Everything but the lines of three dots stands for itself.
-  pattern=$(sed 's/[][*?\\]/\\&/g; s/^\.\.\.$/*/' "$copy/block")
+  # Everything but the three dots stands for itself.
+  pattern=$(sed 's/[][*?\\]/\\&/g; s/\.\.\.$/*/' "$copy/block")
   # shellcheck disable=SC2053 # a pattern on purpose
   [[ $(tr -d '\0' <"$copy/output") == $pattern ]] || {
     cat "$copy/output" >&2
@@ -87,6 +88,11 @@ do_block() {
       cp "$copy/block" "$copy/tree/${info#* file=}"
       ;;
     'text output') compare_output ;;
+    'text demo')
+      scripts/run-sample.sh "$TOVA_PREFIX/bin/tova_fw_builder" build/demo \
+        >"$copy/output"
+      compare_output
+      ;;
     'def check') check_definition ;;
     'sh ci') check_in_ci ;;
     text | mermaid) ;;
