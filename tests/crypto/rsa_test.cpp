@@ -117,7 +117,7 @@ TEST(Rsa, PowersModuloOddAndEven) {
        "f2bf79d14"},
   };
   for (const auto& c : cases) {
-    for (const std::size_t length : {48, 256}) {  // more room than needed too
+    for (const std::size_t length : {48u, 256u}) {  // more room than needed too
       for (const Operation& rsa : {kPublic, kPrivate}) {
         EXPECT_EQ(little_endian(c.result, length),
                   power(rsa, number(c.n, length), number(c.e, length),
@@ -175,7 +175,7 @@ TEST(Rsa, EveryWindowAgreesWithThePublicOperation) {
 // above a digit leave the top digit nearly empty: (n - 1)^2 = 1 and (n - 1)^3 =
 // n - 1 modulo n.
 TEST(Rsa, OneBelowTheModulus) {
-  for (const std::size_t digits : {2, 5, 32, 256}) {
+  for (const std::size_t digits : {2u, 5u, 32u, 256u}) {
     for (const char* top : {"ffffffffffffffff", "1", "8000000000000000"}) {
       for (const char fill : {'f', '0'}) {
         const std::string head =

@@ -76,7 +76,7 @@ TEST(Sha, PublishedExamples) {
        "c38ecc4ebae97ddd87f3d8985"},
   };
   for (const auto& c : cases) {
-    for (const std::size_t seed : {0, 1, 7}) {
+    for (const std::size_t seed : {0u, 1u, 7u}) {
       EXPECT_EQ(c.sha256, sha256_of(c.message, seed)) << c.message.size();
       EXPECT_EQ(c.sha384, sha384_of(c.message, seed)) << c.message.size();
     }
@@ -87,7 +87,7 @@ TEST(Sha, PublishedExamples) {
 // digests that Python's hashlib gave:
 //   m = bytes((i * 7 + n) & 255 for i in range(n)) for n in range(601)
 TEST(Sha, EveryLengthAroundTheBlockSizes) {
-  for (const std::size_t seed : {0, 3, 99}) {
+  for (const std::size_t seed : {0u, 3u, 99u}) {
     std::string all256;
     std::string all384;
     for (std::size_t n = 0; n <= 600; ++n) {
