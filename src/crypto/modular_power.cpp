@@ -30,36 +30,33 @@ Digit window_at(const Digit* digits, std::int32_t position,
   return (digit[0] >> shift | upper) & ((Digit{1} << window) - 1);
 }
 
-// The powers base^0, base^1... Digit j of entry i stands at
+// The powers base^0, base^1... Limb j of entry i stands at
 // table[j * entries + i], and reading an entry reads the whole table, so that
 // no address depends on the index.
 struct PowerTable {
   Digit* table;
   std::size_t entries;
-  std::size_t digits;
+  std::size_t limbs;
+  Digit* masks;  // one for each entry
 
   void put(std::size_t index, const Digit* entry) const {
-    for (std::size_t j = 0; j < digits; ++j) {
+    for (std::size_t j = 0; j < limbs; ++j) {
       table[j * entries + index] = entry[j];
     }
   }
   void gather(Digit index, Digit* entry) const {
-    std::fill_n(entry, digits, 0);
     for (std::size_t i = 0; i < entries; ++i) {
-      const Digit mask = mask_if_zero(i ^ index);
-      for (std::size_t j = 0; j < digits; ++j) {
-        entry[j] |= table[j * entries + i] & mask;
-      }
+      masks[i] = mask_if_zero(i ^ index);
+    }
+    for (std::size_t j = 0; j < limbs; ++j) {
+      const Digit* candidates = table + j * entries;
+      Digit limb = 0;
+      for (std::size_t i = 0; i < entries; ++i)
+        limb |= candidates[i] & masks[i];
+      entry[j] = limb;
     }
   }
 };
-
-void leave_montgomery(const Montgomery& n, Digit* out, const Digit* value,
-                      Digit* one) {
-  std::fill_n(one, n.digits, 0);
-  one[0] = 1;
-  montgomery_multiply(n, out, value, one);
-}
 
 // Arithmetic by repeated subtraction, which serves for any N.
 class EvenModulus {
@@ -104,37 +101,39 @@ class EvenModulus {
 
 }  // namespace
 
-std::size_t public_power_work(std::size_t digits) { return 2 * digits; }
+std::size_t public_power_work(const Montgomery& n) { return 2 * n.limbs; }
 
 void public_power(const Montgomery& n, Digit* out, const Digit* base,
                   const Digit* exponent, std::int32_t bits, Digit* work) {
   Digit* factor = work;
-  Digit* power = factor + n.digits;
-  montgomery_multiply(n, factor, base, n.r_squared);
-  std::copy_n(factor, n.digits, power);
+  Digit* power = factor + n.limbs;
+  enter_montgomery(n, factor, base);
+  std::copy_n(factor, n.limbs, power);
   for (std::int32_t i = bits - 1; i-- > 0;) {
     montgomery_multiply(n, power, power, power);
-    if (bit_at(exponent, i)) {
-      montgomery_multiply(n, power, power, factor);
-    }
+    if (bit_at(exponent, i)) montgomery_multiply(n, power, power, factor);
   }
   leave_montgomery(n, out, power, factor);
 }
 
-std::size_t secret_power_work(std::size_t digits, std::int32_t bits) {
-  return public_power_work(digits) + (digits << window_for_bits(bits));
+std::size_t secret_power_work(const Montgomery& n, std::int32_t bits) {
+  const std::size_t entries = std::size_t{1} << window_for_bits(bits);
+  return (2 + entries) * n.limbs + entries;
 }
 
 void secret_power(const Montgomery& n, Digit* out, const Digit* base,
                   const Digit* exponent, std::int32_t bits, Digit* work) {
   const std::int32_t window = window_for_bits(bits);
   Digit* factor = work;
-  Digit* power = factor + n.digits;
-  const PowerTable table = {power + n.digits, std::size_t{1} << window,
-                            n.digits};
+  Digit* power = factor + n.limbs;
+  const std::size_t entries = std::size_t{1} << window;
+  Digit* masks = power + n.limbs;
+  const PowerTable table = {masks + entries, entries, n.limbs, masks};
 
-  leave_montgomery(n, power, n.r_squared, factor);  // R mod N: a 1
-  montgomery_multiply(n, factor, base, n.r_squared);
+  std::fill_n(power, n.limbs, 0);
+  power[0] = 1;
+  montgomery_multiply(n, power, power, n.r_squared);  // 1 in Montgomery form
+  enter_montgomery(n, factor, base);
   for (std::size_t i = 0; i < table.entries; ++i) {
     table.put(i, power);
     montgomery_multiply(n, power, power, factor);

@@ -11,14 +11,14 @@ namespace tova_fw_builder {
 
 // For public exponents: takes longer for more ones.
 // `work`: public_power_work() digits.
-std::size_t public_power_work(std::size_t digits);
+std::size_t public_power_work(const Montgomery& n);
 void public_power(const Montgomery& n, Digit* out, const Digit* base,
                   const Digit* exponent, std::int32_t bits, Digit* work);
 
 // For private exponents: time and memory access depend on nothing but `bits`
 // and the size of N. `exponent` has one readable digit more.
 // `work`: secret_power_work() digits; they hold secrets afterwards.
-std::size_t secret_power_work(std::size_t digits, std::int32_t bits);
+std::size_t secret_power_work(const Montgomery& n, std::int32_t bits);
 void secret_power(const Montgomery& n, Digit* out, const Digit* base,
                   const Digit* exponent, std::int32_t bits, Digit* work);
 

@@ -22,8 +22,9 @@ struct RsaKey {
   std::int32_t modulus_bits;  // 0 until a key is set
   std::int32_t exponent_bits;
   Digit* exponent;  // one zero digit longer than the bound
-  // For an even modulus, its digits alone.
-  Montgomery engine;
+  Digit* modulus;
+  Digit* engine_storage;
+  Montgomery engine;  // for an odd modulus
 };
 
 }  // namespace tova_fw_builder

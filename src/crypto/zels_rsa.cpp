@@ -17,7 +17,7 @@ namespace {
 constexpr std::int32_t kFewestBits = 8;
 constexpr std::int32_t kMostBits = 16384;
 
-bool is_odd(const RsaKey& key) { return (key.engine.modulus[0] & 1) != 0; }
+bool is_odd(const RsaKey& key) { return (key.modulus[0] & 1) != 0; }
 
 std::int32_t to_size(std::size_t fixed, std::size_t digits) {
   return static_cast<std::int32_t>(fixed + digits * sizeof(Digit)) +
@@ -25,8 +25,9 @@ std::int32_t to_size(std::size_t fixed, std::size_t digits) {
 }
 
 std::int32_t key_size(std::int32_t modulus_bits, std::int32_t exponent_bits) {
-  const std::size_t n = digits_for_bits(modulus_bits);
-  return to_size(sizeof(RsaKey), digits_for_bits(exponent_bits) + 1 + 4 * n);
+  return to_size(sizeof(RsaKey), digits_for_bits(exponent_bits) + 1 +
+                                     digits_for_bits(modulus_bits) +
+                                     montgomery_storage(modulus_bits));
 }
 
 ZelStatus check_bounds(std::int32_t modulus_bits, std::int32_t exponent_bits) {
@@ -57,18 +58,15 @@ ZelStatus init(std::int32_t modulus_bits, std::int32_t exponent_bits,
   auto* key = context_in<RsaKey>(context);
   auto* exponent = reinterpret_cast<Digit*>(key + 1);
   Digit* modulus = exponent + digits_for_bits(exponent_bits) + 1;
-  const std::size_t n = digits_for_bits(modulus_bits);
   *key = {.tag = tag,
           .modulus_bound = modulus_bits,
           .exponent_bound = exponent_bits,
           .modulus_bits = 0,
           .exponent_bits = 0,
           .exponent = exponent,
-          .engine = {.digits = 0,
-                     .negative_inverse = 0,
-                     .modulus = modulus,
-                     .r_squared = modulus + n,
-                     .scratch = modulus + 2 * n}};
+          .modulus = modulus,
+          .engine_storage = modulus + digits_for_bits(modulus_bits),
+          .engine = {}};
   return zelStsNoErr;
 }
 
@@ -95,11 +93,14 @@ ZelStatus set_key(std::uint8_t* modulus, std::uint8_t* exponent,
   const auto* e = context_in<BigNum>(exponent);
   std::fill_n(key->exponent, digits_for_bits(key->exponent_bound) + 1, 0);
   std::copy_n(e->digits, e->size, key->exponent);
-  std::copy_n(n->digits, n->size, key->engine.modulus);
-  key->engine.digits = n->size;
-  if (is_odd(*key)) prepare_montgomery(key->engine);
+  std::copy_n(n->digits, n->size, key->modulus);
   key->modulus_bits = bit_size(*n);
   key->exponent_bits = bit_size(*e);
+  if (is_odd(*key)) {
+    key->engine =
+        prepare_montgomery(key->modulus, key->modulus_bits,
+                           choose_limb(key->modulus_bits), key->engine_storage);
+  }
   return zelStsNoErr;
 }
 
@@ -110,10 +111,11 @@ bool is_private(const RsaKey* key) {
 // Digits of work buffer: the input in full width, the result, and what the
 // power needs.
 std::size_t work_digits(const RsaKey& key) {
-  const std::size_t n = key.engine.digits;
+  const std::size_t n = digits_for_bits(key.modulus_bits);
   if (!is_odd(key)) return 2 * n + divided_power_work(n);
-  return 2 * n + (is_private(&key) ? secret_power_work(n, key.exponent_bits)
-                                   : public_power_work(n));
+  return 2 * n + (is_private(&key)
+                      ? secret_power_work(key.engine, key.exponent_bits)
+                      : public_power_work(key.engine));
 }
 
 ZelStatus get_buffer_size(std::int32_t* size, std::uint8_t* context,
@@ -128,10 +130,11 @@ ZelStatus get_buffer_size(std::int32_t* size, std::uint8_t* context,
 }
 
 bool is_below_modulus(const BigNum& number, const RsaKey& key) {
-  if (number.size != key.engine.digits) return number.size < key.engine.digits;
+  const std::size_t digits = digits_for_bits(key.modulus_bits);
+  if (number.size != digits) return number.size < digits;
   std::size_t i = number.size - 1;
-  while (i > 0 && number.digits[i] == key.engine.modulus[i]) --i;
-  return number.digits[i] < key.engine.modulus[i];
+  while (i > 0 && number.digits[i] == key.modulus[i]) --i;
+  return number.digits[i] < key.modulus[i];
 }
 
 ZelStatus check_operands(std::uint8_t* input, std::uint8_t* output,
@@ -145,7 +148,7 @@ ZelStatus check_operands(std::uint8_t* input, std::uint8_t* output,
   if (output == nullptr) return zelStsNullPtrErr;
   const auto* out = context_in<BigNum>(output);
   if (!has_tag(out, kBigNumTag)) return zelStsContextMatchErr;
-  if (out->room < key.engine.digits) return zelStsSizeErr;
+  if (out->room < digits_for_bits(key.modulus_bits)) return zelStsSizeErr;
   return zelStsNoErr;
 }
 
@@ -164,22 +167,22 @@ void store_result(const Digit* result, std::size_t digits, BigNum& out) {
 
 void exponentiate(const RsaKey& key, const BigNum& in, BigNum& out,
                   std::uint8_t* work) {
-  const Montgomery& engine = key.engine;
+  const std::size_t digits = digits_for_bits(key.modulus_bits);
   auto* base = context_in<Digit>(work);
-  Digit* result = base + engine.digits;
-  Digit* scratch = result + engine.digits;
+  Digit* result = base + digits;
+  Digit* scratch = result + digits;
   std::fill(std::copy_n(in.digits, in.size, base), result, 0);
   if (!is_odd(key)) {
-    divided_power(engine.modulus, engine.digits, result, base, key.exponent,
+    divided_power(key.modulus, digits, result, base, key.exponent,
                   key.exponent_bits, scratch);
   } else if (is_private(&key)) {
-    secret_power(engine, result, base, key.exponent, key.exponent_bits,
+    secret_power(key.engine, result, base, key.exponent, key.exponent_bits,
                  scratch);
   } else {
-    public_power(engine, result, base, key.exponent, key.exponent_bits,
+    public_power(key.engine, result, base, key.exponent, key.exponent_bits,
                  scratch);
   }
-  store_result(result, engine.digits, out);
+  store_result(result, digits, out);
 }
 
 ZelStatus operate(std::uint8_t* input, std::uint8_t* output, const RsaKey& key,
