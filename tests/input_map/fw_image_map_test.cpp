@@ -2,23 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {
 namespace {
-
-std::shared_ptr<FwImageMap::SectionHeader> add(FwImageMap& map,
-                                               const std::string& name,
-                                               std::uint32_t size,
-                                               bool load = false) {
-  map.sections[name] = std::make_shared<FwImageMap::SectionHeader>();
-  map.sections[name]->size = size;
-  map.sections[name]->load = load;
-  return map.sections[name];
-}
 
 TEST(FwImageMap, ReadsATripleInItsOrder) {
   const TempDir dir;
@@ -49,30 +37,6 @@ TEST(FwImageMap, ReadsATripleInItsOrder) {
   EXPECT_EQ("Failed to open file: x", fault("x", "y", "z"));
   EXPECT_EQ("Failed to open file: y", fault(none, "y", "z"));
   EXPECT_EQ("Failed to open file: z", fault(none, elf, "z"));
-}
-
-TEST(FwImageMap, StreamSectionReplacesAnEarlierOne) {
-  FwImageMap map;
-  add(map, "keys", 99, true);
-  map.add_stream_section("keys", std::make_shared<std::istringstream>("12345"));
-  const auto keys = map.find_section("keys");
-  EXPECT_EQ(5u, keys->size);
-  EXPECT_EQ(0xFFFFFFFFu, keys->index);
-  EXPECT_EQ(0u, keys->alignment);
-  EXPECT_FALSE(keys->load);
-}
-
-TEST(FwImageMap, WarnsOfLoadableSectionsThatNothingOwns) {
-  FwImageMap map;
-  for (const char* name : {"z", "a", "held"}) add(map, name, 1, true);
-  add(map, "plain", 1);
-  const auto owner = map.find_section("held");
-  const CapturedLog log;
-  map.warn_unreferenced();
-  EXPECT_EQ(
-      "Warning: Unreferenced loadable section a\n"
-      "Warning: Unreferenced loadable section z\n",
-      log.text());
 }
 
 }  // namespace
