@@ -45,7 +45,7 @@ std::unique_ptr<std::ifstream> open_input(const std::string& path,
 
 std::string current_directory() {
   std::error_code error;
-  const std::string path = std::filesystem::current_path(error).string();
+  std::string path = std::filesystem::current_path(error).string();
   if (error || path.size() > kLongestDirectory) {
     throw std::runtime_error("Cannot get current working directory");
   }

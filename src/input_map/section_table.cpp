@@ -130,7 +130,7 @@ void read_section_table(FwImageMap& map, std::istream& table,
         read_flags(*header, line);
         header->stream = elf;
         log_row(*header);
-        store_header(map, std::move(header));
+        store_header(map, std::exchange(header, nullptr));
         map.parse_state = kEntryLine;
     }
   }
