@@ -19,74 +19,50 @@ const std::string kPublic = public_key_file(kE3, kModulus);
 const std::string kPair =
     pair_key_file(kE3, kModulus, counting(256, 9), counting(256, 77));
 
-template <std::size_t kSize>
-std::string reversed(const std::array<std::uint8_t, kSize>& bytes) {
-  return {bytes.rbegin(), bytes.rend()};
+// As the log shows a number: bytes in memory order, sixteen in a row.
+std::string dump(const std::string& label, const std::string& bytes) {
+  std::string text = label + "\n";
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    text += "0123456789abcdef"[bytes[i] >> 4 & 15];
+    text += "0123456789abcdef"[bytes[i] & 15];
+    text += i % 16 == 15 ? " \n" : " ";
+  }
+  return text + "\n";
 }
 
+// The log at level 3 shows every field; the record is looked at where its
+// fields have neighbours of another size.
 TEST(KeyFile, AllFourForms) {
   TempDir dir;
-  CapturedLog log;
-  for (const std::string& e : {kE3, std::string("\x05")}) {
-    const std::string e4 = e + std::string(4 - e.size(), '\0');
-    for (const bool pair : {true, false}) {
-      const std::string file =
-          pair ? pair_key_file(e, kModulus, counting(256, 9), counting(256, 77))
-               : public_key_file(e, kModulus);
-      const auto key = load_key_file(dir.write("key", file + "behind"));
-      const std::string none(256, '\0');
-      EXPECT_EQ(
-          e4, std::string(key->pub_exponent.begin(), key->pub_exponent.end()));
-      EXPECT_EQ(kModulus, reversed(key->pub_modulus));
-      EXPECT_EQ(
-          pair ? e4 : std::string(4, '\0'),
-          std::string(key->priv_exponent.begin(), key->priv_exponent.end()));
-      EXPECT_EQ(pair ? counting(256, 9) : none, reversed(key->priv_modulus));
-      EXPECT_EQ(pair ? counting(256, 77) : none, reversed(key->priv_d));
-      EXPECT_EQ(pair ? counting(128, 'c') : std::string(128, '\0'),
-                reversed(key->priv_c));
-    }
-  }
-}
-
-// Label and first dumped byte of each field, which tells its order and place.
-TEST(KeyFile, LogsEachFieldAtDetail) {
-  TempDir dir;
-  const std::string path = dir.write("key", kPair);
-  std::string info;
-  {
-    CapturedLog log;
-    load_key_file(path);
-    info = log.text();
-  }
-  EXPECT_EQ("Reading keys from: " + path + "\n", info);
-
-  CapturedLog log(3);
-  load_key_file(path);
-  const struct {
-    const char* label;
-    int first;
-    int length;
-  } fields[] = {
-      {"priv_modulus", 9, 256}, {"priv_d", 77, 256},  {"priv_p", 'p', 128},
-      {"priv_q", 'q', 128},     {"priv_a", 'a', 128}, {"priv_b", 'b', 128},
-      {"priv_c", 'c', 128},
+  const auto little = [](std::string bytes) {
+    std::reverse(bytes.begin(), bytes.end());
+    return bytes;
   };
-  std::string text = log.text();
-  const std::string head = info + "pub_exponent\n01 02 03 \npub_modulus\n00 ff";
-  EXPECT_EQ(head, text.substr(0, head.size()));
-  EXPECT_NE(text.npos,
-            text.find("02 01 \n\npriv_exponent\n01 02 03 \npriv_mod"));
-  for (const auto& field : fields) {
-    const std::size_t at = text.find(std::string("\n") + field.label + "\n");
-    ASSERT_NE(text.npos, at) << field.label;
-    const char* digits = "0123456789abcdef";
-    const int last = (field.first + field.length - 1) & 255;
-    EXPECT_EQ(digits[last >> 4],
-              text[at + 2 + std::string(field.label).size()]);
-    EXPECT_EQ(digits[last & 15],
-              text[at + 3 + std::string(field.label).size()]);
-    text.erase(0, at + 1);
+  const std::string none(256, '\0'), n = counting(256, 9);
+  const std::string d = counting(256, 77);
+  for (const std::string& e : {kE3, std::string("\x05")}) {
+    std::string expected = "Reading keys from: " + dir.file("key") + "\n" +
+                           dump("pub_exponent", e) +
+                           dump("pub_modulus", little(kModulus));
+    for (const bool pair : {false, true}) {
+      if (pair) {
+        expected += dump("priv_exponent", e) + dump("priv_modulus", little(n)) +
+                    dump("priv_d", little(d));
+        for (const char c : {'p', 'q', 'a', 'b', 'c'}) {
+          expected += dump(std::string("priv_") + c, little(counting(128, c)));
+        }
+      }
+      const std::string file = pair ? pair_key_file(e, kModulus, n, d)
+                                    : public_key_file(e, kModulus);
+      CapturedLog log(3);
+      const auto key = load_key_file(dir.write("key", file + "behind"));
+      EXPECT_EQ(expected, log.text());
+      EXPECT_EQ(kModulus, std::string(key->pub_modulus.rbegin(),
+                                      key->pub_modulus.rend()));
+      EXPECT_EQ(pair ? d : none,
+                std::string(key->priv_d.rbegin(), key->priv_d.rend()));
+      EXPECT_EQ(0, key->pub_exponent[3]);
+    }
   }
 }
 
@@ -140,6 +116,16 @@ TEST(KeyFile, ShortFieldIsLogged) {
   EXPECT_EQ(kNotFound,
             message_of([&] { load_key_file(dir.write("key", cut)); }));
   EXPECT_NE(std::string::npos, log.text().find("00 00 00 00 3c 3b 3a 39"));
+}
+
+TEST(KeyMaterial, IsWipedWhenItEnds) {
+  alignas(KeyMaterial) std::array<std::uint8_t, sizeof(KeyMaterial)> memory;
+  memory.fill(1);
+  auto* key = new (memory.data()) KeyMaterial;
+  key->priv_d.fill(2);
+  key->~KeyMaterial();
+  const volatile std::uint8_t* bytes = memory.data();
+  for (std::size_t i = 0; i < memory.size(); ++i) ASSERT_EQ(0, bytes[i]) << i;
 }
 
 std::string store_of(const KeyList& list) { return list.stream->str(); }

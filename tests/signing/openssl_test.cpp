@@ -12,31 +12,22 @@
 namespace tova_fw_builder {
 namespace {
 
+using std::string_literals::operator""s;
+
 bool run(const std::string& command) {
   return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-// The integers of a private key in DER, as in PKCS#1: version, n, e, d...
-std::vector<std::string> integers_of(const std::string& der) {
-  std::vector<std::string> integers;
-  for (std::size_t at = 4; at + 4 < der.size();) {
-    std::size_t length = static_cast<std::uint8_t>(der[at + 1]);
-    at += 2;
-    if (length > 0x80) {
-      std::size_t bytes = length & 0x7F;
-      for (length = 0; bytes > 0; --bytes, ++at) {
-        length = length << 8 | static_cast<std::uint8_t>(der[at]);
-      }
-    }
-    integers.push_back(der.substr(at, length));
-    at += length;
+// The number whose DER tag stands at `at`, in 256 bytes: its leading zero is
+// left out, missing bytes are put in.
+std::string number_at(const std::string& der, std::size_t at) {
+  std::size_t length = 0;
+  const auto end_of_length = at + 2 + (der[at + 1] & 0x7F);
+  for (at += 2; at < end_of_length; ++at) {
+    length = length << 8 | static_cast<std::uint8_t>(der[at]);
   }
-  return integers;
-}
-
-std::string wide(std::string number) {
-  if (number.size() > 256) number.erase(0, number.size() - 256);
-  return std::string(256 - number.size(), '\0') + number;
+  const std::string number = std::string(256, '\0') + der.substr(at, length);
+  return number.substr(number.size() - 256);
 }
 
 std::string reversed(const std::string& text) {
@@ -53,10 +44,10 @@ class OpenSsl : public ::testing::Test {
                     dir_.file("public.pem")));
     ASSERT_TRUE(run("openssl rsa -traditional -outform DER -in " + pem +
                     " -out " + dir_.file("key.der")));
-    const auto integers = integers_of(read_file(dir_.file("key.der")));
-    ASSERT_LE(4u, integers.size());
-    const std::string n = wide(integers[1]);
-    dir_.write("key", pair_key_file(integers[2], n, n, wide(integers[3])));
+    // Sequence, version, n with a leading zero, e, d.
+    const std::string der = read_file(dir_.file("key.der"));
+    const std::string n = number_at(der, 7);
+    dir_.write("key", pair_key_file("\1\0\1"s, n, n, number_at(der, 273)));
   }
   static std::string signed_parts(const std::string& manifest) {
     return manifest.substr(0, 128) + manifest.substr(644);
