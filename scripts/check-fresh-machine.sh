@@ -21,10 +21,10 @@ cp /etc/resolv.conf "$root/etc/"
 # A mirror may be a copy of some age.
 echo 'Acquire::Check-Valid-Until "false";' >"$root/etc/apt/apt.conf.d/99age"
 mount -t proc proc "$root/proc"
-git clone -q . "$root/work"
+git clone -q . "$root/checkout"
 
 inside() { chroot "$root" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin \
-  bash -c "cd /work && $1"; }
+  bash -c "cd /checkout && $1"; }
 
 echo "== as nobody, who may not install"
 inside 'setpriv --reuid=65534 --regid=65534 --clear-groups ./run-demo.sh' 2>&1 |
@@ -35,7 +35,7 @@ echo "== the tests"
 inside 'time ./run-tests.sh'
 echo "== both again"
 inside 'time (./run-demo.sh && ./run-tests.sh)'
-[[ -z $(git -C "$root/work" status --porcelain) ]] || {
+[[ -z $(git -C "$root/checkout" status --porcelain) ]] || {
   echo "The commands leave files in the tree" >&2
   exit 1
 }
@@ -46,6 +46,6 @@ scripts/check-package.sh
 cp build/tool/tova-fw-builder_*.deb "$root/tmp/"
 inside 'apt-get -qq install -y --no-install-recommends man-db /tmp/*.deb \
   >/dev/null && cd / && tova_fw_builder hash_key pub \
-  /work/examples/audio_firmware/keys/test-key-public.key &&
+  /checkout/examples/audio_firmware/keys/test-key-public.key &&
   man -P cat tova_fw_builder | head -n 5'
 echo "A fresh machine does it all"
