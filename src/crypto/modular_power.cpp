@@ -51,17 +51,18 @@ struct PowerTable {
     for (std::size_t j = 0; j < limbs; ++j) {
       const Digit* candidates = table + j * entries;
       Digit limb = 0;
-      for (std::size_t i = 0; i < entries; ++i)
+      for (std::size_t i = 0; i < entries; ++i) {
         limb |= candidates[i] & masks[i];
+      }
       entry[j] = limb;
     }
   }
 };
 
-// Arithmetic by repeated subtraction, which serves for any N.
-class EvenModulus {
+// Arithmetic by shifting and subtracting, which serves for any N.
+class DividedModulus {
  public:
-  EvenModulus(const Digit* modulus, std::size_t digits)
+  DividedModulus(const Digit* modulus, std::size_t digits)
       : modulus_(modulus), digits_(digits) {}
 
   // out = a * b mod N, one bit of a at a time; `out` is none of them.
@@ -157,7 +158,7 @@ std::size_t divided_power_work(std::size_t digits) { return digits; }
 void divided_power(const Digit* modulus, std::size_t digits, Digit* out,
                    const Digit* base, const Digit* exponent, std::int32_t bits,
                    Digit* work) {
-  const EvenModulus n(modulus, digits);
+  const DividedModulus n(modulus, digits);
   std::copy_n(base, digits, out);
   for (std::int32_t i = bits - 1; i-- > 0;) {
     n.multiply(work, out, out);

@@ -16,6 +16,9 @@
 
 namespace tova_fw_builder {
 
+inline constexpr std::int32_t kPortableLimb = 64;
+inline constexpr std::int32_t kVectorLimb = 28;
+
 // An odd modulus, prepared. The arrays belong to somebody else.
 struct Montgomery {
   std::size_t digits;      // of N
@@ -26,9 +29,6 @@ struct Montgomery {
   Digit* r_squared;  // R^2 mod N: multiplying by it puts a number into the form
   Digit* scratch;    // holds secrets behind a secret operand
 };
-
-inline constexpr std::int32_t kPortableLimb = 64;
-inline constexpr std::int32_t kVectorLimb = 28;
 
 // The faster of the builds that this processor has and that take an N of so
 // many bits.

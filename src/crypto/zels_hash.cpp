@@ -71,9 +71,10 @@ void start(HashContext<Hash>& context) {
 
 template <typename Hash>
 void absorb(HashContext<Hash>& context, std::span<const std::uint8_t> data) {
-  context.length[0] += data.size();
-  if constexpr (std::tuple_size_v < typename Hash::Length >> 1) {
-    context.length[1] += context.length[0] < data.size() ? 1 : 0;
+  std::uint64_t carry = data.size();
+  for (std::uint64_t& word : context.length) {
+    word += carry;
+    carry = word < carry ? 1 : 0;
   }
 
   if (context.buffered > 0) {
