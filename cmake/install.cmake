@@ -1,19 +1,17 @@
 # What `cmake --install` and the Debian package hold: the tool, its manual
-# page, the papers, and the CMake module.
+# page, the papers with the sample firmware, and the CMake module.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tova_fw_builder EXPORT TovaFwBuilderTargets)
 install(FILES docs/tova_fw_builder.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES
-    README.md
-    docs/architecture.md
-    docs/definition-language.md
-    docs/file-formats.md
-    docs/inputs.md
-    docs/troubleshooting.md
-  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# The papers refer to one another and to the sample by relative paths.
+set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/tova-fw-builder)
+install(FILES README.md SECURITY.md CONTRIBUTING.md DESTINATION ${doc_dir})
+install(DIRECTORY docs examples DESTINATION ${doc_dir}
+  USE_SOURCE_PERMISSIONS
+  PATTERN "*.1" EXCLUDE)
 
 # Under share/, and without a test of the pointer size: firmware builds find
 # it while they compile for another processor.
