@@ -4,11 +4,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <istream>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace tova_fw_builder {
 
@@ -44,7 +46,17 @@ struct FwImageMap {
     std::string name;
   };
 
-  using SymbolMap = std::map<std::string, Symbol, std::less<>>;
+  // Symbols by name. An ordered map as a flat array: an ELF has up to millions
+  // of them, of which a build looks up a few.
+  struct SymbolMap {
+    struct Entry {
+      std::string_view name;  // in one of `texts`
+      std::uint32_t address;
+      char type;
+    };
+    std::vector<Entry> entries;  // ordered by name, no name twice
+    std::vector<std::unique_ptr<std::pmr::monotonic_buffer_resource>> texts;
+  };
 
   // Reads one ELF of the list: section table, symbol list and the ELF file
   // itself. Logs the table at level 3. See section_table.h for the format.
