@@ -1,8 +1,6 @@
 // The name spaces of sections and symbols, and the passes over them.
 #include "input_map/fw_image_map.h"
 
-#include <algorithm>
-#include <iterator>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -63,21 +61,14 @@ std::shared_ptr<FwImageMap::SectionHeader> FwImageMap::find_section(
 }
 
 FwImageMap::Symbol FwImageMap::find_symbol(const std::string& name) const {
-  const auto place = std::ranges::lower_bound(symbols.entries, name, {},
-                                              &SymbolMap::Entry::name);
-  if (place == symbols.entries.end() || place->name != name) return {};
-  return {true, place->type, place->address, name};
+  const auto place = symbols.find(name);
+  return place == symbols.end() ? Symbol{} : place->second;
 }
 
 void FwImageMap::merge_symbols(SymbolMap&& from) {
-  std::vector<SymbolMap::Entry> merged;
-  merged.reserve(symbols.entries.size() + from.entries.size());
-  // Of equals the union has those of its first range.
-  std::ranges::set_union(symbols.entries, from.entries,
-                         std::back_inserter(merged), {},
-                         &SymbolMap::Entry::name, &SymbolMap::Entry::name);
-  symbols.entries = std::move(merged);
-  std::ranges::move(from.texts, std::back_inserter(symbols.texts));
+  // Taking a whole map over saves the searches; one ELF is the common case.
+  if (symbols.empty()) symbols.swap(from);
+  symbols.merge(from);
 }
 
 void FwImageMap::check_section_size(const std::string& name,

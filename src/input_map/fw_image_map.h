@@ -4,13 +4,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <map>
 #include <memory>
-#include <memory_resource>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace tova_fw_builder {
 
@@ -46,17 +44,7 @@ struct FwImageMap {
     std::string name;
   };
 
-  // Symbols by name. An ordered map as a flat array: an ELF has up to millions
-  // of them, of which a build looks up a few.
-  struct SymbolMap {
-    struct Entry {
-      std::string_view name;  // in one of `texts`
-      std::uint32_t address;
-      char type;
-    };
-    std::vector<Entry> entries;  // ordered by name, no name twice
-    std::vector<std::unique_ptr<std::pmr::monotonic_buffer_resource>> texts;
-  };
+  using SymbolMap = std::map<std::string, Symbol, std::less<>>;
 
   // Reads one ELF of the list: section table, symbol list and the ELF file
   // itself. Logs the table at level 3. See section_table.h for the format.
