@@ -27,7 +27,10 @@ inside() { chroot "$root" env -i HOME=/root PATH=/usr/sbin:/usr/bin:/sbin:/bin \
   bash -c "cd /checkout && $1"; }
 
 echo "== as nobody, who may not install"
-inside 'setpriv --reuid=65534 --regid=65534 --clear-groups ./run-demo.sh' 2>&1 |
+{
+  inside 'setpriv --reuid=65534 --regid=65534 --clear-groups ./run-demo.sh' 2>&1 ||
+    true
+} |
   grep -x 'Please install these packages first: g++ cmake ninja-build'
 echo "== the demo"
 inside 'time ./run-demo.sh'
