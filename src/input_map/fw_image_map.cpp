@@ -1,6 +1,7 @@
 // The name spaces of sections and symbols, and the passes over them.
 #include "input_map/fw_image_map.h"
 
+#include <algorithm>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -61,14 +62,19 @@ std::shared_ptr<FwImageMap::SectionHeader> FwImageMap::find_section(
 }
 
 FwImageMap::Symbol FwImageMap::find_symbol(const std::string& name) const {
-  const auto place = symbols.find(name);
-  return place == symbols.end() ? Symbol{} : place->second;
+  for (const SymbolMap& of_elf : symbols) {
+    const auto place = std::ranges::lower_bound(of_elf.entries, name, {},
+                                                &SymbolMap::Entry::name);
+    if (place != of_elf.entries.end() && place->name == name) {
+      return {true, place->type, place->address, name};
+    }
+  }
+  return {};
 }
 
+// The tables stay apart: joining them would copy what is there for each ELF.
 void FwImageMap::merge_symbols(SymbolMap&& from) {
-  // Taking a whole map over saves the searches; one ELF is the common case.
-  if (symbols.empty()) symbols.swap(from);
-  symbols.merge(from);
+  symbols.push_back(std::move(from));
 }
 
 void FwImageMap::check_section_size(const std::string& name,

@@ -4,11 +4,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <istream>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace tova_fw_builder {
 
@@ -44,7 +46,17 @@ struct FwImageMap {
     std::string name;
   };
 
-  using SymbolMap = std::map<std::string, Symbol, std::less<>>;
+  // The symbols of one ELF by name. An ordered map as a flat array: an ELF has
+  // up to millions of them, of which a build looks up a few.
+  struct SymbolMap {
+    struct Entry {
+      std::string_view name;  // in `texts`
+      std::uint32_t address;
+      char type;
+    };
+    std::vector<Entry> entries;  // ordered by name, no name twice
+    std::unique_ptr<std::pmr::monotonic_buffer_resource> texts;
+  };
 
   // Reads one ELF of the list: section table, symbol list and the ELF file
   // itself. Logs the table at level 3. See section_table.h for the format.
@@ -66,8 +78,8 @@ struct FwImageMap {
   // A copy of the symbol, or one with `valid` false and all else empty.
   Symbol find_symbol(const std::string& name) const;
 
-  // Adds the symbols whose names are not there yet: across files the first
-  // one wins. Takes `from` over.
+  // Adds the symbols of one more ELF: across files the first one of a name
+  // wins. Takes `from` over.
   void merge_symbols(SymbolMap&& from);
 
   // Throw std::runtime_error, NAME " size " SIZE " > max_allowed_size " LIMIT,
@@ -79,7 +91,7 @@ struct FwImageMap {
   // Logs a warning for each loadable section that nothing but the map owns.
   void warn_unreferenced() const;
 
-  SymbolMap symbols;
+  std::vector<SymbolMap> symbols;  // one for each ELF, in list order
   std::map<std::string, std::shared_ptr<SectionHeader>> sections;
   std::uint32_t parse_state = 0;  // of the section table scanner: 0, 1 or 2
 };

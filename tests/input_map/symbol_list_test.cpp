@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
+#include <sstream>
+
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 
@@ -24,16 +28,40 @@ TEST(SymbolList, TakesWhatHasAddressTypeAndName) {
                 "-1 d last " +
                     std::string(1100, ' ') + "\n3 T behind_the_cut\n");
   const CapturedLog log;
-  const auto symbols = read_symbols(path);
+  FwImageMap map;
+  map.merge_symbols(read_symbols(path));
   EXPECT_EQ("Loaded 4 symbols from file: " + path + "\n", log.text());
-  EXPECT_EQ(0x20000000u, symbols.at("_start").address);  // the last line wins
-  EXPECT_EQ('t', symbols.at("_start").type);
-  EXPECT_TRUE(symbols.at("_start").valid);
-  EXPECT_EQ(0x10u, symbols.at("glued").address);
-  EXPECT_EQ('T', symbols.at("glued").type);
-  EXPECT_EQ(0xBu, symbols.at("b").address);
-  EXPECT_EQ(0xFFFFFFFFu, symbols.at("last").address);
-  EXPECT_EQ("last", symbols.at("last").name);
+  const auto start = map.find_symbol("_start");
+  EXPECT_TRUE(start.valid);
+  EXPECT_EQ(0x20000000u, start.address);  // the last line wins
+  EXPECT_EQ('t', start.type);
+  EXPECT_EQ("_start", start.name);
+  EXPECT_EQ(0x10u, map.find_symbol("glued").address);
+  EXPECT_EQ('T', map.find_symbol("glued").type);
+  EXPECT_EQ(0xBu, map.find_symbol("b").address);
+  EXPECT_EQ(0xFFFFFFFFu, map.find_symbol("last").address);
+}
+
+// Names that part in any chunk of the sort, at its edges, or not at all.
+TEST(SymbolList, OrderAndDoublesAreThoseOfAMap) {
+  const TempDir dir;
+  std::mt19937 random(3);
+  std::map<std::string, std::uint32_t> expected;
+  std::ostringstream text;
+  for (std::uint32_t i = 0; i < 5000; ++i) {
+    std::string name(1 + random() % 25, 'a');
+    name[random() % name.size()] = "b\xFF\x01"[random() % 3];
+    text << std::hex << i << " T " << name << '\n';
+    expected[name] = i;
+  }
+  const CapturedLog log;
+  const auto symbols = read_symbols(dir.write("nm", text.str()));
+  ASSERT_EQ(expected.size(), symbols.entries.size());
+  auto place = symbols.entries.begin();
+  for (const auto& [name, address] : expected) {
+    EXPECT_EQ(name, place->name);
+    EXPECT_EQ(address, (place++)->address);
+  }
 }
 
 }  // namespace
