@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # run-sample.sh TOOL OUT_DIR
 # Runs the sample firmware through every command of the tool: images of all
-# four generations, then a signed package and a flash image of generation 1.5.
+# four generations and a ROM, then a signed package and a flash image of
+# generation 1.5.
 # Prints a line a step and the table of the files made; the full logs lie in
 # OUT_DIR/logs. Starts from the committed linker output.
 set -euo pipefail
@@ -12,7 +13,7 @@ out=$(realpath "$2")
 sample=$(realpath "$(dirname "$0")/../examples/audio_firmware")
 elfs=(base_fw mixer reverb meter)
 
-rm -rf "$out"/{gen-1.5,gen-1.8,gen-2.5,gen-3.0,logs}
+rm -rf "$out"/{gen-1.5,gen-1.8,gen-2.5,gen-3.0,rom,logs}
 mkdir -p "$out/logs"
 step_number=0
 
@@ -28,13 +29,18 @@ step() {  # step LOG_NAME TEXT ARGUMENT...: runs the tool with the arguments
   }
 }
 
+elf_list() {  # elf_list ELF...
+  local elf
+  for elf; do
+    printf '%s\n' "$sample/linked/$elf".{elf,sections,symbols}
+  done
+}
+
 echo "Running the sample firmware"
 for generation in 1.5 1.8 2.5 3.0; do
   dir=$out/gen-$generation
   mkdir -p "$dir"
-  for elf in "${elfs[@]}"; do
-    printf '%s\n' "$sample/linked/$elf".{elf,sections,symbols}
-  done >"$dir/firmware.elfs"
+  elf_list "${elfs[@]}" >"$dir/firmware.elfs"
 
   # Image flags, feature mask, IMR type; version; bytes for the signer; paths.
   step "build-$generation" "build the image of generation $generation" \
@@ -42,6 +48,12 @@ for generation in 1.5 1.8 2.5 3.0; do
     "$sample/definitions/gen_$generation.def" "$sample/src/audio_config.h" \
     "$sample/keys/trusted-keys.list" "$dir/" firmware.elfs firmware.man firmware
 done
+
+dir=$out/rom
+mkdir -p "$dir"
+elf_list base_fw >"$dir/rom.elfs"
+step buildrom "build the ROM" \
+  buildrom "$sample/definitions/rom.def" "$dir/" rom.elfs rom
 
 key=$sample/keys/test-key
 dir=$out/gen-1.5
@@ -62,7 +74,7 @@ step c-array "make a C array of the signed manifest" \
 echo
 printf '%-55s %8s  %s\n' "File in $2" Bytes SHA-256
 cd "$out"
-for file in gen-*/*; do
+for file in gen-*/* rom/*; do
   sum=$(sha256sum "$file")
   printf '%-55s %8d  %s\n' "$file" "$(stat -c %s "$file")" "${sum%% *}"
 done

@@ -48,6 +48,9 @@ for elf in base_fw mixer reverb meter; do
     grep '2\*\*')
 done
 
+# The ROM holds the base firmware as it was linked.
+cmp "$work/rom/rom.bin" <(piece "$expected" 0 $((0x6000)))
+
 # The store of trusted keys: one debug key (type 1). Its hash is that of the
 # modulus, least significant byte first, and four bytes of exponent.
 modulus=$(openssl rsa -pubin -in "$sample/keys/test-key-public.pem" \
