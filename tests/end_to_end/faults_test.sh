@@ -1,0 +1,154 @@
+#!/usr/bin/env bash
+# faults_test.sh TOOL
+# Outputs that can't be written, inputs that change while they are read, and
+# interrupts. An output that fails is no failure of the run, unless the run
+# reads it again. Whatever happens, nothing else is created, and no input is
+# changed.
+set -euo pipefail
+
+tool=$(realpath "$1")
+root=$(realpath "$(dirname "$0")/../..")
+sample=$root/examples/audio_firmware
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+mkdir in lists
+"$root/scripts/run-sample.sh" "$tool" "$work/made" >/dev/null
+mv made/gen-1.5/{firmware.bin,firmware.man,firmware.man.signed,flash.img,\
+package.bin} in
+mv made/gen-1.5/firmware.elfs made/rom/rom.elfs lists
+rm -r made
+printf 'bin in/package.bin\nbin in/flash.img\n' >in/parts
+printf 'bin package.bin\noffset 8000\nsha flash.img\n' >in/script
+truncate -s 4M in/large
+echo 'bin in/large' >in/large.pkg
+echo 'bin /dev/stdin' >in/stdin.pkg
+echo "bin $work" >in/folder.pkg
+printf 'dd 1\noffset 7fffffffffff0000\n' >in/far
+
+die() {
+  echo "FAILED: $1" >&2
+  exit 1
+}
+trap 'echo "FAILED in line $LINENO" >&2' ERR
+inputs() { find in "$sample" -type f -exec sha256sum {} +; }
+inputs >inputs_before
+trap '' XFSZ  # writing beyond `ulimit -f` fails, as on a full disk
+
+build() {  # build GENERATION DIR BINARY: a command line
+  echo "build 10 ff 3 1 4 0 27 2048 $sample/definitions/gen_$1.def
+    $sample/src/audio_config.h $sample/keys/trusted-keys.list
+    $work/$2 ../lists/firmware.elfs $3.man $3"
+}
+
+expect() {  # expect STATUS LAST_LINE FILES ARGUMENT...: runs in the folder out
+  local status=0
+  mkdir -p out
+  "$tool" "${@:4}" >log 2>&1 || status=$?
+  [[ $status == "$1" ]] || die "${*:4}: status $status, not $1"
+  [[ $2 == '*' || "$(tail -n 1 log)" == "$2" ]] ||
+    die "${*:4}: ends with $(tail -n 1 log)"
+  [[ $(cd out && echo ./*) == "$3" ]] || die "${*:4}: made $(cd out && echo ./*)"
+  rm -r out
+}
+
+# The folder isn't there, or the disk is full from the first byte on.
+unaligned='Error: preload size not aligned to page size'
+pair=$sample/keys/test-key-pair.key
+for output in out/none/x /dev/full; do
+  expect 0 Finished './*' asm in/parts "$output"
+  expect 0 '*' './*' make_hex in/flash.img "$output" 64
+  expect 0 '*' './*' write_c in/flash.img "$output"
+  expect 0 '*' './*' sign debug "$pair" in/firmware.man "$output"
+done
+expect 0 Finished './*' build_img in/script in/ out/none/x
+expect 0 '*' './*' split in/flash.img out/none/a out/none/b
+expect 0 '*' './*' buildrom "$sample/definitions/rom.def" "$work/out/" \
+  ../lists/rom.elfs none/x
+for generation in 1.5:251 1.8:251 2.5:251 3.0:0; do
+  last='*'
+  [[ ${generation#*:} == 0 ]] || last=$unaligned
+  # shellcheck disable=SC2046
+  expect "${generation#*:}" "$last" './*' \
+    $(build "${generation%:*}" out/ none/x)
+done
+
+# The disk is full in the middle: what was written stays, and stays right.
+(
+  ulimit -f 32
+  expect_kept() {  # expect_kept FILE WHOLE: 32 blocks of 1024 bytes
+    [[ $(stat -c %s "$1") == 32768 ]] || die "$1 has $(stat -c %s "$1") bytes"
+    cmp "$1" <(head -c 32768 "$2")
+    rm "$1"
+  }
+  "$tool" asm in/parts x >log
+  expect_kept x <(cat in/package.bin in/flash.img)
+  "$tool" write_c in/flash.img x >log
+  [[ $(stat -c %s x) == 32768 ]] || die 'the array is not cut'
+  rm x
+  status=0
+  mkdir out
+  # shellcheck disable=SC2046
+  "$tool" $(build 1.8 out/ firmware) >log || status=$?
+  [[ $status:$(tail -n 1 log) == "251:$unaligned" ]] || die 'a cut image passes'
+  rm -r out
+)
+status=0
+"$tool" build_img in/far '' x >log || status=$?
+[[ $status == 251 ]] || die "an offset of 8 EiB ends with $status"
+grep -qx 'Error: Offset out of range: 9223372036854710272' log
+rm x
+
+# An input without a length, and a folder.
+expect 251 'Error: Cannot tell the length of file: /dev/stdin' ./x \
+  asm in/stdin.pkg out/x < <(:)
+expect 251 "Error: Failed to open file: $work" ./x asm in/folder.pkg out/x
+
+# A reader that waits for the tool's output stops it in the middle of a copy:
+# 64 KiB fill the pipe.
+copy_into_pipe() {  # sets pid; the output is file 3
+  rm -f pipe
+  mkfifo pipe
+  env --default-signal=INT "$tool" asm in/large.pkg pipe >log &
+  pid=$!
+  exec 3<pipe
+  head -c 4096 <&3 >first_bytes
+  cmp first_bytes <(head -c 4096 /dev/zero)
+}
+copy_into_pipe
+truncate -s 8192 in/large
+copied=$(($(wc -c <&3) + 4096))
+wait "$pid" || die "an input that shrinks ends with $?"
+[[ $copied -ge 8192 && $copied -lt 4194304 ]] || die "$copied bytes copied"
+truncate -s 4M in/large
+copy_into_pipe
+truncate -s 5M in/large
+[[ $(($(wc -c <&3) + 4096)) == 4194304 ]] || die 'more copied than was told'
+wait "$pid" || die "an input that grows ends with $?"
+truncate -s 4M in/large
+
+# Ctrl-C in the middle of a copy, and while the definitions are read.
+copy_into_pipe
+kill -INT "$pid"
+status=0
+wait "$pid" || status=$?
+[[ $status == 130 ]] || die "interrupted: $status"
+exec 3<&-
+rm pipe
+mkfifo definitions
+mkdir out
+env --default-signal=INT "$tool" buildrom definitions "$work/out/" \
+  ../lists/rom.elfs rom >log &
+pid=$!
+exec 4>definitions
+kill -INT "$pid"
+status=0
+wait "$pid" || status=$?
+[[ $status == 130 ]] || die "interrupted: $status"
+[[ $(echo out/*) == 'out/*' ]] || die "made $(echo out/*)"
+
+inputs | cmp - inputs_before
+# Dependency files stand beside the ELF lists.
+[[ $(cd lists && echo *) == 'firmware.d firmware.elfs rom.d rom.elfs' ]] ||
+  die "beside the ELF lists: $(echo lists/*)"
+echo 'The faults hold'
