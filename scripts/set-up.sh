@@ -4,6 +4,7 @@
 #   build  compile the tool
 #   test   build and run the tests
 #   check  the further checks of .ci/run
+#   coverage  measure what the tests reach
 #   bench  run the benchmarks
 #   sample compile the sample firmware
 #
@@ -54,6 +55,10 @@ for work in "$@"; do
       need dpkg-dev has_command dpkg-shlibdeps
       need file has_command file
       need mandoc has_command mandoc
+      ;;
+    coverage)
+      need clang has_command clang++
+      need llvm has_command llvm-cov
       ;;
     bench)
       need libbenchmark-dev has_header benchmark/benchmark.h

@@ -20,8 +20,6 @@ class ZelError : public std::runtime_error {
   // when it is first asked for and stays the same from then on.
   const char* what() const noexcept override;
 
-  ZelStatus status() const { return status_; }
-
  private:
   ZelStatus status_;
   const char* operation_;
