@@ -2,6 +2,7 @@
 #include "input_map/fw_image_map.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -22,6 +23,18 @@ void check_size(const FwImageMap::SectionHeader& header, std::uint64_t limit) {
   text << header.name << " size " << std::hex << header.size
        << " > max_allowed_size " << limit;
   throw std::runtime_error(text.str());
+}
+
+// The symbols of both; of a name in both, the one in `first`.
+FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
+                           const FwImageMap::SymbolMap& second) {
+  FwImageMap::SymbolMap joined;
+  using Entry = FwImageMap::SymbolMap::Entry;
+  std::ranges::set_union(first.entries, second.entries,
+                         std::back_inserter(joined.entries), {}, &Entry::name,
+                         &Entry::name);
+  for (Entry& entry : joined.entries) entry.name = joined.keep(entry.name);
+  return joined;
 }
 
 void log_path(const char* label, const std::string& path) {
@@ -62,19 +75,30 @@ std::shared_ptr<FwImageMap::SectionHeader> FwImageMap::find_section(
 }
 
 FwImageMap::Symbol FwImageMap::find_symbol(const std::string& name) const {
-  for (const SymbolMap& of_elf : symbols) {
-    const auto place = std::ranges::lower_bound(of_elf.entries, name, {},
+  for (const SymbolMap& table : symbols) {
+    const auto place = std::ranges::lower_bound(table.entries, name, {},
                                                 &SymbolMap::Entry::name);
-    if (place != of_elf.entries.end() && place->name == name) {
+    if (place != table.entries.end() && place->name == name) {
       return {true, place->type, place->address, name};
     }
   }
   return {};
 }
 
-// The tables stay apart: joining them would copy what is there for each ELF.
+std::string_view FwImageMap::SymbolMap::keep(std::string_view text) const {
+  char* const copy = static_cast<char*>(texts->allocate(text.size(), 1));
+  return {copy, text.copy(copy, text.size())};
+}
+
+// Joining all tables each time would copy what is there for each ELF; leaving
+// all apart would keep a name as often as lists have it.
 void FwImageMap::merge_symbols(SymbolMap&& from) {
-  symbols.push_back(std::move(from));
+  while (!symbols.empty() &&
+         symbols.back().entries.size() <= 2 * from.entries.size()) {
+    from = join(symbols.back(), from);
+    symbols.pop_back();
+  }
+  if (!from.entries.empty()) symbols.push_back(std::move(from));
 }
 
 void FwImageMap::check_section_size(const std::string& name,

@@ -46,8 +46,8 @@ struct FwImageMap {
     std::string name;
   };
 
-  // The symbols of one ELF by name. An ordered map as a flat array: an ELF has
-  // up to millions of them, of which a build looks up a few.
+  // Symbols by name. An ordered map as a flat array: an ELF has up to millions
+  // of them, of which a build looks up a few.
   struct SymbolMap {
     struct Entry {
       std::string_view name;  // in `texts`
@@ -55,7 +55,11 @@ struct FwImageMap {
       char type;
     };
     std::vector<Entry> entries;  // ordered by name, no name twice
-    std::unique_ptr<std::pmr::monotonic_buffer_resource> texts;
+    std::unique_ptr<std::pmr::monotonic_buffer_resource> texts =
+        std::make_unique<std::pmr::monotonic_buffer_resource>();
+
+    // Copies a text into `texts`.
+    std::string_view keep(std::string_view text) const;
   };
 
   // Reads one ELF of the list: section table, symbol list and the ELF file
@@ -91,7 +95,9 @@ struct FwImageMap {
   // Logs a warning for each loadable section that nothing but the map owns.
   void warn_unreferenced() const;
 
-  std::vector<SymbolMap> symbols;  // one for each ELF, in list order
+  // Those of the first ELFs first. Each table has more than twice the symbols
+  // of the next one, so there are few of them.
+  std::vector<SymbolMap> symbols;
   std::map<std::string, std::shared_ptr<SectionHeader>> sections;
   std::uint32_t parse_state = 0;  // of the section table scanner: 0, 1 or 2
 };

@@ -21,8 +21,6 @@ namespace tova_fw_builder {
 
 namespace {
 
-using Texts = std::pmr::monotonic_buffer_resource;
-
 constexpr std::size_t kChunk = 8;
 
 struct ListedSymbol {
@@ -36,13 +34,9 @@ constexpr auto kComesBefore = [](const ListedSymbol& a, const ListedSymbol& b) {
   return a.chunk != b.chunk ? a.chunk < b.chunk : a.line < b.line;
 };
 
-std::string_view copy_into(Texts& texts, std::string_view text) {
-  char* const copy = static_cast<char*>(texts.allocate(text.size(), 1));
-  return {copy, text.copy(copy, text.size())};
-}
-
-// The symbols in the order of their lines, with names in `texts`.
-std::vector<ListedSymbol> read_lines(std::istream& in, Texts& texts) {
+// The symbols in the order of their lines, with names kept by `symbols`.
+std::vector<ListedSymbol> read_lines(std::istream& in,
+                                     const FwImageMap::SymbolMap& symbols) {
   BufferedLines lines(in);
   std::vector<ListedSymbol> listed;
   std::string_view line;
@@ -52,7 +46,7 @@ std::vector<ListedSymbol> read_lines(std::istream& in, Texts& texts) {
     const char type = fields.character();
     const std::string_view name = fields.word();
     if (fields.failed()) continue;
-    listed.push_back({{copy_into(texts, name), address, type}, listed.size()});
+    listed.push_back({{symbols.keep(name), address, type}, listed.size()});
   }
   return listed;
 }
@@ -93,8 +87,7 @@ void sort_from(std::span<ListedSymbol> listed, std::size_t start) {
 FwImageMap::SymbolMap read_symbols(const std::string& path) {
   const auto in = open_input(path);
   FwImageMap::SymbolMap symbols;
-  symbols.texts = std::make_unique<Texts>();
-  std::vector<ListedSymbol> listed = read_lines(*in, *symbols.texts);
+  std::vector<ListedSymbol> listed = read_lines(*in, symbols);
   sort_from(listed, 0);
   symbols.entries.reserve(listed.size());
   for (const ListedSymbol& symbol : listed) {

@@ -39,5 +39,31 @@ TEST(FwImageMap, ReadsATripleInItsOrder) {
   EXPECT_EQ("Failed to open file: z", fault(none, elf, "z"));
 }
 
+// However many ELFs there are, and however often they name a symbol.
+TEST(FwImageMap, KeepsTheFirstSymbolOfANameInFewTables) {
+  const TempDir dir;
+  const std::string none = dir.write("none", "");
+  const std::string often = dir.write("often", "1 T a\n2 T b\n3 T c\n");
+  const CapturedLog log;
+  FwImageMap map;
+  for (int i = 0; i < 200; ++i) {
+    map.read_image_map(none, none, often);
+    const std::string number = std::to_string(1000 + i);
+    map.read_image_map(none, none,
+                       dir.write("own", number + " T own" + number + "\n" +
+                                            number + " T shared\n"));
+  }
+  EXPECT_LT(map.symbols.size(), 9u);
+  std::size_t entries = 0;
+  for (const auto& table : map.symbols) entries += table.entries.size();
+  EXPECT_LT(entries, 2 * 204u);
+  EXPECT_EQ(0x1000u, map.find_symbol("shared").address);
+  EXPECT_EQ(3u, map.find_symbol("c").address);
+  for (int i = 1000; i < 1200; ++i) {
+    const auto own = map.find_symbol("own" + std::to_string(i));
+    EXPECT_EQ(std::stoul(std::to_string(i), nullptr, 16), own.address);
+  }
+}
+
 }  // namespace
 }  // namespace tova_fw_builder
