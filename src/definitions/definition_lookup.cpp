@@ -44,20 +44,15 @@ std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
 
 std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
                                               const std::string& name) {
-  auto in = std::make_shared<std::ifstream>();
-  std::error_code ignored;
-  if (!std::filesystem::is_directory(name, ignored)) in->open(name);
+  std::shared_ptr<std::ifstream> in = try_open_input(name);
   if (!in->is_open()) {
     log_attempt("Image not found in : ", name);
     return in;
   }
   log_attempt("Image def file found : ", name);
-  // A device gives no text, as some never end.
-  if (std::filesystem::is_character_file(name, ignored)) {
-    in->setstate(std::ios_base::eofbit);
-  }
   map.dir_stack.push_back(current_directory());
   // Without a directory part this fails, which leaves the directory as it is.
+  std::error_code ignored;
   std::filesystem::current_path(directory_of(name), ignored);
   // Only now: relative names with a directory part are refused on purpose.
   map.files_read.push_back(canonical_path(name));

@@ -18,7 +18,8 @@ namespace tova_fw_builder {
 // Of the file found, the canonical path is appended to `map.files_read`, the
 // working directory as it was is pushed on `map.dir_stack`, and the file's
 // directory is made the working directory; the caller undoes the last two when
-// the file has been read. A change of directory that fails is not reported.
+// an included file has been read. A change of directory that fails is not
+// reported.
 //
 // Throws std::runtime_error "Failed to open image defs file : " and the name;
 // std::runtime_error "Cannot get current working directory";

@@ -29,17 +29,28 @@ std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
 std::unique_ptr<std::ifstream> open_input(const std::string& path,
                                           std::ios_base::openmode mode,
                                           std::span<char> buffer) {
+  auto in = try_open_input(path, mode, buffer);
+  if (!in->is_open()) throw std::runtime_error("Failed to open file: " + path);
+  return in;
+}
+
+std::unique_ptr<std::ifstream> try_open_input(const std::string& path,
+                                              std::ios_base::openmode mode,
+                                              std::span<char> buffer) {
   // A plain stream opens a directory and then reads nothing from it.
   std::error_code ignored;
+  const auto type = std::filesystem::status(path, ignored).type();
   auto in = std::make_unique<std::ifstream>();
   if (!buffer.empty()) {
     in->rdbuf()->pubsetbuf(buffer.data(),
                            static_cast<std::streamsize>(buffer.size()));
   }
-  if (!std::filesystem::is_directory(path, ignored)) {
+  if (type != std::filesystem::file_type::directory) {
     in->open(path, mode | std::ios_base::in);
   }
-  if (!in->is_open()) throw std::runtime_error("Failed to open file: " + path);
+  if (type == std::filesystem::file_type::character) {
+    in->setstate(std::ios_base::eofbit);
+  }
   return in;
 }
 

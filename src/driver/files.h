@@ -19,10 +19,16 @@ namespace tova_fw_builder {
 // Open a file for reading, as bytes or as text. Throw std::runtime_error
 // "Failed to open file: " and the path, for a directory too. A `buffer` that
 // isn't empty takes what the stream reads ahead, for a reader that wipes it,
-// and must outlive the stream.
+// and must outlive the stream. A device reads as an empty file, as some never
+// end.
 std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
                                                  std::span<char> buffer = {});
 std::unique_ptr<std::ifstream> open_input(
+    const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
+    std::span<char> buffer = {});
+
+// The same, but a file that can't be opened gives a stream that isn't open.
+std::unique_ptr<std::ifstream> try_open_input(
     const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
     std::span<char> buffer = {});
 
