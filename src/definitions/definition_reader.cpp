@@ -19,9 +19,10 @@ namespace {
 constexpr std::uint32_t kMaxIncludeDepth = 5;
 
 // Defines and repeated includes can make a small file stand for any amount of
-// text. Beyond some free text, the text may be this much longer than all files
-// that were read, each counted once. An include counts as some text too, so
-// that empty files can't be read for ever; its own line makes up for that.
+// text. Beyond some free text, what is read and made may be this much longer
+// than all files that were read, each counted once. An include counts as some
+// text too, so that empty files can't be read for ever; its own line makes up
+// for that.
 constexpr std::uint64_t kFreeText = 1 << 20;
 constexpr std::uint64_t kMaxExpansion = 16;
 constexpr std::uint64_t kIncludeCost = 160;
@@ -54,7 +55,7 @@ class DefinitionReader {
 
   std::set<std::string> files_counted_;
   std::uint64_t length_read_ = 0;
-  std::uint64_t length_made_ = 0;
+  std::uint64_t length_charged_ = 0;
 };
 
 std::unique_ptr<std::iostream> DefinitionReader::read_file(
@@ -65,6 +66,7 @@ std::unique_ptr<std::iostream> DefinitionReader::read_file(
   std::string line;
   while (read_line(*in, line)) {
     if (counts) length_read_ += line.size() + 1;
+    charge(line.size() + 1);
     flatten(Statement(line), *out);
   }
   return out;
@@ -129,8 +131,8 @@ std::string DefinitionReader::expand_macro(std::string_view word) const {
 }
 
 void DefinitionReader::charge(std::uint64_t length) {
-  length_made_ += length;
-  if (length_made_ > kFreeText + kMaxExpansion * length_read_) {
+  length_charged_ += length;
+  if (length_charged_ > kFreeText + kMaxExpansion * length_read_) {
     throw std::runtime_error("Definition files expand to too much text");
   }
 }

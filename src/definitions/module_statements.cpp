@@ -129,7 +129,8 @@ void read_mod_cfg(ModuleBlock& block, Statement& statement) {
                           &config.ibs,   &config.obs,      &config.mod_flags,
                           &config.cpc,   &config.obls};
   for (Le32* const field : fields) {
-    // Zero unless extracted: from the first failure on, all stay at 0.
+    // A number that is too large is FFFFFFFF, other text 0; either way all
+    // fields behind it stay at 0.
     std::uint32_t value = 0;
     numbers >> (field == &config.mod_flags ? std::hex : std::dec) >> value;
     *field = value;

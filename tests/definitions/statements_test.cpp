@@ -107,7 +107,10 @@ void expect(const std::string& head, const std::string& table) {
   std::istringstream rows(table);
   for (std::string row; std::getline(rows, row);) {
     const std::size_t arrow = row.find(" => ");
-    if (arrow == std::string::npos) continue;
+    if (arrow == std::string::npos) {
+      EXPECT_TRUE(row.empty() || row.starts_with("-- ")) << row;
+      continue;
+    }
     std::string text;
     for (const char c : head + row.substr(0, arrow) + "/") {
       text += c == '/' ? " \n" : std::string(1, c);
