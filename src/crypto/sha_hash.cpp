@@ -13,6 +13,11 @@ std::int32_t low_32_bits(std::uint64_t length) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(length));
 }
 
+std::uint64_t taken(std::uint64_t length, const char* operation) {
+  if (low_32_bits(length) < 0) throw ZelError(zelStsLengthErr, operation);
+  return static_cast<std::uint64_t>(low_32_bits(length));
+}
+
 std::unique_ptr<std::uint8_t[]> allocate(std::int32_t size) {
   return std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(size));
 }
@@ -32,6 +37,10 @@ void Sha256Hash::update(const std::uint8_t* data, std::uint64_t length) {
                   "zelsSHA256Update");
 }
 
+std::uint64_t Sha256Hash::taken_at_once(std::uint64_t length) {
+  return taken(length, "zelsSHA256Update");
+}
+
 void Sha256Hash::final(std::uint8_t* out) {
   throw_unless_ok(zelsSHA256Final(out, context_.get()), "zelsSHA256Final");
 }
@@ -47,6 +56,10 @@ Sha384Hash::Sha384Hash(const std::uint8_t* data, std::uint64_t length) {
 void Sha384Hash::update(const std::uint8_t* data, std::uint64_t length) {
   throw_unless_ok(zelsSHA384Update(data, low_32_bits(length), context_.get()),
                   "zelsSHA384Update");
+}
+
+std::uint64_t Sha384Hash::taken_at_once(std::uint64_t length) {
+  return taken(length, "zelsSHA384Update");
 }
 
 void Sha384Hash::final(std::uint8_t* out) {

@@ -13,7 +13,8 @@ namespace tova_fw_builder {
 //
 // Of a length only the low 32 bits are taken, as a signed number: 2^31 bytes
 // fail with status -15, and 2^32 bytes are taken as none. Longer messages have
-// to come in pieces.
+// to come in pieces; taken_at_once() tells how far to go with pieces of what
+// counts as one message.
 class Sha256Hash {
  public:
   // Starts with `length` bytes at `data`, or with the empty message if either
@@ -22,6 +23,9 @@ class Sha256Hash {
                       std::uint64_t length = 0);
 
   void update(const std::uint8_t* data, std::uint64_t length);
+
+  // How many of `length` bytes one update takes. Fails as that update does.
+  static std::uint64_t taken_at_once(std::uint64_t length);
 
   // Writes 32 bytes, in the order of the standard, and starts anew.
   void final(std::uint8_t* out);
@@ -37,6 +41,7 @@ class Sha384Hash {
   explicit Sha384Hash(const std::uint8_t* data = nullptr,
                       std::uint64_t length = 0);
   void update(const std::uint8_t* data, std::uint64_t length);
+  static std::uint64_t taken_at_once(std::uint64_t length);
   void final(std::uint8_t* out);
 
  private:
