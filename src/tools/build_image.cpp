@@ -68,16 +68,40 @@ void record_position(Run& run) {
   run.table.count = count + 1;
 }
 
+// The image is an input of its own, behind a step back: its last piece goes
+// first, as each piece is written over what a later one was.
+void append_from_itself(std::istream& in, std::uint64_t length,
+                        std::ostream& out) {
+  constexpr std::uint64_t kPiece = 64 * 1024;
+  const std::uint64_t start = position_of(out);
+  for (std::uint64_t end = length; end > 0;) {
+    const std::uint64_t piece = std::min(end, kPiece);
+    end -= piece;
+    in.seekg(static_cast<std::streamoff>(end));
+    out.seekp(static_cast<std::streamoff>(start + end));
+    copy_bytes(in, piece, out);
+  }
+  out.seekp(static_cast<std::streamoff>(start + length));
+}
+
 void append_file(Run& run) {
   next_word_or_keep(run.line, run.word);
-  const InputFile file = open_deployed(run, run.word);
+  const std::string name = run.word;
+  const InputFile file = open_deployed(run, name);
   if (log_level() >= kLogInfo) {
     LogLine(kLogInfo).stream()
-        << "Appending " << run.word << " size = " << file.length;
+        << "Appending " << name << " size = " << file.length;
   }
   next_word_or_keep(run.line, run.word);
   if (run.word == "m") record_position(run);
-  copy_bytes(*file.stream, file.length, run.out);
+  std::error_code ignored;
+  if (position_of(run.out) < file.length &&
+      std::filesystem::equivalent(run.deploy_dir + name, run.out_file,
+                                  ignored)) {
+    append_from_itself(*file.stream, file.length, run.out);
+  } else {
+    copy_bytes(*file.stream, file.length, run.out);
+  }
 }
 
 void place_table(Run& run) { run.table_position = run.out.tellp(); }
@@ -157,7 +181,8 @@ void append_hash(Run& run) {
   next_word_or_keep(run.line, run.word);
   const InputFile file = open_deployed(run, run.word);
   Sha256Hash hash;
-  read_in_pieces(*file.stream, file.length,
+  // The file counts as one message for the hash.
+  read_in_pieces(*file.stream, Sha256Hash::taken_at_once(file.length),
                  [&hash](std::span<const std::uint8_t> bytes) {
                    hash.update(bytes.data(), bytes.size());
                  });

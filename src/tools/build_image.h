@@ -29,6 +29,7 @@ namespace tova_fw_builder {
 // Throws std::runtime_error, with what was written so far left in place and
 // no table written:
 //   "Failed to open file: " and the path
+//   "Cannot tell the length of file: " and the path, for one like a pipe
 //   "Too many partition table entries" for the seventeenth file marked "m"
 //   "Offset out of range: " and the number in decimal, like the sizes in the
 //     log, for an offset of 2^63 or more, or when the padding can't be written

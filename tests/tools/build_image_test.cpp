@@ -110,6 +110,41 @@ TEST(BuildImage, PartitionTable) {
   EXPECT_EQ(48u, full.image.size());  // neither the file nor the table
 }
 
+// Behind a step back the image is an input like any other: what it holds at
+// that line is appended, also where the pieces of the copy overlap.
+TEST(BuildImage, TakesItselfAsInput) {
+  const TempDir dir;
+  std::string bytes(200000, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<char>(i * i >> 7);
+  }
+  dir.write("in", bytes);
+  const CapturedLog log;
+  build_image(dir.write("script", "bin in\noffset 1000\nbin out\ndb 7\n"),
+              dir.path() + "/", dir.file("out"));
+  EXPECT_TRUE(bytes.substr(0, 0x1000) + bytes + '\7' ==
+              read_file(dir.file("out")));
+}
+
+// A file is one message for the hash, of whose length 32 bits count, as a
+// signed number.
+TEST(BuildImage, HashOfHugeFiles) {
+  const TempDir dir;
+  const std::string script =
+      dir.write("script", "sha " + dir.write("in", "abc"));
+  const auto outcome = [&](std::uintmax_t length) {
+    std::filesystem::resize_file(dir.file("in"), length);
+    const CapturedLog log;
+    const std::string error =
+        message_of([&] { build_image(script, "", dir.file("out")); });
+    return log.text() + error;
+  };
+  const std::string refused =
+      "Building Image\nZelError zelsSHA256Update failed 0xfffffff1 (-15)";
+  EXPECT_EQ(refused, outcome(0x80000000));
+  EXPECT_NE(outcome((1ull << 32) + 3).find(kDigestOfAbc), std::string::npos);
+}
+
 // A failed output swallows everything but padding, which can't go unnoticed.
 TEST(BuildImage, Failures) {
   const std::string start = "Building Image\n";
