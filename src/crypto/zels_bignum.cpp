@@ -57,10 +57,13 @@ ZelStatus zelsSet_BN(std::uint32_t sign, std::int32_t words,
   const std::uint32_t size = digits_for_words(words);
   if (size > number->room) return zelStsOutOfRangeErr;
 
-  std::fill_n(number->digits, number->room + 1, 0);
-  for (std::int32_t i = 0; i < words; ++i) {
-    number->digits[i / 2] |= Digit{data[i]} << (32 * (i % 2));
+  // Each digit is whole before it is stored: `data` may be these very digits.
+  const auto count = static_cast<std::uint32_t>(words);
+  for (std::uint32_t i = 0; i < size; ++i) {
+    const Digit upper = 2 * i + 1 < count ? data[2 * i + 1] : 0;
+    number->digits[i] = upper << 32 | data[2 * i];
   }
+  std::fill(number->digits + size, number->digits + number->room + 1, 0);
   number->size = size;
   number->sign = is_zero(*number) ? kPositive : sign;
   return zelStsNoErr;

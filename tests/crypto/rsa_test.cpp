@@ -320,6 +320,14 @@ TEST(BigNum, ValueSignAndSize) {
   EXPECT_EQ(kNegative, sign);
   EXPECT_EQ(70, bits);
   EXPECT_EQ(little_endian("300000000200000001", 16), value_of(value, 16));
+  // A number may be loaded from its own digits.
+  const std::uint64_t* digits = nullptr;
+  zelsRef_BN(nullptr, nullptr, &digits, value.data());
+  ASSERT_EQ(
+      zelStsNoErr,
+      zelsSet_BN(kPositive, 4, reinterpret_cast<const std::uint32_t*>(digits),
+                 value.data()));
+  EXPECT_EQ(little_endian("300000000200000001", 16), value_of(value, 16));
   ASSERT_EQ(zelStsNoErr, zelsSet_BN(kNegative, 2, words + 3, value.data()));
   zelsRef_BN(&sign, &bits, nullptr, value.data());
   EXPECT_EQ(kPositive, sign);
