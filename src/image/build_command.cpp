@@ -98,7 +98,8 @@ void build_command(const BuildArguments& arguments) {
   manifest->write(manifest_file, *image);
   manifest->write_extended(extended_file, *image);
 
-  write_package_descriptor(image->map(), paths.binary, *manifest);
+  write_package_descriptor(image->map(), paths.binary, manifest->date(),
+                           manifest->module_type);
   write_memory_description(image->map(), arguments.out_dir,
                            arguments.binary_name);
   manifest.reset();

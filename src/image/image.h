@@ -74,7 +74,9 @@ class Image {
   virtual void write(std::iostream& stream, const std::string& path,
                      std::uint32_t css_header_size) = 0;
 
-  // To be called behind write(), whose results it takes.
+  // To be called behind write(), whose results it takes. `debug` marks a
+  // manifest of generation 1.5 as signed by a debug key; `imr_type` stands in
+  // the metadata of 1.8 and 2.5 as it is.
   virtual std::unique_ptr<ImageManifest> create_manifest(
       bool debug, std::uint32_t imr_type) = 0;
 

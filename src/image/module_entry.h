@@ -48,7 +48,7 @@ struct ModuleEntry {
   Le16 cfg_cnt;
   Le32 aff_mask;
   Le16 inst_max_cnt;
-  Le16 inst_stack_size;                   // pages
+  Le16 inst_stack_size;                   // pages for type 0
   std::array<SegmentRecord, 3> segments;  // text, rodata, bss
 };
 static_assert(sizeof(ModuleEntry) == 116 && alignof(ModuleEntry) == 1);

@@ -14,10 +14,11 @@ namespace tova_fw_builder {
 //
 // Throws std::runtime_error "Failed to open file: " and the path for a
 // descriptor or a listed file that can't be opened, also for the empty path of
-// a "bin" line without a second word; `out_file` keeps what was appended so
-// far. An output that can't be written is not reported. `out_file` is
-// truncated first: where it is listed as an input as well, only what it holds
-// at that line is appended.
+// a "bin" line without a second word, and "Cannot tell the length of file: "
+// and the path for one like a pipe; `out_file` keeps what was appended so far.
+// An output that can't be written is not reported. `out_file` is truncated
+// first: where it is listed as an input as well, only what it holds at that
+// line is appended.
 void assemble_image(const std::string& pkg_file, const std::string& out_file);
 
 }  // namespace tova_fw_builder

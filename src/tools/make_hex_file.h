@@ -14,8 +14,9 @@ namespace tova_fw_builder {
 // `depth_text` is the number of bits, by parse_signed, whose failures pass
 // through; any other number is logged as an error and the command ends as if
 // all were well. Both leave `output` empty. Throws std::runtime_error "Failed
-// to open file: " and the path for `input`, with `output` made by then. An
-// output that can't be written is not reported.
+// to open file: " and the path for `input`, or "Cannot tell the length of file:
+// " and the path, with `output` made by then. An output that can't be written
+// is not reported.
 void make_hex_file(const std::string& input, const std::string& output,
                    const std::string& depth_text);
 

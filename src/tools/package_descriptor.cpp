@@ -19,13 +19,13 @@ std::ostream& operator<<(std::ostream& out, const Version& version) {
              << '.' << version.build;
 }
 
-void write_facts(std::ostream& out, const FwOutMap& map,
-                 const ImageManifest& manifest) {
+void write_facts(std::ostream& out, const FwOutMap& map, std::uint32_t date,
+                 std::uint32_t module_type) {
   out << "# TOVA FW Image Builder ver " << kBuildDate << ' ' << kBuildTime
       << "\n\n"
       << "ver " << map.version << '\n'
-      << std::hex << "bld " << manifest.date() << '\n'
-      << "mft " << manifest.module_type << '\n'
+      << std::hex << "bld " << date << '\n'
+      << "mft " << module_type << '\n'
       << "flg 0x" << map.fw_img_flags << '\n'
       << "sku 0x" << map.feature_mask << '\n'
       << std::dec << '\n';
@@ -56,11 +56,11 @@ void write_files(std::ostream& out, const FwOutMap& map,
 }  // namespace
 
 void write_package_descriptor(const FwOutMap& map, const std::string& path,
-                              const ImageManifest& manifest) {
+                              std::uint32_t date, std::uint32_t module_type) {
   std::fstream out(path + ".pkg", std::ios_base::in | std::ios_base::out |
                                       std::ios_base::trunc |
                                       std::ios_base::binary);
-  write_facts(out, map, manifest);
+  write_facts(out, map, date, module_type);
   write_names(out, map);
   write_files(out, map, path);
 }

@@ -3,9 +3,10 @@
 // image to people and lists the package's files for the `asm` command.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
-#include "image/image.h"
+#include "layout/out_map.h"
 
 namespace tova_fw_builder {
 
@@ -16,7 +17,10 @@ namespace tova_fw_builder {
 // (empty without modules), and one for each module of kind 1: in every
 // generation, though only 1.5 writes such modules to files of their own, so in
 // the others the line names a file that no build made.
+//
+// `date` and `module_type` are those of the image's manifest: BCD as
+// 0xYYYYMMDD, or 0, and the number of the manifest's kind.
 void write_package_descriptor(const FwOutMap& map, const std::string& path,
-                              const ImageManifest& manifest);
+                              std::uint32_t date, std::uint32_t module_type);
 
 }  // namespace tova_fw_builder

@@ -17,7 +17,8 @@ namespace tova_fw_builder {
 // same length. An input below 8 bytes gives four empty files.
 //
 // Throws std::runtime_error "Failed to open file: " and the path for `input`,
-// with the four outputs made by then. An output that can't be written is not
+// or "Cannot tell the length of file: " and the path, with the four outputs
+// made by then. An output that can't be written is not
 // reported.
 void split_binary(const std::string& input, const std::string& name_a,
                   const std::string& name_b);
