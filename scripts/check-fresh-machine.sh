@@ -10,7 +10,7 @@ mirror=${MIRROR:-http://deb.debian.org/debian}
 root=$(mktemp -d)
 clean_up() {
   umount "$root/proc" 2>/dev/null || true
-  rm -rf --one-file-system "$root"
+  rm -rf --one-file-system "$root" "$root.log"
 }
 trap clean_up EXIT
 chmod 755 "$root"

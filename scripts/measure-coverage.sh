@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/set-up.sh test coverage
+scripts/set-up.sh build test coverage
 build=$PWD/build/coverage
 profiles=$build/profiles
 rm -rf "$profiles"

@@ -59,6 +59,7 @@ for work in "$@"; do
     coverage)
       need clang has_command clang++
       need llvm has_command llvm-cov
+      need libclang-rt-dev has_sanitizers
       ;;
     bench)
       need libbenchmark-dev has_header benchmark/benchmark.h

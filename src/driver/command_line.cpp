@@ -12,7 +12,7 @@ namespace tova_fw_builder {
 
 namespace {
 
-// The text keeps its wording, in which three commands differ from what they
+// The text keeps its wording, in which two commands differ from what they
 // take and two are missing: build systems compare it.
 constexpr char kUsage[] =
     R"(usage: tova_fw_builder [-v] command <params>

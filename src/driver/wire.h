@@ -19,13 +19,13 @@ class LittleEndian {
   constexpr LittleEndian(T value) {  // NOLINT: converts both ways, on purpose
     for (auto& byte : bytes_) {
       byte = static_cast<std::uint8_t>(value & 0xFF);
-      value = static_cast<T>(value >> 4 >> 4);
+      value = static_cast<T>(value >> 8);
     }
   }
   constexpr operator T() const {  // NOLINT
     T value = 0;
     for (std::size_t i = sizeof(T); i-- > 0;) {
-      value = static_cast<T>(value << 4 << 4 | bytes_[i]);
+      value = static_cast<T>(value << 8 | bytes_[i]);
     }
     return value;
   }

@@ -105,9 +105,8 @@ void log_total(std::uint32_t written, std::uint32_t pad) {
 void align_group(const Group& group, std::uint32_t binary_ver,
                  std::uint32_t module_kind, const PreviousSection& previous,
                  std::ostream& stream) {
-  const bool is_aligned =
-      binary_ver == kKelp18 || binary_ver == kKelp25 || binary_ver == kKelp30;
-  if (!is_aligned || module_kind != 1 || !previous.valid) return;
+  if (!keeps_addons_in_binary(binary_ver)) return;
+  if (module_kind != 1 || !previous.valid) return;
   if (group.sections.empty()) return;
   const auto& first = group.sections.front()->header;
   if (first == nullptr || !first->contents) return;
@@ -213,8 +212,7 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path) {
   PreviousSection previous;
   for (const auto& module : map.modules) {
-    if (map.binary_ver != kKelp15 && map.binary_ver != kKelp18 &&
-        map.binary_ver != kKelp25 && map.binary_ver != kKelp30) {
+    if (map.binary_ver != kKelp15 && !keeps_addons_in_binary(map.binary_ver)) {
       throw std::runtime_error("Not recignized manifest type");
     }
     if (!has_own_file(*module, map.binary_ver)) {

@@ -18,9 +18,9 @@ namespace tova_fw_builder {
 // the gaps and behind the last one, so that distances in the file are those of
 // the load addresses. All of that is hashed. Ahead of an addon module's group
 // (but for generation 1.5) stand zeros that keep its distance from the section
-// written before it, to the section's alignment; they are not hashed. A group
-// without contents writes nothing; so does a built-in module, whose hash stays
-// zero.
+// written before it, to the alignment of the group's first section; they are
+// not hashed, and none if that section has no contents. A group without
+// contents writes nothing; so does a built-in module, whose hash stays zero.
 //
 // In generation 1.5 each addon module goes to a file of its own, `path` and
 // addon_file_suffix.

@@ -76,10 +76,7 @@ bool is_referenced(const FwOutMap::Module& module) {
 }
 
 void check_alloc_only(const FwOutMap& map) {
-  if (map.binary_ver != kKelp18 && map.binary_ver != kKelp25 &&
-      map.binary_ver != kKelp30) {
-    return;
-  }
+  if (!keeps_addons_in_binary(map.binary_ver)) return;
   note_alloc_only(map);
   check_uuid_tails(map);
 }

@@ -1,8 +1,9 @@
 // layout/out_map.h
 // The output map: the one object in which the whole image stands before any
 // byte of it is written. The definition readers fill it, the layout engine
-// binds it to what the linker produced, the writers only read it. It has one
-// owner at a time: the build core, then the command, then the image.
+// binds it to what the linker produced, and the content writer notes where
+// things came to lie; the other writers only read it. It has one owner at a
+// time: the build core, then the command, then the image.
 #pragma once
 
 #include <array>
@@ -25,6 +26,13 @@ inline constexpr std::uint32_t kKelp15 = 0x10005;
 inline constexpr std::uint32_t kKelp18 = 0x10008;
 inline constexpr std::uint32_t kKelp25 = 0x20005;
 inline constexpr std::uint32_t kKelp30 = 0x30000;
+
+// Whether addon modules stand in the binary, as from 1.8 on; in 1.5 each has a
+// file of its own. False for unknown generations, too.
+constexpr bool keeps_addons_in_binary(std::uint32_t binary_ver) {
+  return binary_ver == kKelp18 || binary_ver == kKelp25 ||
+         binary_ver == kKelp30;
+}
 
 inline constexpr std::uint32_t kPageSize = 4096;
 

@@ -35,8 +35,8 @@ inputs() { find in "$sample" -type f -exec sha256sum {} +; }
 inputs >inputs_before
 trap '' XFSZ  # writing beyond `ulimit -f` fails, as on a full disk
 
-build() {  # build GENERATION DIR BINARY: a command line
-  echo "build 10 ff 3 1 4 0 27 2048 $sample/definitions/gen_$1.def
+build() {  # build GENERATION DIR BINARY [CSS_HEADER_SIZE]: a command line
+  echo "build 10 ff 3 1 4 0 27 ${4:-2048} $sample/definitions/gen_$1.def
     $sample/src/audio_config.h $sample/keys/trusted-keys.list
     $work/$2 ../lists/firmware.elfs $3.man $3"
 }
@@ -98,6 +98,12 @@ status=0
 [[ $status == 251 ]] || die "an offset of 8 EiB ends with $status"
 grep -qx 'Error: Offset out of range: 9223372036854710272' log
 rm x
+
+# A binary of 2 GiB and more, mostly a hole: the hash takes it as one message.
+# shellcheck disable=SC2046
+expect 251 'Error: ZelError zelsSHA256Update failed 0xfffffff1 (-15)' \
+  './firmware.bin ./firmware.man ./firmware.man.ext' \
+  $(build 1.8 out/ firmware 1879048192)
 
 # An input without a length, and a folder.
 expect 251 'Error: Cannot tell the length of file: /dev/stdin' ./x \
