@@ -11,6 +11,10 @@ tool=$(realpath "$1")
 mkdir -p "$2"
 out=$(realpath "$2")
 sample=$(realpath "$(dirname "$0")/../examples/audio_firmware")
+[[ $sample != *[[:space:]]* ]] || {
+  echo "ELF lists can't hold a path with a blank: $sample" >&2
+  exit 1
+}
 elfs=(base_fw mixer reverb meter)
 
 rm -rf "$out"/{gen-1.5,gen-1.8,gen-2.5,gen-3.0,rom,logs}
