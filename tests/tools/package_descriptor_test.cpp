@@ -34,7 +34,7 @@ TEST(PackageDescriptor, ListsLeadingBaseModulesAndAddonFiles) {
   map.version = {1, 2, 3, 4};
   map.fw_img_flags = 0x10;
   map.feature_mask = 0xff;
-  for (const std::uint32_t kind : {0, 0, 2, 1, 0}) {
+  for (const std::uint32_t kind : {0u, 0u, 2u, 1u, 0u}) {
     auto module = std::make_unique<FwOutMap::Module>();
     module->name = std::string(1, static_cast<char>('A' + map.modules.size()));
     module->uuid = Uuid(std::array<std::uint8_t, 16>{});
