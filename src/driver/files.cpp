@@ -11,13 +11,19 @@ namespace tova_fw_builder {
 
 namespace {
 
-// Fits the caches beside what the callers make of it: pieces of 256 KiB copy a
-// third slower.
-constexpr std::size_t kPiece = 64 * 1024;
+// Fits the second-level cache.
+constexpr std::size_t kPiece = 256 * 1024;
 constexpr std::size_t kLongestDirectory = 259;
 
 constexpr char kSeparator =
     static_cast<char>(std::filesystem::path::preferred_separator);
+
+// Room for a piece starts a page. Were it some bytes behind the start of one,
+// as long blocks of memory are, the processor would take what it loads from a
+// file's page for bytes that it is still storing: a third of the speed.
+struct alignas(4096) Page {
+  std::array<std::uint8_t, 4096> bytes;
+};
 
 }  // namespace
 
@@ -83,13 +89,16 @@ std::uint64_t file_length(std::istream& in, const std::string& path) {
 
 void read_in_pieces(std::istream& in, std::uint64_t length,
                     const TakeBytes& take) {
-  std::vector<std::uint8_t> piece(std::min<std::uint64_t>(length, kPiece));
+  std::vector<Page> pages(
+      (std::min<std::uint64_t>(length, kPiece) + sizeof(Page) - 1) /
+      sizeof(Page));
+  auto* piece = reinterpret_cast<std::uint8_t*>(pages.data());
   while (length > 0 && in) {
-    const auto wanted = std::min<std::uint64_t>(length, piece.size());
-    in.read(reinterpret_cast<char*>(piece.data()),
+    const auto wanted = std::min<std::uint64_t>(length, kPiece);
+    in.read(reinterpret_cast<char*>(piece),
             static_cast<std::streamsize>(wanted));
     const auto got = static_cast<std::size_t>(in.gcount());
-    if (got > 0) take({piece.data(), got});
+    if (got > 0) take({piece, got});
     length -= got;
   }
 }

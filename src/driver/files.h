@@ -50,7 +50,7 @@ std::uint64_t file_length(std::istream& in, const std::string& path);
 
 using TakeBytes = std::function<void(std::span<const std::uint8_t>)>;
 
-// Reads up to `length` bytes and hands them on in pieces of at most 64 KiB,
+// Reads up to `length` bytes and hands them on in pieces of at most 256 KiB,
 // each but the last a multiple of 4096 bytes long. Ends early where the file
 // does, so a file that shrinks meanwhile yields what was there.
 void read_in_pieces(std::istream& in, std::uint64_t length,
