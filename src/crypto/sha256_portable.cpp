@@ -1,5 +1,6 @@
 // SHA-256's compression function in plain C++. The message schedule is kept as
-// a window of 16 words that moves with the rounds.
+// a window of 16 words that moves with the rounds: each word is computed right
+// ahead of its round, so that the processor works on both at once.
 #include <bit>
 
 #include "crypto/sha_blocks.h"
@@ -11,11 +12,15 @@ namespace {
 
 using Word = std::uint32_t;
 
-Word big_endian(const std::uint8_t* p) {
+struct Working {
+  Word a, b, c, d, e, f, g, h;
+};
+
+[[gnu::always_inline]] inline Word big_endian(const std::uint8_t* p) {
   return Word{p[0]} << 24 | Word{p[1]} << 16 | Word{p[2]} << 8 | Word{p[3]};
 }
 
-Word next_word(const Word* w, int t) {
+[[gnu::always_inline]] inline Word next_word(const Word* w, int t) {
   const Word w2 = w[(t + 14) & 15];
   const Word w15 = w[(t + 1) & 15];
   const Word s1 = std::rotr(w2, 17) ^ std::rotr(w2, 19) ^ (w2 >> 10);
@@ -33,9 +38,25 @@ Word next_word(const Word* w, int t) {
   const Word sum0 = std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22);
   // a ^ b is the next round's b ^ c, and the compiler keeps it.
   const Word majority = b ^ ((a ^ b) & (b ^ c));
-  const Word t1 = h + sum1 + choice + k_plus_w;
+  const Word t1 = (h + k_plus_w) + (choice + sum1);
   d += t1;
   h = t1 + sum0 + majority;
+}
+
+// The rounds from i on, counted like `k`; `word` yields a round's word.
+template <typename WordOfRound>
+[[gnu::always_inline]] inline void eight_rounds(Working& s, const Word* k,
+                                                int i,
+                                                const WordOfRound& word) {
+  auto& [a, b, c, d, e, f, g, h] = s;
+  round(a, b, c, d, e, f, g, h, k[i] + word(i));
+  round(h, a, b, c, d, e, f, g, k[i + 1] + word(i + 1));
+  round(g, h, a, b, c, d, e, f, k[i + 2] + word(i + 2));
+  round(f, g, h, a, b, c, d, e, k[i + 3] + word(i + 3));
+  round(e, f, g, h, a, b, c, d, k[i + 4] + word(i + 4));
+  round(d, e, f, g, h, a, b, c, k[i + 5] + word(i + 5));
+  round(c, d, e, f, g, h, a, b, k[i + 6] + word(i + 6));
+  round(b, c, d, e, f, g, h, a, k[i + 7] + word(i + 7));
 }
 
 }  // namespace
@@ -44,27 +65,17 @@ void sha256_blocks_portable(Word* state, const std::uint8_t* blocks,
                             std::size_t count) {
   for (; count > 0; --count, blocks += 64) {
     Word w[16];
-    for (int t = 0; t < 16; ++t) w[t] = big_endian(blocks + 4 * t);
-
-    Word a = state[0], b = state[1], c = state[2], d = state[3];
-    Word e = state[4], f = state[5], g = state[6], h = state[7];
-    for (int t = 0; t < 64; t += 16) {
-      if (t > 0) {
-        for (int i = 0; i < 16; ++i) w[i] = next_word(w, i);
-      }
-      const Word* k = kSha256Rounds + t;
-      for (int i = 0; i < 16; i += 8) {
-        round(a, b, c, d, e, f, g, h, k[i] + w[i]);
-        round(h, a, b, c, d, e, f, g, k[i + 1] + w[i + 1]);
-        round(g, h, a, b, c, d, e, f, k[i + 2] + w[i + 2]);
-        round(f, g, h, a, b, c, d, e, k[i + 3] + w[i + 3]);
-        round(e, f, g, h, a, b, c, d, k[i + 4] + w[i + 4]);
-        round(d, e, f, g, h, a, b, c, k[i + 5] + w[i + 5]);
-        round(c, d, e, f, g, h, a, b, k[i + 6] + w[i + 6]);
-        round(b, c, d, e, f, g, h, a, k[i + 7] + w[i + 7]);
-      }
+    const auto first = [&](int i) { return w[i] = big_endian(blocks + 4 * i); };
+    const auto next = [&](int i) { return w[i] = next_word(w, i); };
+    Working s = {state[0], state[1], state[2], state[3],
+                 state[4], state[5], state[6], state[7]};
+    eight_rounds(s, kSha256Rounds, 0, first);
+    eight_rounds(s, kSha256Rounds, 8, first);
+    for (int t = 16; t < 64; t += 16) {
+      eight_rounds(s, kSha256Rounds + t, 0, next);
+      eight_rounds(s, kSha256Rounds + t, 8, next);
     }
-    const Word result[8] = {a, b, c, d, e, f, g, h};
+    const Word result[8] = {s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h};
     for (int i = 0; i < 8; ++i) state[i] += result[i];
   }
 }

@@ -70,10 +70,6 @@ using Schedule = Word[2 * 80];
   put_words(schedule, t, w[i]);
 }
 
-struct Working {
-  Word a, b, c, d, e, f, g, h;
-};
-
 [[gnu::always_inline]] inline void two_rounds(Word a, Word b, Word& c, Word& d,
                                               Word e, Word f, Word& g, Word& h,
                                               const Word* k_plus_w) {
@@ -82,7 +78,7 @@ struct Working {
 }
 
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline void eight_rounds(
-    Working& s, const Word* kw) {
+    Sha512Working& s, const Word* kw) {
   two_rounds(s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h, kw);
   two_rounds(s.g, s.h, s.a, s.b, s.c, s.d, s.e, s.f, kw + 4);
   two_rounds(s.e, s.f, s.g, s.h, s.a, s.b, s.c, s.d, kw + 8);
@@ -92,7 +88,8 @@ struct Working {
 // Eight rounds from round t on, and the schedule from word t + 16 on. The
 // oldest words are in w[i].
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline void
-eight_rounds_and_words(Working& s, Schedule& schedule, int t, Words* w, int i) {
+eight_rounds_and_words(Sha512Working& s, Schedule& schedule, int t, Words* w,
+                       int i) {
   const Word* kw = schedule + 2 * t;
   two_rounds(s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h, kw);
   extend(schedule, t + 16, w, i);
@@ -104,16 +101,6 @@ eight_rounds_and_words(Working& s, Schedule& schedule, int t, Words* w, int i) {
   extend(schedule, t + 22, w, i + 3);
 }
 
-[[gnu::always_inline]] inline void add_to(Word* state, const Working& s) {
-  const Word result[8] = {s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h};
-  for (int i = 0; i < 8; ++i) state[i] += result[i];
-}
-
-[[gnu::always_inline]] inline Working working_copy(const Word* state) {
-  return {state[0], state[1], state[2], state[3],
-          state[4], state[5], state[6], state[7]};
-}
-
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline void take_two_blocks(
     Word* state, const std::uint8_t* blocks) {
   alignas(32) Schedule schedule;
@@ -122,18 +109,18 @@ eight_rounds_and_words(Working& s, Schedule& schedule, int t, Words* w, int i) {
     w[i] = load_words(blocks + 16 * i, blocks + 128 + 16 * i);
     put_words(schedule, 2 * i, w[i]);
   }
-  Working s = working_copy(state);
+  Sha512Working s = sha512_working_copy(state);
   for (int t = 0; t < 64; t += 16) {
     eight_rounds_and_words(s, schedule, t, w, 0);
     eight_rounds_and_words(s, schedule, t + 8, w, 4);
   }
   eight_rounds(s, schedule + 2 * 64);
   eight_rounds(s, schedule + 2 * 72);
-  add_to(state, s);
+  sha512_add_to(state, s);
 
-  s = working_copy(state);
+  s = sha512_working_copy(state);
   for (int t = 0; t < 80; t += 8) eight_rounds(s, schedule + 2 * t + 2);
-  add_to(state, s);
+  sha512_add_to(state, s);
 }
 
 }  // namespace

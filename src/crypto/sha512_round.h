@@ -10,6 +10,23 @@ namespace tova_fw_builder {
 
 using Sha512Word = std::uint64_t;
 
+// The eight words that the rounds of one block work on.
+struct Sha512Working {
+  Sha512Word a, b, c, d, e, f, g, h;
+};
+
+[[gnu::always_inline]] inline Sha512Working sha512_working_copy(
+    const Sha512Word* state) {
+  return {state[0], state[1], state[2], state[3],
+          state[4], state[5], state[6], state[7]};
+}
+
+[[gnu::always_inline]] inline void sha512_add_to(Sha512Word* state,
+                                                 const Sha512Working& s) {
+  const Sha512Word result[8] = {s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h};
+  for (int i = 0; i < 8; ++i) state[i] += result[i];
+}
+
 // One round. Instead of moving the eight words on, the caller turns their
 // names by one place. Inlined by force: the builds rely on the words staying
 // in registers.
