@@ -6,15 +6,15 @@
 
 #include <immintrin.h>
 
-#include "crypto/sha512_round.h"
 #include "crypto/sha_blocks.h"
 #include "crypto/sha_constants.h"
+#include "crypto/sha_round.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-using Word = Sha512Word;
+using Word = std::uint64_t;
 using Words = __m256i;  // words t and t + 1 of the one block, then the other's
 
 // The schedule with the round constants added: word t of block b stands at
@@ -73,12 +73,12 @@ using Schedule = Word[2 * 80];
 [[gnu::always_inline]] inline void two_rounds(Word a, Word b, Word& c, Word& d,
                                               Word e, Word f, Word& g, Word& h,
                                               const Word* k_plus_w) {
-  sha512_round(a, b, c, d, e, f, g, h, k_plus_w[0]);
-  sha512_round(h, a, b, c, d, e, f, g, k_plus_w[1]);
+  sha_round(a, b, c, d, e, f, g, h, k_plus_w[0]);
+  sha_round(h, a, b, c, d, e, f, g, k_plus_w[1]);
 }
 
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline void eight_rounds(
-    Sha512Working& s, const Word* kw) {
+    ShaWorking<Word>& s, const Word* kw) {
   two_rounds(s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h, kw);
   two_rounds(s.g, s.h, s.a, s.b, s.c, s.d, s.e, s.f, kw + 4);
   two_rounds(s.e, s.f, s.g, s.h, s.a, s.b, s.c, s.d, kw + 8);
@@ -88,7 +88,7 @@ using Schedule = Word[2 * 80];
 // Eight rounds from round t on, and the schedule from word t + 16 on. The
 // oldest words are in w[i].
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline void
-eight_rounds_and_words(Sha512Working& s, Schedule& schedule, int t, Words* w,
+eight_rounds_and_words(ShaWorking<Word>& s, Schedule& schedule, int t, Words* w,
                        int i) {
   const Word* kw = schedule + 2 * t;
   two_rounds(s.a, s.b, s.c, s.d, s.e, s.f, s.g, s.h, kw);
@@ -109,18 +109,18 @@ eight_rounds_and_words(Sha512Working& s, Schedule& schedule, int t, Words* w,
     w[i] = load_words(blocks + 16 * i, blocks + 128 + 16 * i);
     put_words(schedule, 2 * i, w[i]);
   }
-  Sha512Working s = sha512_working_copy(state);
+  ShaWorking<Word> s = sha_working_copy(state);
   for (int t = 0; t < 64; t += 16) {
     eight_rounds_and_words(s, schedule, t, w, 0);
     eight_rounds_and_words(s, schedule, t + 8, w, 4);
   }
   eight_rounds(s, schedule + 2 * 64);
   eight_rounds(s, schedule + 2 * 72);
-  sha512_add_to(state, s);
+  sha_add_to(state, s);
 
-  s = sha512_working_copy(state);
+  s = sha_working_copy(state);
   for (int t = 0; t < 80; t += 8) eight_rounds(s, schedule + 2 * t + 2);
-  sha512_add_to(state, s);
+  sha_add_to(state, s);
 }
 
 }  // namespace
