@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "crypto/sha_blocks.h"
+#include "crypto/internal/sha_blocks.h"
 #include "crypto/sha_hash.h"
 
 namespace tova_fw_builder {

@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "definitions/definition_reader.h"
-#include "definitions/image_layout.h"
-#include "driver/log.h"
+#include "definitions/image_block.h"
+#include "driver/ground/log.h"
 #include "input_map/fw_image_map.h"
 #include "input_map/section_table.h"
 #include "input_map/symbol_list.h"

@@ -1,7 +1,7 @@
 // The statement readers, on any text in place of a flattened one.
 #include <sstream>
 
-#include "definitions/image_layout.h"
+#include "definitions/image_block.h"
 #include "harness.h"
 
 void fuzz_one(const std::string& input) {

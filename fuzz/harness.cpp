@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// fuzz/harness.h
+// harness.h
 // What the fuzz targets share. The log is on at its highest level, so that
 // every line is formatted, and goes nowhere.
 #pragma once

@@ -1,6 +1,6 @@
 // The script of `build_img`, with files "a" and "b" to place.
 #include "harness.h"
-#include "tools/build_image.h"
+#include "tools/build_img_command.h"
 
 void fuzz_one(const std::string& input) {
   const auto files = cut(input, 3);

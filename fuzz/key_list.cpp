@@ -1,5 +1,5 @@
 // The key list: the list itself, and a key file called "k" that it can name.
-#include "signing/key_list.h"
+#include "signing/keys/key_list.h"
 
 #include "harness.h"
 

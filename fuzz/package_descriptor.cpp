@@ -1,6 +1,6 @@
 // The package descriptor as `asm` reads it, with files "a" and "b" to join.
 #include "harness.h"
-#include "tools/assemble_image.h"
+#include "tools/asm_command.h"
 
 void fuzz_one(const std::string& input) {
   const auto files = cut(input, 3);

@@ -7,7 +7,7 @@
 function handle_function(    statements, count, i, rest) {
   gsub(/"[ \n]*\n[ \n]*"/, "", body)
   if (mode == "errors" &&
-      body !~ /throw|Error\(|kLogWarning|kLogError|"zels?[A-RT-Z]/) {
+      body !~ /throw|Error\(|log_(warning|error)\(|"zels?[A-RT-Z]/) {
     body = ""
     return
   }
@@ -15,7 +15,7 @@ function handle_function(    statements, count, i, rest) {
   for (i = 1; i <= count; ++i) {
     rest = statements[i]
     if (mode == "errors") {
-      if (rest ~ /LogLine\(kLog(Info|Detail)\)|log_(line|bytes)\(|static_assert/) continue
+      if (rest ~ /log_(info|detail|argument|bytes|step)\(|static_assert/) continue
       gsub(/[=!]= *"[^"]*"/, "", rest)
     }
     while (match(rest, /"([^"\\\n]|\\.)*"/)) {

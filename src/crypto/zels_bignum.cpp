@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "crypto/big_num_context.h"
+#include "crypto/internal/big_num_context.h"
 
 namespace tova_fw_builder {
 

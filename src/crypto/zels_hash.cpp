@@ -8,8 +8,8 @@
 #include <cstring>
 #include <span>
 
-#include "crypto/sha_blocks.h"
-#include "crypto/zels_context.h"
+#include "crypto/internal/sha_blocks.h"
+#include "crypto/internal/zels_context.h"
 
 namespace tova_fw_builder {
 

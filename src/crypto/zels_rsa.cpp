@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "crypto/big_num_context.h"
-#include "crypto/modular_power.h"
-#include "crypto/rsa_key_context.h"
+#include "crypto/internal/big_num_context.h"
+#include "crypto/internal/modular_power.h"
+#include "crypto/internal/rsa_key_context.h"
 #include "crypto/zels_bignum.h"
 
 namespace tova_fw_builder {

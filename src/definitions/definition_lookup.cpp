@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "driver/files.h"
-#include "driver/log.h"
+#include "driver/ground/files.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
@@ -23,9 +23,7 @@ std::string canonical_path(const std::string& name) {
 }
 
 void log_attempt(const char* outcome, const std::string& name) {
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream() << outcome << name;
-  }
+  log_detail(outcome, name);
 }
 
 }  // namespace

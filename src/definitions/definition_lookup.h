@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 

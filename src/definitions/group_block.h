@@ -2,7 +2,7 @@
 #pragma once
 
 #include "definitions/statement_block.h"
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

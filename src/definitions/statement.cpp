@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "driver/numbers.h"
-#include "driver/text_reader.h"
+#include "driver/ground/numbers.h"
 
 namespace tova_fw_builder {
 

@@ -6,7 +6,7 @@
 #include <exception>
 #include <iostream>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
@@ -44,16 +44,12 @@ int dispatch(std::span<const std::string> arguments,
   const auto parameters = arguments.subspan(1);
   const auto command = std::ranges::find(commands, word, &Command::word);
   if (command == commands.end()) {
-    if (log_level() >= kLogError) {
-      LogLine(kLogError).stream() << "Invalid command " << word;
-    }
+    log_error("Invalid command ", word);
     print_usage();
     return kNoCommand;
   }
   if (parameters.size() < command->min_parameters) {
-    if (log_level() >= kLogError) {
-      LogLine(kLogError).stream() << "Insufficient number of args";
-    }
+    log_error("Insufficient number of args");
     print_usage();
     return kTooFewParameters;
   }
@@ -72,9 +68,7 @@ int run_command_line(std::span<const std::string> arguments,
   try {
     return dispatch(arguments, commands);
   } catch (const std::exception& error) {
-    if (log_level() >= kLogError) {
-      LogLine(kLogError).stream() << error.what();
-    }
+    log_error(error.what());
     return kCommandFailed;
   }
 }

@@ -4,19 +4,19 @@
 
 #include <cstdint>
 
-#include "driver/files.h"
-#include "driver/numbers.h"
-#include "driver/version.h"
+#include "driver/ground/files.h"
+#include "driver/ground/numbers.h"
+#include "driver/ground/version.h"
 #include "image/build_command.h"
 #include "image/buildrom_command.h"
 #include "signing/hash_key_command.h"
 #include "signing/sign_command.h"
 #include "signing/verify_command.h"
 #include "signing/write_c_command.h"
-#include "tools/assemble_image.h"
-#include "tools/build_image.h"
-#include "tools/make_hex_file.h"
-#include "tools/split_binary.h"
+#include "tools/asm_command.h"
+#include "tools/build_img_command.h"
+#include "tools/make_hex_command.h"
+#include "tools/split_command.h"
 
 namespace tova_fw_builder {
 

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "image/module_entry.h"
 #include "image/symbol_table.h"
-#include "layout/group_binding.h"
+#include "layout/segment.h"
 
 namespace tova_fw_builder {
 
@@ -41,8 +41,8 @@ TovaFwBinaryHeader make_header(const FwOutMap& map, std::uint32_t base_offset) {
   }
   header.preload_page_count = preload_pages(map, base_offset);
   header.fw_img_flags = map.fw_img_flags;
-  if ((map.fw_img_flags & kTestBuildFlag) != 0 && log_level() >= kLogWarning) {
-    LogLine(kLogWarning).stream() << "=TP= FLAG TURNED ON FOR PP BUILDS !!!";
+  if ((map.fw_img_flags & kTestBuildFlag) != 0) {
+    log_warning("=TP= FLAG TURNED ON FOR PP BUILDS !!!");
   }
   header.feature_mask = map.feature_mask;
   header.major_ver = map.version.major;
@@ -108,8 +108,9 @@ std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,
       print_module_entry(LogLine(kLogInfo).stream(), entries.back());
     }
     if (map.binary_ver == kKelp15) {
-      file_base += module->type == 0 ? static_cast<std::uint32_t>(map.image_end)
-                                     : load_bytes(*module);
+      file_base += module->type == FwOutMap::Module::kBaseFirmwareType
+                       ? static_cast<std::uint32_t>(map.image_end)
+                       : load_bytes(*module);
     }
   }
   return entries;
@@ -141,7 +142,7 @@ void write_binary_header(const FwOutMap& map, std::ostream& stream,
     print_header(LogLine(kLogInfo).stream(), header);
   }
   write_record(stream, header);
-  if (log_level() >= kLogInfo) LogLine(kLogInfo).stream() << "Module Entries";
+  log_info("Module Entries");
   const auto entries = write_module_entries(map, stream, base_offset);
   write_configurations(map, stream);
   write_symbol_table(stream, map.exported_symbols, entries);

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <ostream>
 
-#include "driver/wire.h"
-#include "layout/out_map.h"
+#include "driver/ground/wire.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

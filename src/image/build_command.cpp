@@ -7,11 +7,11 @@
 #include <fstream>
 #include <utility>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "image/image.h"
 #include "layout/build_core.h"
 #include "layout/memory_description.h"
-#include "tools/package_descriptor.h"
+#include "tools/package_descriptor/package_descriptor.h"
 
 namespace tova_fw_builder {
 
@@ -34,20 +34,19 @@ struct OutputPaths {
 void log_head(const BuildArguments& arguments) {
   if (log_level() < kLogInfo) return;
   const Version& version = arguments.version;
-  LogLine(kLogInfo).stream()
-      << "Building FW Image image_flags " << std::hex << arguments.img_flags
-      << " feature_mask " << arguments.feat_mask << std::dec << " version "
-      << version.major << '.' << version.minor << '.' << version.hotfix << '.'
-      << version.build;
+  log_info("Building FW Image image_flags ", std::hex, arguments.img_flags,
+           " feature_mask ", arguments.feat_mask, std::dec, " version ",
+           version.major, '.', version.minor, '.', version.hotfix, '.',
+           version.build);
 }
 
 void log_paths(const BuildArguments& arguments, const OutputPaths& paths) {
   if (log_level() < kLogDetail) return;
   const auto line = [](const char* label, const std::string& value) {
-    LogLine(kLogDetail).stream() << label << value;
+    log_detail(label, value);
   };
-  LogLine(kLogDetail).stream() << "CSS headers size                : 0x"
-                               << std::hex << arguments.css_header_size;
+  log_detail("CSS headers size                : 0x", std::hex,
+             arguments.css_header_size);
   line("IMAGE DEF default dir           : ", arguments.default_dir);
   line("IMAGE DEF path                  : ", arguments.image_def_path);
   line("MODCFG file path                : ", arguments.module_config_path);
@@ -61,9 +60,13 @@ void log_paths(const BuildArguments& arguments, const OutputPaths& paths) {
 
 std::unique_ptr<Image> build_image_object(const BuildArguments& arguments,
                                           const OutputPaths& paths) {
-  auto map = build_out_map(false, paths.elf_list, arguments.key_list_path,
-                           arguments.default_dir, arguments.image_def_path,
-                           arguments.module_config_path);
+  auto map = build_out_map({
+      .elf_list_path = paths.elf_list,
+      .key_list_path = arguments.key_list_path,
+      .default_dir = arguments.default_dir,
+      .image_def_path = arguments.image_def_path,
+      .module_config_path = arguments.module_config_path,
+  });
   map->fw_img_flags = arguments.img_flags;
   map->feature_mask = arguments.feat_mask;
   map->version = arguments.version;
@@ -85,16 +88,12 @@ void build_command(const BuildArguments& arguments) {
   std::ofstream extended_file(paths.extended, std::ios_base::binary);
 
   const auto image = build_image_object(arguments, paths);
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "\nWriting sections to " << paths.binary;
-  }
+  log_info("\nWriting sections to ", paths.binary);
   image->write(binary, paths.binary, arguments.css_header_size);
 
   // Behind write(), whose length and digest the manifest takes.
   auto manifest = image->create_manifest(false, arguments.imr_type);
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "\nWriting manifest to " << paths.manifest;
-  }
+  log_info("\nWriting manifest to ", paths.manifest);
   manifest->write(manifest_file, *image);
   manifest->write_extended(extended_file, *image);
 

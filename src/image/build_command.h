@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "driver/version.h"
+#include "driver/ground/version.h"
 
 namespace tova_fw_builder {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "layout/build_core.h"
 #include "layout/content_writer.h"
 
@@ -15,7 +15,7 @@ namespace tova_fw_builder {
 namespace {
 
 void log_argument(const char* label, const std::string& value) {
-  if (log_level() >= kLogDetail) LogLine(kLogDetail).stream() << label << value;
+  log_detail(label, value);
 }
 
 }  // namespace
@@ -25,9 +25,7 @@ void buildrom_command(const std::string& default_dir,
                       const std::string& out_dir,
                       const std::string& elf_list_name,
                       const std::string& binary_name) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Building ROM Image ";
-  }
+  log_info("Building ROM Image ");
   const std::string elf_list_path = out_dir + elf_list_name;
   const std::string binary_path = out_dir + binary_name;
   log_argument("IMAGE DEF default dir   : ", default_dir);
@@ -36,12 +34,14 @@ void buildrom_command(const std::string& default_dir,
   log_argument("ELF_LIST file path      : ", elf_list_path);
   log_argument("BIN file path           : ", binary_path + "\n");
 
-  const std::unique_ptr<FwOutMap> map = build_out_map(
-      true, elf_list_path, "", default_dir, image_def_path, std::nullopt);
+  const std::unique_ptr<FwOutMap> map = build_out_map({
+      .rom_mode = true,
+      .elf_list_path = elf_list_path,
+      .default_dir = default_dir,
+      .image_def_path = image_def_path,
+  });
   std::ofstream binary(binary_path + ".bin", std::ios_base::binary);
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "\nWriting sections to " << binary_path;
-  }
+  log_info("\nWriting sections to ", binary_path);
   write_module_contents(*map, binary, binary_path);
 }
 

@@ -9,7 +9,7 @@
 #include <ctime>
 #include <ostream>
 
-#include "driver/wire.h"
+#include "driver/ground/wire.h"
 
 namespace tova_fw_builder {
 

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "driver/wire.h"
+#include "driver/ground/wire.h"
 
 namespace tova_fw_builder {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "crypto/sha_hash.h"
-#include "driver/files.h"
-#include "driver/log.h"
+#include "driver/ground/files.h"
+#include "driver/ground/log.h"
 #include "image/binary_header.h"
 #include "image/extended_manifest.h"
 
@@ -89,9 +89,7 @@ void Kelp15FwManifest::write(std::ostream& stream, Image& image) {
 }
 
 void Kelp15FwManifest::write_extended(std::ostream& stream, Image& image) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Create extended manifest";
-  }
+  log_info("Create extended manifest");
   write_extended_manifest(image.map(), stream);
 }
 

@@ -5,9 +5,9 @@
 
 #include <span>
 
-#include "driver/byte_dump.h"
-#include "driver/files.h"
-#include "driver/log.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/files.h"
+#include "driver/ground/log.h"
 #include "image/binary_header.h"
 #include "image/extended_manifest.h"
 #include "layout/content_writer.h"
@@ -54,10 +54,8 @@ typename Facts::Digest digest_of(const MetadataExtension<Facts>& metadata) {
 
 template <typename Digest>
 void log_digest(const char* label, const Digest& digest) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << ByteDump{
-        .data = digest.data(), .length = digest.size(), .label = label};
-  }
+  log_info(
+      ByteDump{.data = digest.data(), .length = digest.size(), .label = label});
 }
 
 template <typename Facts>
@@ -80,16 +78,11 @@ template <typename Facts>
 void PaddedImage<Facts>::write(std::iostream& stream, const std::string& path,
                                std::uint32_t css_header_size) {
   const auto log_step = [](const char* step) {
-    if (log_level() >= kLogDetail) {
-      LogLine(kLogDetail).stream() << Facts::kLogPrefix << step;
-    }
+    log_detail(Facts::kLogPrefix, step);
   };
   const std::uint32_t pad = kContentsOffset - css_header_size;
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream()
-        << Facts::kLogPrefix << "Writing initial padding (size 0x" << std::hex
-        << pad << ')';
-  }
+  log_detail(Facts::kLogPrefix, "Writing initial padding (size 0x", std::hex,
+             pad, ')');
   write_padding(stream, pad);
   log_step("Writing content");
   write_module_contents(map(), stream, path);
@@ -134,9 +127,7 @@ void MetadataManifest<Facts>::write(std::ostream& stream, Image& /*image*/) {
 template <typename Facts>
 void MetadataManifest<Facts>::write_extended(std::ostream& stream,
                                              Image& image) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Create extended manifest";
-  }
+  log_info("Create extended manifest");
   write_extended_manifest(image.map(), stream);
 }
 

@@ -12,7 +12,7 @@
 #include <cstdint>
 
 #include "crypto/sha_hash.h"
-#include "driver/wire.h"
+#include "driver/ground/wire.h"
 #include "image/image.h"
 #include "image/unsigned_manifest.h"
 

@@ -2,7 +2,7 @@
 // header shows the state of the map before anything was written.
 #include "image/kelp30_image.h"
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "image/binary_header.h"
 #include "layout/content_writer.h"
 
@@ -12,11 +12,7 @@ namespace {
 
 constexpr std::uint32_t kContentsOffset = 32768;
 
-void log_step(const char* step) {
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream() << "kELP3.0: " << step;
-  }
-}
+void log_step(const char* step) { log_detail("kELP3.0: ", step); }
 
 }  // namespace
 

@@ -8,8 +8,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "definitions/uuid.h"
-#include "driver/byte_dump.h"
+#include "definitions/uuid/uuid.h"
+#include "driver/ground/byte_dump.h"
 
 namespace tova_fw_builder {
 
@@ -24,7 +24,8 @@ std::uint32_t type_word(const FwOutMap::Module& module) {
   if (module.auto_init) word |= ModuleEntry::kAutoInit;
   if (module.domain_ll) word |= ModuleEntry::kDomainLl;
   if (module.domain_dp) word |= ModuleEntry::kDomainDp;
-  if (module.module_kind == 2) word |= ModuleEntry::kKind2;
+  if (module.module_kind == FwOutMap::Module::kLibrary)
+    word |= ModuleEntry::kKind2;
   if (module.domain_rtos) word |= ModuleEntry::kDomainRtos;
   return word | (module.core_type & 0xFF) << ModuleEntry::kCoreTypeShift;
 }
@@ -67,7 +68,7 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
   entry.uuid = module.uuid.bytes();
   entry.aff_mask = module.affinity_mask;
   entry.type = type_word(module);
-  if (module.load_type == 1) entry.hash = module.hash;
+  if (module.load_type == FwOutMap::Module::kLoadable) entry.hash = module.hash;
   entry.ep = module.entry_point;
   entry.cfg_cnt = static_cast<std::uint16_t>(module.mod_cfg.size());
   if (!module.mod_cfg.empty()) {
@@ -76,8 +77,8 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
   entry.inst_max_cnt = static_cast<std::uint16_t>(module.instance_count);
   entry.inst_stack_size = static_cast<std::uint16_t>(module.stack_size);
   for (const auto& group : module.groups) {
-    entry.segments[group->type] =
-        make_segment(*group, module.load_type == 0, file_base);
+    entry.segments[group->type] = make_segment(
+        *group, module.load_type == FwOutMap::Module::kBuiltIn, file_base);
   }
   return entry;
 }

@@ -6,9 +6,9 @@
 #include <span>
 #include <stdexcept>
 
-#include "driver/files.h"
-#include "driver/log.h"
-#include "driver/wire.h"
+#include "driver/ground/files.h"
+#include "driver/ground/log.h"
+#include "driver/ground/wire.h"
 #include "image/image.h"
 #include "image/kelp15_image.h"
 #include "image/kelp15_manifest.h"
@@ -71,18 +71,13 @@ std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map) {
   if (entry == nullptr) {
     throw std::runtime_error("Unrecognized binary version");
   }
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream()
-        << "\nCreating image ver " << std::hex << std::setfill('0')
-        << std::setw(8) << map->binary_ver;
-  }
+  log_info("\nCreating image ver ", std::hex, std::setfill('0'), std::setw(8),
+           map->binary_ver);
   return entry->create(std::move(map));
 }
 
 std::unique_ptr<ImageManifest> read_manifest(const std::string& path) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Reading manifest from: " << path;
-  }
+  log_info("Reading manifest from: ", path);
   const auto stream = open_binary_input(path);
   // A file of less than 4 bytes leaves zero in the rest of the word, and its
   // stream failed: the seek doesn't mend it, and the reader finds nothing.

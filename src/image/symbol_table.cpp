@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "driver/log.h"
-#include "driver/wire.h"
+#include "driver/ground/log.h"
+#include "driver/ground/wire.h"
 
 namespace tova_fw_builder {
 
@@ -59,10 +59,8 @@ void write_symbol_table(std::ostream& stream,
   for (const FwImageMap::Symbol& symbol : symbols) {
     auto record = place_symbol(symbol.address, entries);
     if (!record) {
-      if (log_level() >= kLogWarning) {
-        LogLine(kLogWarning).stream() << "Cannot match symbol << "
-                                      << symbol.name << " to segment, skipping";
-      }
+      log_warning("Cannot match symbol << ", symbol.name,
+                  " to segment, skipping");
       continue;
     }
     record->name_offset = static_cast<std::uint32_t>(names.size()) + names_base;
@@ -72,9 +70,7 @@ void write_symbol_table(std::ostream& stream,
   }
   write_record(stream, Le32(static_cast<std::uint32_t>(names.size())));
   stream.write(names.data(), static_cast<std::streamsize>(names.size()));
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Exported " << count << " symbols";
-  }
+  log_info("Exported ", count, " symbols");
 }
 
 }  // namespace tova_fw_builder

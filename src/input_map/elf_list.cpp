@@ -3,30 +3,24 @@
 // all three paths are there.
 #include "input_map/elf_list.h"
 
-#include <sstream>
 #include <stdexcept>
 
-#include "driver/files.h"
-#include "driver/log.h"
-#include "driver/text_reader.h"
+#include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
 std::string first_word(const std::string& line) {
-  std::istringstream text(line);
-  return next_word(text);
-}
-
-void log_line(const char* label, const std::string& line) {
-  if (log_level() >= kLogDetail) LogLine(kLogDetail).stream() << label << line;
+  return std::string(LineFields(line).word());
 }
 
 }  // namespace
 
 ElfList read_elf_list(const std::string& path) {
-  log_line("Reading ELF list...", "");
+  log_detail("Reading ELF list...");
   const auto in = open_input(path);
   ElfList list;
   std::string elf, memmap, nm;
@@ -39,11 +33,11 @@ ElfList read_elf_list(const std::string& path) {
           "<elf, memmap, nm>");
     }
     list.push_back({first_word(elf), first_word(memmap), first_word(nm)});
-    log_line("+ ELF: ", elf);
-    log_line("+ MAP: ", memmap);
-    log_line("+ NM: ", nm);
+    log_detail("+ ELF: ", elf);
+    log_detail("+ MAP: ", memmap);
+    log_detail("+ NM: ", nm);
   }
-  log_line("", "");
+  log_detail();
   return list;
 }
 

@@ -8,10 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "driver/files.h"
-#include "driver/log.h"
-#include "input_map/section_table.h"
-#include "input_map/symbol_list.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
@@ -37,24 +34,7 @@ FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
   return joined;
 }
 
-void log_path(const char* label, const std::string& path) {
-  if (log_level() >= kLogDetail) LogLine(kLogDetail).stream() << label << path;
-}
-
 }  // namespace
-
-void FwImageMap::read_image_map(const std::string& memmap_path,
-                                const std::string& elf_path,
-                                const std::string& nm_path) {
-  log_path("Reading FW Image Map...", "");
-  log_path("  Memmap: ", memmap_path);
-  log_path("  ELF   : ", elf_path);
-  log_path("  NM    : ", nm_path);
-  const auto table = open_input(memmap_path);
-  const std::shared_ptr<std::istream> elf = open_binary_input(elf_path);
-  merge_symbols(read_symbols(nm_path));
-  read_section_table(*this, *table, elf);
-}
 
 void FwImageMap::add_stream_section(const std::string& name,
                                     std::shared_ptr<std::istream> stream) {
@@ -117,9 +97,7 @@ void FwImageMap::check_suffix_size(const std::string& suffix,
 void FwImageMap::warn_unreferenced() const {
   for (const auto& [name, header] : sections) {
     if (!header->load || header.use_count() != 1) continue;
-    if (log_level() >= kLogWarning) {
-      LogLine(kLogWarning).stream() << "Unreferenced loadable section " << name;
-    }
+    log_warning("Unreferenced loadable section ", name);
   }
 }
 

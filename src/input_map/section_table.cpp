@@ -11,9 +11,9 @@
 #include <string>
 #include <utility>
 
-#include "driver/log.h"
-#include "input_map/buffered_lines.h"
-#include "input_map/line_fields.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
@@ -41,16 +41,12 @@ constexpr FlagWord kFlagWords[] = {
 
 void log_table_head() {
   if (log_level() < kLogDetail) return;
-  LogLine(kLogDetail).stream() << std::left << std::setw(40) << "NAME" << ' '
-                               << std::right << std::setw(8) << "VMA"
-                               << "  " << std::setw(8) << "LMA"
-                               << "  " << std::setw(8) << "SIZE"
-                               << "  " << std::setw(8) << "FILE OFF"
-                               << "  FLAGS";
+  log_detail(std::left, std::setw(40), "NAME", ' ', std::right, std::setw(8),
+             "VMA", "  ", std::setw(8), "LMA", "  ", std::setw(8), "SIZE", "  ",
+             std::setw(8), "FILE OFF", "  FLAGS");
   const std::string column = std::string(8, '-') + "  ";
-  LogLine(kLogDetail).stream()
-      << std::string(40, '-') << ' ' << column << column << column << column
-      << std::string(16, '-');
+  log_detail(std::string(40, '-'), ' ', column, column, column, column,
+             std::string(16, '-'));
 }
 
 void log_row(const Header& header) {
@@ -66,7 +62,6 @@ void log_row(const Header& header) {
   for (const FlagWord& flag : kFlagWords) {
     if (header.*flag.flag) out << flag.shown;
   }
-  if (header.on_demand) out << "on_demand ";
 }
 
 // Yields null for a line that is no entry.
@@ -102,10 +97,7 @@ void store_header(FwImageMap& map, std::shared_ptr<Header> header) {
   if (header->load) {
     throw std::runtime_error("Duplicated section found: " + header->name);
   }
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream()
-        << "Duplicated non-loadable section found: " << header->name;
-  }
+  log_info("Duplicated non-loadable section found: ", header->name);
 }
 
 }  // namespace
@@ -113,7 +105,7 @@ void store_header(FwImageMap& map, std::shared_ptr<Header> header) {
 void read_section_table(FwImageMap& map, std::istream& table,
                         const std::shared_ptr<std::istream>& elf) {
   log_table_head();
-  BufferedLines lines(table);
+  LineReader lines(table);
   std::shared_ptr<Header> header;
   std::string_view line;
   map.parse_state = kBeforeTable;
@@ -134,7 +126,7 @@ void read_section_table(FwImageMap& map, std::istream& table,
         map.parse_state = kEntryLine;
     }
   }
-  if (log_level() >= kLogDetail) LogLine(kLogDetail).stream() << "";
+  log_detail("");
 }
 
 std::uint32_t parse_alignment(std::string_view text) {

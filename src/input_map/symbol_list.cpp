@@ -12,10 +12,10 @@
 #include <span>
 #include <string_view>
 
-#include "driver/files.h"
-#include "driver/log.h"
-#include "input_map/buffered_lines.h"
-#include "input_map/line_fields.h"
+#include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
@@ -37,7 +37,7 @@ constexpr auto kComesBefore = [](const ListedSymbol& a, const ListedSymbol& b) {
 // The symbols in the order of their lines, with names kept by `symbols`.
 std::vector<ListedSymbol> read_lines(std::istream& in,
                                      const FwImageMap::SymbolMap& symbols) {
-  BufferedLines lines(in);
+  LineReader lines(in);
   std::vector<ListedSymbol> listed;
   std::string_view line;
   while (lines.next(line)) {
@@ -97,10 +97,7 @@ FwImageMap::SymbolMap read_symbols(const std::string& path) {
     if (again) entries.pop_back();  // the last line of a name counts
     entries.push_back(symbol.entry);
   }
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Loaded " << symbols.entries.size()
-                               << " symbols from file: " << path;
-  }
+  log_info("Loaded ", symbols.entries.size(), " symbols from file: ", path);
   return symbols;
 }
 

@@ -3,59 +3,38 @@
 #include "layout/build_core.h"
 
 #include "definitions/definition_reader.h"
-#include "definitions/image_layout.h"
+#include "definitions/image_block.h"
 #include "definitions/modules_config.h"
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "input_map/elf_list.h"
 #include "input_map/fw_image_map.h"
 #include "layout/dependency_file.h"
 #include "layout/map_checks.h"
 #include "layout/module_connection.h"
-#include "signing/key_list.h"
+#include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {
 
-namespace {
-
-// A ".guard" section of exactly that name marks memory that must stay free, so
-// it has to be empty, whatever is allowed for others.
-void check_sizes(const FwOutMap& map, const FwImageMap& image_map) {
-  if (map.max_data != 0 && log_level() >= kLogWarning) {
-    LogLine(kLogWarning).stream()
-        << "allowing " << map.max_data << "b data section!\n";
-  }
-  image_map.check_section_size(".data", map.max_data);
-  image_map.check_section_size(".guard", 0);
-  image_map.check_suffix_size(".guard", map.max_data);
-}
-
-}  // namespace
-
-std::unique_ptr<FwOutMap> build_out_map(
-    bool rom_mode, const std::string& elf_list_path,
-    const std::string& key_list_path, const std::string& default_dir,
-    const std::string& image_def_path,
-    const std::optional<std::string>& module_config_path) {
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream()
-        << "Out image definifions default directory : " << default_dir;
-  }
+std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {
+  log_detail("Out image definifions default directory : ", inputs.default_dir);
   auto map = std::make_unique<FwOutMap>();
-  map->rom_mode = rom_mode;
-  map->default_dir = default_dir;
+  map->rom_mode = inputs.rom_mode;
+  map->default_dir = inputs.default_dir;
 
   // The definitions use the constants, so these come first.
-  if (module_config_path) read_modules_config(*map, *module_config_path);
-  read_image_layout(*map, read_image_defs(*map, image_def_path));
+  if (inputs.module_config_path) {
+    read_modules_config(*map, *inputs.module_config_path);
+  }
+  read_image_layout(*map, read_image_defs(*map, inputs.image_def_path));
 
   FwImageMap image_map;
-  if (!key_list_path.empty()) {
+  if (!inputs.key_list_path.empty()) {
     // Ahead of the ELF files, so that a section of that name in one of them
     // counts as the duplicate.
     image_map.add_stream_section(kPublicKeysStorage,
-                                 KeyList(key_list_path).stream);
+                                 KeyList(inputs.key_list_path).stream);
   }
-  for (const ElfListEntry& entry : read_elf_list(elf_list_path)) {
+  for (const ElfListEntry& entry : read_elf_list(inputs.elf_list_path)) {
     image_map.read_image_map(entry.memmap, entry.elf, entry.nm);
   }
 
@@ -64,7 +43,7 @@ std::unique_ptr<FwOutMap> build_out_map(
   // Behind the erasing of modules: what only they held counts as unreferenced.
   image_map.warn_unreferenced();
   check_alloc_only(*map);
-  write_dependency_file(elf_list_path, map->files_read);
+  write_dependency_file(inputs.elf_list_path, map->files_read);
   return map;
 }
 

@@ -11,9 +11,9 @@
 #include <stdexcept>
 
 #include "crypto/sha_hash.h"
-#include "driver/files.h"
-#include "driver/log.h"
-#include "layout/group_binding.h"
+#include "driver/ground/files.h"
+#include "driver/ground/log.h"
+#include "layout/segment.h"
 
 namespace tova_fw_builder {
 
@@ -58,23 +58,17 @@ std::uint64_t position_of(std::ostream& stream) {
 }
 
 void log_group(const FwOutMap::Module& module, const Group& group) {
-  if (log_level() < kLogInfo) return;
-  LogLine(kLogInfo).stream()
-      << '\n'
-      << module.name << ' ' << group_type_name(group.type)
-      << ((group.flags & Group::kOnDemand) != 0 ? " (on_demand)" : "")
-      << "    LMA: " << std::hex << load_address(group)
-      << "    Pages: " << group_pages(group);
+  log_info('\n', module.name, ' ', group_type_name(group.type),
+           (group.flags & Group::kOnDemand) != 0 ? " (on_demand)" : "",
+           "    LMA: ", std::hex, load_address(group),
+           "    Pages: ", group_pages(group));
 }
 
 void log_table_head() {
-  if (log_level() < kLogInfo) return;
-  LogLine(kLogInfo).stream()
-      << "  " << std::left << std::setw(50) << "NAME"
-      << "      SIZE   PRE-GAP       LMA       VMA  FILE OFF";
-  LogLine(kLogInfo).stream()
-      << "  " << std::string(50, '-')
-      << "  --------  --------  --------  --------  --------";
+  log_info("  ", std::left, std::setw(50), "NAME",
+           "      SIZE   PRE-GAP       LMA       VMA  FILE OFF");
+  log_info("  ", std::string(50, '-'),
+           "  --------  --------  --------  --------  --------");
 }
 
 void log_row(const FwOutMap::Section& section, std::uint32_t pre_gap,
@@ -83,44 +77,17 @@ void log_row(const FwOutMap::Section& section, std::uint32_t pre_gap,
   const Header& header = *section.header;
   std::string name = section.name;
   if (section.replacement != nullptr) name += " < " + section.replacement->name;
-  LogLine(kLogInfo).stream()
-      << "  " << std::left << std::setw(50) << name << std::right << std::hex
-      << "  " << std::setw(8) << header.size << "  " << std::setw(8) << pre_gap
-      << "  " << std::setw(8) << header.lma << "  " << std::setw(8)
-      << header.vma << "  " << std::setw(8)
-      << position_of(stream) - header.size;
+  log_info("  ", std::left, std::setw(50), name, std::right, std::hex, "  ",
+           std::setw(8), header.size, "  ", std::setw(8), pre_gap, "  ",
+           std::setw(8), header.lma, "  ", std::setw(8), header.vma, "  ",
+           std::setw(8), position_of(stream) - header.size);
 }
 
 void log_total(std::uint32_t written, std::uint32_t pad) {
-  if (log_level() < kLogInfo) return;
-  LogLine(kLogInfo).stream() << "  " << std::string(60, '-')
-                             << "  --------  --------  --------  --------";
-  LogLine(kLogInfo).stream()
-      << "  " << std::left << std::setw(60) << "Total" << std::right << "  "
-      << std::hex << std::setw(8) << written << " (segment aligned by " << pad
-      << ")\n";
-}
-
-// The zeros ahead of an addon module's group.
-void align_group(const Group& group, std::uint32_t binary_ver,
-                 std::uint32_t module_kind, const PreviousSection& previous,
-                 std::ostream& stream) {
-  if (!keeps_addons_in_binary(binary_ver)) return;
-  if (module_kind != 1 || !previous.valid) return;
-  if (group.sections.empty()) return;
-  const auto& first = group.sections.front()->header;
-  if (first == nullptr || !first->contents) return;
-  const std::uint32_t distance = first->lma - previous.size - previous.lma;
-  const std::uint32_t pad = distance & (0 - first->alignment);
-  if (pad == 0) return;
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream() << "Section not aligned in file correctly";
-  }
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream()
-        << "section group aligned by " << std::hex << pad;
-  }
-  write_zeros(stream, pad);
+  log_info("  ", std::string(60, '-'),
+           "  --------  --------  --------  --------");
+  log_info("  ", std::left, std::setw(60), "Total", std::right, "  ", std::hex,
+           std::setw(8), written, " (segment aligned by ", pad, ")\n");
 }
 
 // The header whose bytes take the section's room.
@@ -150,10 +117,72 @@ void copy_section(const Header& source, std::uint32_t room, GroupOutput& out) {
   put_zeros(out, room);
 }
 
+// One run over the modules.
+class ContentWriter {
+ public:
+  explicit ContentWriter(const FwOutMap& map) : binary_ver_(map.binary_ver) {}
+
+  void write_module(FwOutMap::Module& module, std::ostream& stream);
+
+ private:
+  void write_group(const FwOutMap::Module& module, Group& group,
+                   std::ostream& stream, Sha256Hash& hash);
+  void align_group(const FwOutMap::Module& module, const Group& group,
+                   std::ostream& stream) const;
+  void write_sections(const Group& group, GroupOutput& out);
+
+  std::uint32_t binary_ver_;
+  PreviousSection previous_;
+};
+
+void ContentWriter::write_module(FwOutMap::Module& module,
+                                 std::ostream& stream) {
+  if (module.load_type == FwOutMap::Module::kBuiltIn) {
+    log_info("INFO: Skipping built-in module (sects inc in base_fw) ",
+             module.name);
+    return;
+  }
+  Sha256Hash hash;
+  for (const auto& group : module.groups) {
+    log_group(module, *group);
+    write_group(module, *group, stream, hash);
+  }
+  hash.final(module.hash.data());
+}
+
+void ContentWriter::write_group(const FwOutMap::Module& module, Group& group,
+                                std::ostream& stream, Sha256Hash& hash) {
+  log_table_head();
+  align_group(module, group, stream);
+  group.file_offset = position_of(stream);
+  GroupOutput out{stream, hash};
+  write_sections(group, out);
+  const std::uint32_t pad =
+      out.written != 0 ? group_pages(group) * kPageSize - out.written : 0;
+  put_zeros(out, pad);
+  log_total(out.written, pad);
+}
+
+// The zeros ahead of an addon module's group.
+void ContentWriter::align_group(const FwOutMap::Module& module,
+                                const Group& group,
+                                std::ostream& stream) const {
+  if (!keeps_addons_in_binary(binary_ver_) || !previous_.valid) return;
+  if (module.module_kind != FwOutMap::Module::kAddon) return;
+  if (group.sections.empty()) return;
+  const auto& first = group.sections.front()->header;
+  if (first == nullptr || !first->contents) return;
+  const std::uint32_t distance = first->lma - previous_.size - previous_.lma;
+  const std::uint32_t pad = distance & (0 - first->alignment);
+  if (pad == 0) return;
+  log_detail("Section not aligned in file correctly");
+  log_info("section group aligned by ", std::hex, pad);
+  write_zeros(stream, pad);
+}
+
 // A section without contents is passed over, and the gap ahead of it is then
 // made ahead of the next one: its own room is never made up for.
-void write_sections(const Group& group, GroupOutput& out,
-                    PreviousSection& previous) {
+void ContentWriter::write_sections(const Group& group, GroupOutput& out) {
   std::uint32_t pre_gap = 0;
   for (std::size_t i = 0; i < group.sections.size(); ++i) {
     const FwOutMap::Section& section = *group.sections[i];
@@ -165,67 +194,34 @@ void write_sections(const Group& group, GroupOutput& out,
     if (i + 1 < group.sections.size()) {
       pre_gap = load_address(*group.sections[i + 1]) - header.lma - header.size;
     }
-    previous = {header.lma, header.size, true};
+    previous_ = {header.lma, header.size, true};
   }
 }
 
-void write_group(Group& group, std::uint32_t binary_ver,
-                 std::uint32_t module_kind, std::ostream& stream,
-                 Sha256Hash& hash, PreviousSection& previous) {
-  log_table_head();
-  align_group(group, binary_ver, module_kind, previous, stream);
-  group.file_offset = position_of(stream);
-  GroupOutput out{stream, hash};
-  write_sections(group, out, previous);
-  const std::uint32_t pad =
-      out.written != 0 ? group_pages(group) * kPageSize - out.written : 0;
-  put_zeros(out, pad);
-  log_total(out.written, pad);
-}
-
-void write_module(FwOutMap::Module& module, std::uint32_t binary_ver,
-                  std::ostream& stream, PreviousSection& previous) {
-  if (module.load_type == 0) {
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream()
-          << "INFO: Skipping built-in module (sects inc in base_fw) "
-          << module.name;
-    }
-    return;
-  }
-  Sha256Hash hash;
-  for (const auto& group : module.groups) {
-    log_group(module, *group);
-    write_group(*group, binary_ver, module.module_kind, stream, hash, previous);
-  }
-  hash.final(module.hash.data());
-}
-
+// A kind unknown to the definitions counts like an addon.
 bool has_own_file(const FwOutMap::Module& module, std::uint32_t binary_ver) {
-  constexpr std::uint32_t kKindBit = 2;
-  return binary_ver == kKelp15 && (module.module_kind & ~kKindBit) != 0;
+  return binary_ver == kKelp15 &&
+         module.module_kind != FwOutMap::Module::kBase &&
+         module.module_kind != FwOutMap::Module::kLibrary;
 }
 
 }  // namespace
 
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path) {
-  PreviousSection previous;
+  ContentWriter writer(map);
   for (const auto& module : map.modules) {
     if (map.binary_ver != kKelp15 && !keeps_addons_in_binary(map.binary_ver)) {
       throw std::runtime_error("Not recignized manifest type");
     }
     if (!has_own_file(*module, map.binary_ver)) {
-      write_module(*module, map.binary_ver, stream, previous);
+      writer.write_module(*module, stream);
       continue;
     }
     const std::string addon_path = path + addon_file_suffix(*module);
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream()
-          << "kELP1.5: Creating pkg addon module " << addon_path;
-    }
+    log_info("kELP1.5: Creating pkg addon module ", addon_path);
     std::ofstream addon(addon_path, std::ios_base::binary);
-    write_module(*module, map.binary_ver, addon, previous);
+    writer.write_module(*module, addon);
   }
   map.image_end = position_of(stream);
 }

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 

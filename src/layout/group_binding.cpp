@@ -4,13 +4,11 @@
 #include "layout/group_binding.h"
 
 #include <algorithm>
-#include <limits>
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
-#include "driver/log.h"
-#include "layout/map_checks.h"
+#include "driver/ground/log.h"
+#include "layout/segment.h"
 
 namespace tova_fw_builder {
 
@@ -36,8 +34,7 @@ std::uint32_t flags_of(const Header& header) {
   const std::pair<bool, std::uint32_t> bits[] = {
       {header.contents, Group::kContents}, {header.alloc, Group::kAlloc},
       {header.load, Group::kLoad},         {header.readonly, Group::kReadonly},
-      {header.code, Group::kCode},         {header.data, Group::kData},
-      {header.on_demand, Group::kOnDemand}};
+      {header.code, Group::kCode},         {header.data, Group::kData}};
   std::uint32_t flags = 0;
   for (const auto& [is_set, bit] : bits) {
     if (is_set) flags |= bit;
@@ -47,13 +44,9 @@ std::uint32_t flags_of(const Header& header) {
 
 void log_missing(const Section& section) {
   if (section.optional) {
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream() << "Section header " << section.name
-                                 << " not found, marked as optional";
-    }
-  } else if (log_level() >= kLogWarning) {
-    LogLine(kLogWarning).stream()
-        << "Section header " << section.name << " not found";
+    log_info("Section header ", section.name, " not found, marked as optional");
+  } else {
+    log_warning("Section header ", section.name, " not found");
   }
 }
 
@@ -77,9 +70,8 @@ void attach_section(Group& group, Section& section, const FwImageMap& image_map,
   if (replacement.header == nullptr) {
     replacement.header = image_map.find_section(replacement.name);
   }
-  if (replacement.header == nullptr && log_level() >= kLogWarning) {
-    LogLine(kLogWarning).stream()
-        << "Section replacement header " << replacement.name << " not found";
+  if (replacement.header == nullptr) {
+    log_warning("Section replacement header ", replacement.name, " not found");
   }
 }
 
@@ -99,11 +91,8 @@ void set_entry(Group& group) {
 
 void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
                   bool loadable) {
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream()
-        << "  Attaching headers to group " << group_type_name(group.type)
-        << " (" << group.type << ')';
-  }
+  log_detail("  Attaching headers to group ", group_type_name(group.type), " (",
+             group.type, ')');
   if (group.sections.empty()) return;
   for (const auto& section : group.sections) {
     attach_section(group, *section, image_map, check_types);
@@ -120,93 +109,6 @@ void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
   if (group.on_demand) group.flags |= Group::kOnDemand;
   if (!loadable) group.flags &= ~std::uint32_t{Group::kLoad};
   set_entry(group);
-}
-
-bool is_resolved(const Section& section) {
-  return section.header != nullptr &&
-         (section.replacement == nullptr || is_resolved(*section.replacement));
-}
-
-bool is_complete(const Group& group) {
-  return std::all_of(group.sections.begin(), group.sections.end(),
-                     [](const auto& section) {
-                       return section->optional || is_resolved(*section);
-                     });
-}
-
-void remove_optional(Group& group) {
-  std::vector<std::shared_ptr<Section>> kept;
-  for (auto& section : group.sections) {
-    if (!section->optional || section->header != nullptr) {
-      kept.push_back(std::move(section));
-    } else if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream()
-          << "Removing optional section " << section->name;
-    }
-  }
-  group.sections = std::move(kept);
-}
-
-void remove_empty_groups(FwOutMap::Module& module) {
-  std::vector<std::unique_ptr<Group>> kept;
-  for (auto& group : module.groups) {
-    if (!group->sections.empty()) {
-      kept.push_back(std::move(group));
-    } else if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream()
-          << "Removing empty section gruop: " << group_type_name(group->type);
-    }
-  }
-  module.groups = std::move(kept);
-}
-
-void erase_unreferenced(FwOutMap& map) {
-  std::vector<std::unique_ptr<FwOutMap::Module>> kept;
-  for (auto& module : map.modules) {
-    if (is_referenced(*module)) {
-      module->cfg_offset = map.mod_cfg_total;
-      map.mod_cfg_total += module->mod_cfg.size();
-      kept.push_back(std::move(module));
-    } else if (log_level() >= kLogWarning) {
-      LogLine(kLogWarning).stream()
-          << "Erasing unreferenced module " << module->name;
-    }
-  }
-  map.modules = std::move(kept);
-}
-
-std::uint32_t group_pages(const Group& group) {
-  const auto last =
-      std::find_if(group.sections.rbegin(), group.sections.rend(),
-                   [](const auto& section) { return section->header; });
-  if (last == group.sections.rend()) return 0;
-  const Header& header = *(*last)->header;
-  const std::uint32_t span =
-      header.lma - load_address(group) + (kPageSize - 1) + header.size;
-  return span / kPageSize;
-}
-
-std::uint32_t load_address(const Section& section) {
-  return section.header != nullptr ? section.header->lma
-                                   : std::numeric_limits<std::uint32_t>::max();
-}
-
-std::uint32_t load_address(const Group& group) {
-  return group.sections.empty() ? std::numeric_limits<std::uint32_t>::max()
-                                : load_address(*group.sections.front());
-}
-
-const char* group_type_name(std::uint32_t type) {
-  switch (type) {
-    case Group::kText:
-      return ".text";
-    case Group::kRodata:
-      return ".rodata";
-    case Group::kBss:
-      return ".bss";
-    default:
-      return "Unknown";
-  }
 }
 
 }  // namespace tova_fw_builder

@@ -1,12 +1,10 @@
 // layout/group_binding.h
 // Joins what the definitions name with what the linker produced, one group of
-// sections at a time, and takes out what isn't there.
+// sections at a time.
 #pragma once
 
-#include <cstdint>
-
 #include "input_map/fw_image_map.h"
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 
@@ -31,36 +29,5 @@ namespace tova_fw_builder {
 // replacement is never checked.
 void attach_group(FwOutMap::SectionGroup& group, const FwImageMap& image_map,
                   bool check_types, bool loadable);
-
-// True if the reference has a header and its replacement, if any, too.
-bool is_resolved(const FwOutMap::Section& section);
-
-// True if every reference is optional or resolved. An optional one passes even
-// with a header whose replacement is missing.
-bool is_complete(const FwOutMap::SectionGroup& group);
-
-// Drops the optional references without a header; logs a note for each.
-void remove_optional(FwOutMap::SectionGroup& group);
-
-// Drops the groups without a reference; logs a note for each.
-void remove_empty_groups(FwOutMap::Module& module);
-
-// Drops the modules for which is_referenced is false, each with a warning, and
-// numbers the configurations of those that stay: `cfg_offset`, and
-// `mod_cfg_total` of the map. Throws what is_referenced throws.
-void erase_unreferenced(FwOutMap& map);
-
-// The pages from the first reference's load address, wherever in a page that
-// is, to the end of the last one with a header; 0 if none has a header. All
-// arithmetic wraps at 32 bits.
-std::uint32_t group_pages(const FwOutMap::SectionGroup& group);
-
-// The load address of the reference, or of the group's first one; FFFFFFFF
-// without a header, or without a reference.
-std::uint32_t load_address(const FwOutMap::Section& section);
-std::uint32_t load_address(const FwOutMap::SectionGroup& group);
-
-// ".text", ".rodata", ".bss", else "Unknown".
-const char* group_type_name(std::uint32_t type);
 
 }  // namespace tova_fw_builder

@@ -5,8 +5,8 @@
 #include <set>
 #include <stdexcept>
 
-#include "driver/log.h"
-#include "layout/group_binding.h"
+#include "driver/ground/log.h"
+#include "layout/segment.h"
 
 namespace tova_fw_builder {
 
@@ -38,14 +38,11 @@ void note_alloc_only(const FwOutMap& map) {
   }
   if (last_other == nullptr || first_alloc == nullptr) return;
   if (load_address(*last_other) <= load_address(*first_alloc)) return;
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream()
-        << "Alloc-only section is placed in between other sections \n"
-        << std::hex << "firts alloc-only section base address     : "
-        << load_address(*first_alloc) << '\n'
-        << "last non-alloc-only section base address  : "
-        << load_address(*last_other) << '\n';
-  }
+  log_info("Alloc-only section is placed in between other sections \n",
+           std::hex, "firts alloc-only section base address     : ",
+           load_address(*first_alloc), '\n',
+           "last non-alloc-only section base address  : ",
+           load_address(*last_other), '\n');
 }
 
 }  // namespace
@@ -61,11 +58,8 @@ bool is_referenced(const FwOutMap::Module& module) {
       seen_mapped = true;
       continue;
     }
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream()
-          << "invalid section " << i << '/' << module.groups.size()
-          << " found for module: " << module.name << '\n';
-    }
+    log_info("invalid section ", i, '/', module.groups.size(),
+             " found for module: ", module.name, '\n');
     if (seen_mapped || module.required) {
       throw std::runtime_error("Partially mapped module " + module.name +
                                ", section: " + std::to_string(i));
@@ -73,6 +67,15 @@ bool is_referenced(const FwOutMap::Module& module) {
     seen_unmapped = true;
   }
   return seen_mapped;
+}
+
+void check_sizes(const FwOutMap& map, const FwImageMap& image_map) {
+  if (map.max_data != 0) {
+    log_warning("allowing ", map.max_data, "b data section!\n");
+  }
+  image_map.check_section_size(".data", map.max_data);
+  image_map.check_section_size(".guard", 0);
+  image_map.check_suffix_size(".guard", map.max_data);
 }
 
 void check_alloc_only(const FwOutMap& map) {

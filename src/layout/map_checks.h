@@ -2,7 +2,8 @@
 // Consistency checks of the bound map. None changes an address.
 #pragma once
 
-#include "layout/out_map.h"
+#include "input_map/fw_image_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 
@@ -15,6 +16,12 @@ namespace tova_fw_builder {
 // one that isn't. So for a required module the first text also means that
 // nothing of it was found.
 bool is_referenced(const FwOutMap::Module& module);
+
+// Holds .data and the sections whose names end in ".guard" to `max_data`. One
+// of exactly that name marks memory that must stay free, so it has to be empty,
+// whatever is allowed for others. Warns unless `max_data` is 0. Throws what
+// FwImageMap::check_section_size throws.
+void check_sizes(const FwOutMap& map, const FwImageMap& image_map);
 
 // Notes in the log, at level 2, a section of allocation alone that lies in
 // front of the last other group of the definitions; then check_uuid_tails.

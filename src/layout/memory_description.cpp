@@ -6,8 +6,8 @@
 #include <iomanip>
 #include <stdexcept>
 
-#include "driver/files.h"
-#include "driver/log.h"
+#include "driver/ground/files.h"
+#include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
@@ -85,10 +85,7 @@ Usage measure(const FwOutMap& map, const MemoryClass& area, Address address,
   usage.top =
       rounded_top(find(map, area, {address, Direction::kHighest}), address);
   if (usage.top == 0) return usage;
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << label << "0x" << std::hex << std::setw(8)
-                               << std::setfill('0') << usage.top;
-  }
+  log_info(label, "0x", std::hex, std::setw(8), std::setfill('0'), usage.top);
   const Section* lowest = find(map, area, {address, Direction::kLowest});
   const std::uint32_t low = lowest == nullptr ? 0 : (*lowest->header).*address;
   const std::string fault =
@@ -137,18 +134,14 @@ void write_memory_description(const FwOutMap& map, const std::string& out_dir,
   std::fstream out(
       join_path(out_dir, binary_name + ".xml"),
       std::ios_base::in | std::ios_base::out | std::ios_base::trunc);
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Create memory description file:";
-  }
+  log_info("Create memory description file:");
   out << "<memory_footprint elf_name=\"" << binary_name << "\">\n";
   for (const MemoryClass& area : map.memory_classes) {
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream() << " memory_class name : " << area.name;
-    }
+    log_info(" memory_class name : ", area.name);
     const Usage by_vma = measure(map, area, kVma, "  VMA_highest_address: ");
     const Usage by_lma = measure(map, area, kLma, "  LMA_highest_address: ");
-    if (by_vma.top == 0 && by_lma.top == 0 && log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream() << "  empty";
+    if (by_vma.top == 0 && by_lma.top == 0) {
+      log_info("  empty");
     }
     if (by_vma.offset != 0) {
       write_class(out, area, by_vma);

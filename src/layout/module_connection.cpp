@@ -3,9 +3,12 @@
 #include "layout/module_connection.h"
 
 #include <stdexcept>
+#include <vector>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "layout/group_binding.h"
+#include "layout/map_checks.h"
+#include "layout/segment.h"
 
 namespace tova_fw_builder {
 
@@ -13,18 +16,17 @@ namespace {
 
 using Group = FwOutMap::SectionGroup;
 
-constexpr std::uint32_t kKindWithoutEntry = 2;
-constexpr std::int32_t kTypeWithStackOfBss = 0;
-
 void take_from_group(FwOutMap::Module& module, const Group& group) {
-  if (group.type == Group::kText && module.module_kind != kKindWithoutEntry) {
+  if (group.type == Group::kText &&
+      module.module_kind != FwOutMap::Module::kLibrary) {
     module.entry_point = group.entry;
     if (group.entry == Group::kNoEntry) {
       throw std::runtime_error("No entrypoint defined for module " +
                                module.name);
     }
   }
-  if (group.type == Group::kBss && module.type == kTypeWithStackOfBss) {
+  if (group.type == Group::kBss &&
+      module.type == FwOutMap::Module::kBaseFirmwareType) {
     module.stack_size = group_pages(group);
   }
 }
@@ -32,7 +34,8 @@ void take_from_group(FwOutMap::Module& module, const Group& group) {
 void connect_groups(FwOutMap::Module& module, bool rom_mode,
                     const FwImageMap& image_map) {
   for (const auto& group : module.groups) {
-    attach_group(*group, image_map, !rom_mode, module.load_type == 1);
+    attach_group(*group, image_map, !rom_mode,
+                 module.load_type == FwOutMap::Module::kLoadable);
     remove_optional(*group);
   }
   remove_empty_groups(module);
@@ -44,12 +47,9 @@ void connect_groups(FwOutMap::Module& module, bool rom_mode,
 void report_ignored(const FwOutMap& map, const FwImageMap& image_map) {
   for (const std::string& name : map.ignore) {
     if (image_map.find_section(name) != nullptr) {
-      if (log_level() >= kLogInfo) {
-        LogLine(kLogInfo).stream() << "Section marked to ignore " << name;
-      }
-    } else if (log_level() >= kLogWarning) {
-      LogLine(kLogWarning).stream()
-          << "Section marked to ignore " << name << " not found";
+      log_info("Section marked to ignore ", name);
+    } else {
+      log_warning("Section marked to ignore ", name, " not found");
     }
   }
 }
@@ -69,12 +69,9 @@ void collect_exports(FwOutMap& map, const FwImageMap& image_map) {
     if (!symbol.valid && !optional) {
       throw std::runtime_error("Required symbol to export not found: " + name);
     }
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream()
-          << (symbol.valid ? "Exporting symbol: "
-                           : "Optional symbol to export not found: ")
-          << name;
-    }
+    log_info(symbol.valid ? "Exporting symbol: "
+                          : "Optional symbol to export not found: ",
+             name);
     if (symbol.valid) map.exported_symbols.push_back(std::move(symbol));
   }
 }
@@ -93,15 +90,41 @@ void connect_modules(FwOutMap& map, const FwImageMap& image_map) {
 
 void connect_module(FwOutMap::Module& module, bool rom_mode,
                     const FwImageMap& image_map) {
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream() << "Connecting module " << module.name;
-  }
+  log_detail("Connecting module ", module.name);
   try {
     connect_groups(module, rom_mode, image_map);
   } catch (const std::exception& error) {
     throw std::runtime_error("Connecting " + module.name +
                              " failed: " + error.what());
   }
+}
+
+void remove_optional(Group& group) {
+  std::erase_if(group.sections, [](const auto& section) {
+    if (!section->optional || section->header != nullptr) return false;
+    log_info("Removing optional section ", section->name);
+    return true;
+  });
+}
+
+void remove_empty_groups(FwOutMap::Module& module) {
+  std::erase_if(module.groups, [](const auto& group) {
+    if (!group->sections.empty()) return false;
+    log_info("Removing empty section gruop: ", group_type_name(group->type));
+    return true;
+  });
+}
+
+void erase_unreferenced(FwOutMap& map) {
+  std::erase_if(map.modules, [&map](const auto& module) {
+    if (!is_referenced(*module)) {
+      log_warning("Erasing unreferenced module ", module->name);
+      return true;
+    }
+    module->cfg_offset = map.mod_cfg_total;
+    map.mod_cfg_total += module->mod_cfg.size();
+    return false;
+  });
 }
 
 }  // namespace tova_fw_builder

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "input_map/fw_image_map.h"
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 
@@ -27,5 +27,17 @@ void connect_modules(FwOutMap& map, const FwImageMap& image_map);
 // of attach_group or "No entrypoint defined for module NAME".
 void connect_module(FwOutMap::Module& module, bool rom_mode,
                     const FwImageMap& image_map);
+
+// Drops the optional references without a header; logs a note for each.
+void remove_optional(FwOutMap::SectionGroup& group);
+
+// Drops the groups without a reference; logs a note for each.
+void remove_empty_groups(FwOutMap::Module& module);
+
+// Drops the modules for which is_referenced is false, each with a warning, and
+// numbers the configurations of those that stay: `cfg_offset`, and
+// `mod_cfg_total` of the map. Throws what is_referenced throws; the map is then
+// of no further use.
+void erase_unreferenced(FwOutMap& map);
 
 }  // namespace tova_fw_builder

@@ -3,8 +3,8 @@
 
 #include <stdexcept>
 
-#include "signing/key_file.h"
-#include "signing/public_key_hash.h"
+#include "signing/keys/key_file.h"
+#include "signing/keys/public_key_hash.h"
 
 namespace tova_fw_builder {
 

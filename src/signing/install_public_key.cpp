@@ -1,7 +1,7 @@
 // Puts the public part of a key into a manifest.
 #include "signing/install_public_key.h"
 
-#include "signing/public_key_hash.h"
+#include "signing/keys/public_key_hash.h"
 
 namespace tova_fw_builder {
 

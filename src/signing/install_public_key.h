@@ -2,7 +2,7 @@
 #pragma once
 
 #include "image/image.h"
-#include "signing/key_file.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

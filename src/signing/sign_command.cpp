@@ -4,9 +4,9 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "image/image.h"
-#include "signing/key_file.h"
+#include "signing/keys/key_file.h"
 #include "signing/sign_manifest.h"
 
 namespace tova_fw_builder {
@@ -21,16 +21,12 @@ void sign_command(const std::string& type, const std::string& key_file,
   const auto manifest = read_manifest(manifest_file);
   const auto key = load_key_file(key_file);
   if (debug) {
-    if (log_level() >= kLogInfo) {
-      LogLine(kLogInfo).stream() << "Debug manifest";
-    }
+    log_info("Debug manifest");
     manifest->set_debug();  // ahead of the hash, which covers the mark
   }
   sign_manifest(*manifest, *key);
 
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Writing signed manifest to: " << signed_file;
-  }
+  log_info("Writing signed manifest to: ", signed_file);
   std::ofstream out(signed_file, std::ios::binary);
   manifest->write_raw(out);
 }

@@ -7,10 +7,10 @@
 #include "crypto/zel_error.h"
 #include "crypto/zels_bignum.h"
 #include "crypto/zels_rsa.h"
-#include "driver/byte_dump.h"
-#include "driver/log.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/log.h"
 #include "signing/install_public_key.h"
-#include "signing/signature_template.h"
+#include "signing/signature_padding.h"
 
 namespace tova_fw_builder {
 
@@ -44,23 +44,15 @@ SecretBuffer make_work_buffer(const SecretBuffer& context) {
 SignatureBlock block_to_sign(ImageManifest& manifest) {
   SignatureBlock sig_to_sign = signature_template;
   manifest.compute_hash(sig_to_sign.data());
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream()
-        << ByteDump{sig_to_sign.data(), kDigestBytes, "Manifest Hash"};
-  }
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream()
-        << ByteDump{sig_to_sign.data(), sig_to_sign.size(), "sig_to_sign"};
-  }
+  log_info(ByteDump{sig_to_sign.data(), kDigestBytes, "Manifest Hash"});
+  log_detail(ByteDump{sig_to_sign.data(), sig_to_sign.size(), "sig_to_sign"});
   return sig_to_sign;
 }
 
 }  // namespace
 
 void sign_manifest(ImageManifest& manifest, const KeyMaterial& key) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Signing manifest";
-  }
+  log_info("Signing manifest");
   const SecretBuffer context = make_private_key(key);
   const SecretBuffer work = make_work_buffer(context);
   const SignatureBlock sig_to_sign = block_to_sign(manifest);
@@ -74,10 +66,7 @@ void sign_manifest(ImageManifest& manifest, const KeyMaterial& key) {
   throw_unless_ok(zelsRef_BN(nullptr, nullptr, &digits, output.data()),
                   "zelsRef_BN");
   manifest.set_signature(reinterpret_cast<const std::uint8_t*>(digits));
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream()
-        << ByteDump{manifest.signature(), kSignatureBytes, "signature"};
-  }
+  log_detail(ByteDump{manifest.signature(), kSignatureBytes, "signature"});
   install_public_key(manifest, key);
 }
 

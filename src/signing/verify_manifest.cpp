@@ -12,10 +12,10 @@
 #include "crypto/zel_error.h"
 #include "crypto/zels_bignum.h"
 #include "crypto/zels_rsa.h"
-#include "driver/byte_dump.h"
-#include "driver/log.h"
-#include "signing/public_key_hash.h"
-#include "signing/signature_template.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/log.h"
+#include "signing/keys/public_key_hash.h"
+#include "signing/signature_padding.h"
 
 namespace tova_fw_builder {
 
@@ -28,9 +28,7 @@ constexpr std::int32_t kExponentBytes = 4;
 
 void log_bytes(const char* label, const std::uint8_t* bytes,
                std::size_t length) {
-  if (log_level() >= kLogDetail) {
-    LogLine(kLogDetail).stream() << ByteDump{bytes, length, label};
-  }
+  log_detail(ByteDump{bytes, length, label});
 }
 
 void log_public_key(ImageManifest& manifest) {
@@ -90,30 +88,21 @@ SignatureBlock decode_signature(ImageManifest& manifest) {
 }  // namespace
 
 void verify_manifest(ImageManifest& manifest) {
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Verifying manifest...";
-  }
+  log_info("Verifying manifest...");
   const SignatureBlock decoded = decode_signature(manifest);
   if (!std::equal(decoded.begin() + kDigestBytes, decoded.end(),
                   signature_template.begin() + kDigestBytes)) {
     throw std::runtime_error("Signature padding invalid");
   }
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Signature padding OK";
-  }
+  log_info("Signature padding OK");
 
   std::array<std::uint8_t, kDigestBytes> hash{};
   manifest.compute_hash(hash.data());
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream()
-        << ByteDump{hash.data(), hash.size(), "Local Manifest Hash"};
-  }
+  log_info(ByteDump{hash.data(), hash.size(), "Local Manifest Hash"});
   if (!std::equal(hash.begin(), hash.end(), decoded.begin())) {
     throw std::runtime_error("Manifest hash invalid");
   }
-  if (log_level() >= kLogInfo) {
-    LogLine(kLogInfo).stream() << "Manifest hash OK";
-  }
+  log_info("Manifest hash OK");
 }
 
 }  // namespace tova_fw_builder

@@ -4,8 +4,8 @@
 
 #include <fstream>
 
-#include "driver/byte_dump.h"
-#include "driver/files.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/files.h"
 
 namespace tova_fw_builder {
 

@@ -7,8 +7,8 @@
 namespace tova_fw_builder {
 
 // Writes the bytes of `bin_file` to the text file `out_c_file` as a C array
-// named "rawData", in the C array form of driver/byte_dump.h, and a newline.
-// Throws std::runtime_error "Failed to open file: " and the path for
+// named "rawData", in the C array form of driver/ground/byte_dump.h, and a
+// newline. Throws std::runtime_error "Failed to open file: " and the path for
 // `bin_file`, before the output is touched, or "Cannot tell the length of file:
 // " and the path, with the output empty. An output that can't be written is not
 // reported.

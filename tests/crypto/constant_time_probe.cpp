@@ -9,10 +9,10 @@
 #include <cstring>
 #include <vector>
 
-#include "crypto/big_num_context.h"
+#include "crypto/internal/big_num_context.h"
+#include "crypto/internal/modular_power.h"
+#include "crypto/internal/rsa_key_context.h"
 #include "crypto/make_big_num.h"
-#include "crypto/modular_power.h"
-#include "crypto/rsa_key_context.h"
 #include "crypto/rsa_sample.h"
 #include "crypto/zels_rsa.h"
 

@@ -1,12 +1,12 @@
-#include "crypto/montgomery.h"
+#include "crypto/internal/montgomery.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <vector>
 
-#include "crypto/modular_power.h"
-#include "crypto/processor.h"
+#include "crypto/internal/modular_power.h"
+#include "crypto/internal/processor.h"
 
 namespace tova_fw_builder {
 namespace {

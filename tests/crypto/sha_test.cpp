@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "crypto/sha_blocks.h"
+#include "crypto/internal/sha_blocks.h"
 #include "crypto/sha_hash.h"
 #include "crypto/zel_error.h"
 #include "crypto/zels_hash.h"

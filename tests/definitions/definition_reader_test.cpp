@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "definitions/image_layout.h"
+#include "definitions/image_block.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "driver/command_table.h"
-#include "driver/log.h"
+#include "driver/ground/log.h"
 #include "support/captured_log.h"
 
 namespace tova_fw_builder {

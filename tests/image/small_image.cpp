@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "driver/text_reader.h"
+#include "driver/ground/numbers.h"
 
 using namespace tova_fw_builder;
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "layout/out_map.h"
+#include "layout/records/out_map.h"
 
 // A bound map of three modules, filled by hand: a base module with code, .bss
 // and one configuration; an addon with code and constants; a built-in module

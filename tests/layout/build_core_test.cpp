@@ -54,8 +54,11 @@ TEST(BuildCore, AllInputsMeet) {
                           dir.file("fw.map") + "\n" + dir.write("nm", "") +
                           "\n");
   const CapturedLog log;
-  const auto map = build_out_map(false, dir.file("fw.lst"), dir.file("keys"),
-                                 dir.path(), definition, dir.file("consts.h"));
+  const auto map = build_out_map({.elf_list_path = dir.file("fw.lst"),
+                                  .key_list_path = dir.file("keys"),
+                                  .default_dir = dir.path(),
+                                  .image_def_path = definition,
+                                  .module_config_path = dir.file("consts.h")});
   EXPECT_EQ(7u, map->modules.at(0)->affinity_mask);
   std::ostringstream out;
   write_module_contents(*map, out, "");

@@ -42,8 +42,11 @@ RomBuild build_rom(const std::string& definition, const std::string& sections,
   std::ostringstream out;
   CapturedLog log(level);
   result.fault = message_of([&] {
-    result.map = build_out_map(rom_mode, dir.write("list", list), "", "",
-                               dir.write("def", definition), std::nullopt);
+    result.map =
+        build_out_map({.rom_mode = rom_mode,
+                       .elf_list_path = dir.write("list", list),
+                       .default_dir = "",
+                       .image_def_path = dir.write("def", definition)});
   });
   result.log = log.text();
   // The table's end at level 3, the count of symbols at level 2.

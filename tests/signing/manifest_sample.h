@@ -7,7 +7,7 @@
 #include <string>
 
 #include "crypto/rsa_sample.h"
-#include "signing/key_samples.h"
+#include "signing/keys/key_samples.h"
 
 namespace tova_fw_builder {
 

@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "driver/log.h"
+#include "driver/ground/log.h"
 
 CapturedLog::CapturedLog(int level)
     : old_buffer_(std::cout.rdbuf(buffer_.rdbuf())),

@@ -5,8 +5,8 @@
 
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
-#include "tools/make_hex_file.h"
-#include "tools/split_binary.h"
+#include "tools/make_hex_command.h"
+#include "tools/split_command.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -1,0 +1,82 @@
+#!/usr/bin/env bash
+# Holds the includes of src/ to what the rooms' CMakeLists.txt say. A room is a
+# folder with a tova_room; its folder internal/ belongs to it and is closed to
+# all others. Fails when a file includes from a room that its own doesn't name
+# under USES, when USES names a room for nothing, and when rooms or files
+# include each other in a circle. A folder is found by name: an include without
+# one, with dots, or of a macro fails. A source and its header count as one file.
+set -euo pipefail
+cd "$(dirname "$0")/../src"
+
+status=0
+fail() {
+  echo "$*" >&2
+  status=1
+}
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# USER USED for each room, out of the words behind USES.
+git ls-files --cached --others --exclude-standard -- '*CMakeLists.txt' |
+  while IFS= read -r list; do
+    awk -v room="${list%/CMakeLists.txt}" '
+      /^tova_room\(/ { inside = 1 }
+      inside {
+        ends = sub(/\).*/, "")
+        for (i = 1; i <= NF; ++i) {
+          if (uses) print room, $i
+          if ($i == "USES") uses = 1
+        }
+        if (ends) exit
+      }' "$list"
+  done | sort -u >"$work/declared"
+
+# FILE INCLUDED for each include of the tree's own files: "...", or <...> that
+# begins with one of its folders.
+folders=$(printf '%s|' */)
+git ls-files -z --cached --others --exclude-standard -- '*.h' '*.cpp' |
+  xargs -0 grep -HE '^[[:space:]]*#[[:space:]]*(include|import)' |
+  sed -E 's/:[^:]*(include|import)[[:space:]]*/ /' |
+  grep -E " ([^<]|<(${folders%|}))" >"$work/includes"
+
+room_of() {
+  local room=${1%/*}
+  echo "${room%/internal}"
+}
+
+while read -r file include; do
+  [[ $include =~ ^\"([a-z0-9_]+/)+[a-z0-9_]+\.h\"$ ]] || {
+    fail "$file: an include must be \"FOLDER/FILE.h\": $include"
+    continue
+  }
+  include=${include//\"/}
+  room=$(room_of "$file")
+  used=$(room_of "$include")
+  echo "${file%.*} ${include%.*}" >>"$work/files"
+  [[ $room == "$used" ]] && continue
+  echo "$room $used" >>"$work/used"
+  [[ $include != */internal/* ]] ||
+    fail "$file: $include is for the files of src/$used alone"
+done <"$work/includes"
+
+sort -u "$work/used" -o "$work/used"
+while read -r room used; do
+  fail "src/$room includes from src/$used, which its USES lacks"
+done < <(comm -13 "$work/declared" "$work/used")
+while read -r room used; do
+  fail "src/$room names src/$used under USES but includes nothing from it"
+done < <(comm -23 "$work/declared" "$work/used")
+
+# tsort names the members of a circle.
+for kind in declared files; do
+  tsort "$work/$kind" >/dev/null 2>"$work/circle" || {
+    sed "s/^tsort: [^ ]*: /A circle of includes: /; s/^tsort: /  /" \
+      "$work/circle" >&2
+    status=1
+  }
+done
+
+[[ $status == 0 ]] &&
+  echo "$(wc -l <"$work/files") includes keep to the rooms"
+exit $status

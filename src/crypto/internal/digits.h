@@ -1,0 +1,35 @@
+// crypto/internal/digits.h
+// Numbers as arrays of 64-bit digits, least significant first. For the
+// library's sources alone.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace tova_fw_builder {
+
+using Digit = std::uint64_t;
+__extension__ typedef unsigned __int128 WideDigit;
+
+// Callers take the bytes of a number straight from its digits.
+static_assert(std::endian::native == std::endian::little);
+
+constexpr std::size_t digits_for_bits(std::int32_t bits) {
+  return (static_cast<std::size_t>(bits) + 63) / 64;
+}
+
+// The size in bits of a number whose top digit isn't zero; 1 for zero.
+inline std::int32_t bit_size(const Digit* digits, std::size_t count) {
+  const Digit top = digits[count - 1];
+  if (top == 0) return 1;
+  return static_cast<std::int32_t>(64 * count) - std::countl_zero(top);
+}
+
+// All ones for true. The compiler can't see that only two values come out, and
+// so has no cause to make a branch of what is done with them.
+inline Digit mask_if_zero(Digit value) {
+  return ((value | (0 - value)) >> 63) - 1;
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,151 @@
+// The top-level statements. Numbers that go through the signed conversion
+// can't exceed 7FFFFFFF, and -1 stands for all ones.
+#include "definitions/image_block.h"
+
+#include <utility>
+
+#include "definitions/definition_reader.h"
+#include "definitions/module_block.h"
+#include "definitions/statement_block.h"
+#include "driver/ground/log.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+struct LayoutBlock {
+  FwOutMap& map;
+  StatementLines& lines;
+};
+
+void read_binary_name(LayoutBlock& block, Statement& statement) {
+  const auto name = statement.next_operand();
+  if (!name.empty()) block.map.binary_name = name;
+}
+
+struct BinaryVersion {
+  std::string_view word;
+  std::uint32_t value;
+};
+constexpr BinaryVersion kBinaryVersions[] = {
+    {"1.5", kKelp15}, {"1.8", kKelp18}, {"2.5", kKelp25}, {"3.0", kKelp30}};
+
+void read_binary_ver(LayoutBlock& block, Statement& statement) {
+  statement.next_word();
+  for (const auto& [word, value] : kBinaryVersions) {
+    if (word == statement.word()) {
+      block.map.binary_ver = value;
+      return;
+    }
+  }
+  throw CfgFileError(block.lines.number(), "binary_ver",
+                     "Unknown binary version");
+}
+
+template <std::uint32_t FwOutMap::*Field>
+void read_signed(LayoutBlock& block, Statement& statement) {
+  block.map.*Field = static_cast<std::uint32_t>(statement.next_signed(16));
+}
+
+void read_hw_buf_ba(LayoutBlock& block, Statement& statement) {
+  block.map.hw_buf_ba = statement.next_unsigned(16);
+}
+
+// The sign is carried into the upper half: -1 means no limit.
+void read_max_data(LayoutBlock& block, Statement& statement) {
+  block.map.max_data =
+      static_cast<std::uint64_t>(std::int64_t{statement.next_signed(16)});
+}
+
+void read_dyn_mem(LayoutBlock& block, Statement& statement) {
+  auto section = std::make_unique<FwOutMap::Section>();
+  section->name = statement.next_word();
+  block.map.dyn_mem.push_back(std::move(section));
+}
+
+void read_ignore(LayoutBlock& block, Statement& statement) {
+  block.map.ignore.emplace_back(statement.next_word());
+}
+
+void read_memory_class(LayoutBlock& block, Statement& statement) {
+  FwOutMap::MemoryClass memory;
+  memory.name = statement.next_word();
+  memory.base = statement.next_unsigned(16);
+  memory.size = statement.next_unsigned(16);
+  memory.end = memory.base + memory.size;
+  block.map.memory_classes.push_back(std::move(memory));
+}
+
+struct ModuleKind {
+  std::string_view word;
+  std::uint32_t load_type;
+  std::uint32_t module_kind;
+  bool required;
+  bool auto_init;
+};
+using Module = FwOutMap::Module;
+constexpr ModuleKind kModuleKinds[] = {
+    {"o", Module::kLoadable, Module::kAddon, false, false},
+    {"b", Module::kBuiltIn, Module::kBase, true, false},
+    {"ba", Module::kBuiltIn, Module::kBase, true, true},
+    {"d", Module::kLoadable, Module::kAddon, true, false},
+    {"da", Module::kLoadable, Module::kAddon, true, true},
+    {"l", Module::kLoadable, Module::kLibrary, true, false},
+};
+
+void log_module(const Module& module) {
+  log_detail(
+      " module: ", module.name,
+      module.load_type != Module::kBuiltIn ? " (loadable)" : " (builtin)",
+      module.module_kind != Module::kBase ? " (addon)" : " (base)",
+      module.required ? "" : " (optional)",
+      module.auto_init ? " (auto-init)" : "");
+}
+
+void open_module(LayoutBlock& block, Statement& statement) {
+  auto module = std::make_unique<Module>();
+  statement.next_word();
+  for (const ModuleKind& kind : kModuleKinds) {
+    if (kind.word == statement.word()) {
+      module->load_type = kind.load_type;
+      module->module_kind = kind.module_kind;
+      module->required = kind.required;
+      module->auto_init = kind.auto_init;
+      statement.next_word();
+      break;
+    }
+  }
+  module->name = statement.word();
+  log_module(*module);
+  read_module(block.map, block.lines, *module);
+  block.map.modules.push_back(std::move(module));
+}
+
+constexpr StatementRow<LayoutBlock> kLayoutStatements[] = {
+    {"binary_name", read_binary_name},
+    {"binary_ver", read_binary_ver},
+    {"load_offset", read_signed<&FwOutMap::load_offset>},
+    {"hw_buf_ba", read_hw_buf_ba},
+    {"hw_buf_size", read_signed<&FwOutMap::hw_buf_size>},
+    {"max_data", read_max_data},
+    {"dyn_mem", read_dyn_mem},
+    {"ignore", read_ignore},
+    {"memory_class", read_memory_class},
+    {"module", open_module},
+};
+
+}  // namespace
+
+void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream) {
+  log_detail("Reading FW Image Layout (ROM mode ", map.rom_mode ? "On" : "Off",
+             ")...");
+  StatementLines lines(*stream);
+  LayoutBlock block{map, lines};
+  read_block(lines, [&block](Statement& statement) {
+    if (carry_out(kLayoutStatements, block, statement)) return true;
+    throw CfgFileError(block.lines.number(), statement.word(),
+                       "Unknown parameter");
+  });
+}
+
+}  // namespace tova_fw_builder

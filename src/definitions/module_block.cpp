@@ -1,0 +1,227 @@
+// The statements of a module. What counts as a number differs from statement
+// to statement; instance_count is the odd one: it wants at least two
+// characters, so a single digit is looked up as a constant.
+#include "definitions/module_block.h"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+#include "definitions/definition_reader.h"
+#include "definitions/group_block.h"
+#include "definitions/pin_block.h"
+#include "definitions/uuid/uuid.h"
+#include "driver/ground/log.h"
+#include "driver/ground/numbers.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+struct ModuleBlock {
+  FwOutMap& map;
+  FwOutMap::Module& module;
+  StatementLines& lines;
+};
+
+void read_uuid(ModuleBlock& block, Statement& statement) {
+  block.module.uuid = parse_uuid(std::string(statement.next_operand()));
+}
+
+// The flattened text has one blank behind each word; the one behind the last
+// word stays in the name. The name goes through a buffer of 1024 characters,
+// where a NUL ends it.
+void read_display_name(ModuleBlock& block, Statement& statement) {
+  auto name = statement.rest().substr(0, 1023);
+  name = name.substr(0, name.find('\0'));
+  if (name.starts_with(' ')) name.remove_prefix(1);
+  block.module.display_name = name;
+}
+
+template <std::uint16_t Version::*Field>
+void read_version(ModuleBlock& block, Statement& statement) {
+  block.module.version.*Field =
+      static_cast<std::uint16_t>(statement.next_signed(10));
+}
+
+// A constant by its name: the next word, or, if there is none, the word that
+// has been taken already.
+std::uint32_t next_const(const ModuleBlock& block, Statement& statement) {
+  const std::string name(statement.next_word());
+  const auto found = block.map.consts.find(name);
+  if (found == block.map.consts.end()) {
+    throw CfgFileError(block.lines.number(), "module",
+                       "Undefined const " + name);
+  }
+  return found->second;
+}
+
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// Hex digits alone, without "0x"; a constant named FACE can't be reached.
+bool is_mask(std::string_view word) {
+  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
+    return hex_digit_value(c) >= 0;
+  });
+}
+
+// One character from "(" to "|", which are most letters, digits and signs, and
+// at least one digit behind it. Definition files write +1 for a count of one.
+bool is_count(std::string_view word) {
+  return word.size() >= 2 && word[0] >= '(' && word[0] <= '|' &&
+         std::all_of(word.begin() + 1, word.end(), is_digit);
+}
+
+void read_affinity_mask(ModuleBlock& block, Statement& statement) {
+  const auto word = statement.next_word();
+  block.module.affinity_mask =
+      is_mask(word) ? static_cast<std::uint32_t>(parse_signed(word, 16))
+                    : next_const(block, statement);
+}
+
+void read_instance_count(ModuleBlock& block, Statement& statement) {
+  const auto word = statement.next_word();
+  block.module.instance_count =
+      is_count(word) ? static_cast<std::uint32_t>(parse_signed(word, 10))
+                     : next_const(block, statement);
+  if (block.module.instance_count == 0) {
+    throw CfgFileError(block.lines.number(), statement.word(),
+                       "Modules instance count must be greater than zero");
+  }
+}
+
+void read_type(ModuleBlock& block, Statement& statement) {
+  block.module.type = statement.next_signed(10);
+}
+
+void read_stack_size(ModuleBlock& block, Statement& statement) {
+  block.module.stack_size =
+      static_cast<std::uint32_t>(statement.next_signed(16));
+}
+
+void read_core_type(ModuleBlock& block, Statement& statement) {
+  block.module.core_type =
+      static_cast<std::uint32_t>(statement.next_signed(10));
+}
+
+void read_domain_types(ModuleBlock& block, Statement& statement) {
+  for (;;) {
+    const auto word = statement.next_operand();
+    if (word.empty()) return;
+    if (word == "LL") {
+      block.module.domain_ll = true;
+    } else if (word == "DP") {
+      block.module.domain_dp = true;
+    } else if (word == "RTOS") {
+      block.module.domain_rtos = true;
+    } else {
+      throw CfgFileError(block.lines.number(), "domain_types",
+                         "Undefined const " + std::string(word));
+    }
+  }
+}
+
+void read_mod_cfg(ModuleBlock& block, Statement& statement) {
+  std::istringstream numbers{std::string(statement.rest())};
+  ModuleConfig config;
+  Le32* const fields[] = {&config.par_0, &config.par_1,    &config.par_2,
+                          &config.par_3, &config.is_bytes, &config.cps,
+                          &config.ibs,   &config.obs,      &config.mod_flags,
+                          &config.cpc,   &config.obls};
+  for (Le32* const field : fields) {
+    // A number that is too large is FFFFFFFF, other text 0; either way all
+    // fields behind it stay at 0.
+    std::uint32_t value = 0;
+    numbers >> (field == &config.mod_flags ? std::hex : std::dec) >> value;
+    *field = value;
+  }
+  block.module.mod_cfg.push_back(config);
+}
+
+struct GroupType {
+  std::string_view word;
+  std::uint32_t type;
+};
+constexpr GroupType kGroupTypes[] = {
+    {"text", FwOutMap::SectionGroup::kText},
+    {"rodata", FwOutMap::SectionGroup::kRodata},
+    {"bss", FwOutMap::SectionGroup::kBss},
+};
+
+void open_group(ModuleBlock& block, Statement& statement) {
+  const bool on_demand = statement.next_word() == "on_demand";
+  if (on_demand) statement.next_word();
+  const auto* const found = std::find_if(
+      std::begin(kGroupTypes), std::end(kGroupTypes),
+      [&](const auto& row) { return row.word == statement.word(); });
+  if (found == std::end(kGroupTypes)) {
+    throw std::runtime_error("Invalid group type");
+  }
+  log_detail(" group: .", found->word, on_demand ? " (on_demand)" : "");
+  auto group = std::make_unique<FwOutMap::SectionGroup>();
+  group->type = found->type;
+  group->on_demand = on_demand;
+  read_section_group(block.lines, *group);
+  block.module.groups.push_back(std::move(group));
+}
+
+void open_pin(ModuleBlock& block, Statement& statement) {
+  FwOutMap::Pin pin;
+  pin.pin_flag = static_cast<std::uint16_t>(statement.next_signed(16) & 1);
+  read_pin(block.lines, pin);
+  block.module.pins.push_back(pin);
+}
+
+// Two numbers at the least, or none: the blank behind a single one makes the
+// loop look for a second word, and an empty text is no number.
+void read_sched_caps(ModuleBlock& block, Statement& statement) {
+  std::istringstream words{std::string(statement.rest())};
+  std::uint16_t first = 0;
+  words >> std::hex >> first;
+  std::uint16_t flags = 0;
+  std::string word;
+  while (!words.eof()) {
+    words >> word;  // stays if none is left
+    flags = static_cast<std::uint16_t>(flags | parse_signed(word, 16));
+  }
+  block.module.sched_caps.push_back({first, flags});
+}
+
+void read_export(ModuleBlock& block, Statement& statement) {
+  const bool optional = statement.next_word() == "o";
+  if (optional) statement.next_word();
+  block.map.exports[std::string(statement.word())] = optional;
+}
+
+constexpr StatementRow<ModuleBlock> kModuleStatements[] = {
+    {"uuid", read_uuid},
+    {"name", read_display_name},
+    {"version_major", read_version<&Version::major>},
+    {"version_minor", read_version<&Version::minor>},
+    {"version_hotfix", read_version<&Version::hotfix>},
+    {"version_build", read_version<&Version::build>},
+    {"affinity_mask", read_affinity_mask},
+    {"instance_count", read_instance_count},
+    {"type", read_type},
+    {"stack_size", read_stack_size},
+    {"domain_types", read_domain_types},
+    {"core_type", read_core_type},
+    {"mod_cfg", read_mod_cfg},
+    {"group", open_group},
+    {"pin", open_pin},
+    {"sched_caps", read_sched_caps},
+    {"export", read_export},
+};
+
+}  // namespace
+
+void read_module(FwOutMap& map, StatementLines& lines,
+                 FwOutMap::Module& module) {
+  ModuleBlock block{map, module, lines};
+  read_block(lines, [&block](Statement& statement) {
+    // A line that the end of the text cuts off is dropped, here alone.
+    return block.lines.good() && carry_out(kModuleStatements, block, statement);
+  });
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,66 @@
+// driver/ground/files.h
+// Opening and reading files, and paths as plain strings. Both separators, the
+// backslash and the slash, are known; nothing is normalised.
+//
+// No stream carries an exception mask: behind a successful open, reads and
+// writes fail without a word. An output file is opened with a plain
+// std::ofstream and never tested.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace tova_fw_builder {
+
+// Open a file for reading, as bytes or as text. Throw std::runtime_error
+// "Failed to open file: " and the path, for a directory too. A `buffer` that
+// isn't empty takes what the stream reads ahead, for a reader that wipes it,
+// and must outlive the stream. A device reads as an empty file, as some never
+// end.
+std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
+                                                 std::span<char> buffer = {});
+std::unique_ptr<std::ifstream> open_input(
+    const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
+    std::span<char> buffer = {});
+
+// The same, but a file that can't be opened gives a stream that isn't open.
+std::unique_ptr<std::ifstream> try_open_input(
+    const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
+    std::span<char> buffer = {});
+
+// The working directory. Throws std::runtime_error "Cannot get current working
+// directory", also for one of more than 259 characters.
+std::string current_directory();
+
+// The path cut behind its last separator, which is kept; empty without one.
+std::string directory_of(const std::string& path);
+
+// Directory, separator, name. The separator is always added, also behind a
+// directory that ends with one.
+std::string join_path(const std::string& directory, const std::string& name);
+
+// The length in bytes of a file, by seeking to its end; the stream is left at
+// its start. Throws std::runtime_error "Cannot tell the length of file: " and
+// the path if `in` can't seek, as with a pipe.
+std::uint64_t file_length(std::istream& in, const std::string& path);
+
+using TakeBytes = std::function<void(std::span<const std::uint8_t>)>;
+
+// Reads up to `length` bytes and hands them on in pieces of at most 256 KiB,
+// each but the last a multiple of 4096 bytes long. Ends early where the file
+// does, so a file that shrinks meanwhile yields what was there.
+void read_in_pieces(std::istream& in, std::uint64_t length,
+                    const TakeBytes& take);
+
+// Copies up to `length` bytes.
+void copy_bytes(std::istream& in, std::uint64_t length, std::ostream& out);
+
+// Writes zero bytes, from a small block, whatever the count; ends early when
+// the stream has failed.
+void write_zeros(std::ostream& out, std::uint64_t count);
+
+}  // namespace tova_fw_builder

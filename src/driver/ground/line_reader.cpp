@@ -1,0 +1,48 @@
+// Fast reading of lines. The buffer always holds a longest line and its line
+// feed before it is searched, so no line is ever joined from two pieces.
+#include "driver/ground/line_reader.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::size_t kLongestLine = 1023;
+constexpr std::size_t kBufferSize = 64 * 1024;
+
+}  // namespace
+
+LineReader::LineReader(std::istream& in) : in_(in), buffer_(kBufferSize) {}
+
+bool LineReader::next(std::string_view& line) {
+  if (ended_) return false;
+  if (end_ - begin_ <= kLongestLine) refill();
+  const char* const start = buffer_.data() + begin_;
+  const std::size_t searched = std::min(end_ - begin_, kLongestLine + 1);
+  const void* const feed = std::memchr(start, '\n', searched);
+  if (feed != nullptr) {
+    line = {start, static_cast<const char*>(feed)};
+    begin_ += line.size() + 1;
+  } else {
+    line = {start, std::min(searched, kLongestLine)};
+    ended_ = true;
+  }
+  line = line.substr(0, line.find('\0'));
+  return true;
+}
+
+void LineReader::refill() {
+  if (!in_) return;
+  std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
+            buffer_.begin() + static_cast<std::ptrdiff_t>(end_),
+            buffer_.begin());
+  end_ -= begin_;
+  begin_ = 0;
+  in_.read(buffer_.data() + end_,
+           static_cast<std::streamsize>(buffer_.size() - end_));
+  end_ += static_cast<std::size_t>(in_.gcount());
+}
+
+}  // namespace tova_fw_builder

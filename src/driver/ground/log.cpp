@@ -1,0 +1,40 @@
+// The logger. A line is built in memory and written with one call, so a line
+// of many parts costs one flush.
+#include "driver/ground/log.h"
+
+#include <iostream>
+
+namespace tova_fw_builder {
+
+namespace {
+
+int current_level = kLogInfo;
+
+const char* prefix_of(int level) {
+  switch (level) {
+    case kLogError:
+      return "Error: ";
+    case kLogWarning:
+      return "Warning: ";
+    case kLogInfo:
+    case kLogDetail:
+      return "";
+    default:
+      return "Unknown";
+  }
+}
+
+}  // namespace
+
+int log_level() { return current_level; }
+
+void set_log_level(int level) { current_level = level; }
+
+LogLine::LogLine(int level) { text_ << prefix_of(level); }
+
+LogLine::~LogLine() {
+  text_.put('\n');
+  std::cout << text_.view() << std::flush;
+}
+
+}  // namespace tova_fw_builder

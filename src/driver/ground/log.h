@@ -1,0 +1,63 @@
+// driver/ground/log.h
+// The logger: everything that the tool says goes line by line to the standard
+// output, errors included, so that the order of lines is the order of events.
+#pragma once
+
+#include <ostream>
+#include <sstream>
+
+namespace tova_fw_builder {
+
+inline constexpr int kLogError = 0;    // prefix "Error: "
+inline constexpr int kLogWarning = 1;  // prefix "Warning: "
+inline constexpr int kLogInfo = 2;     // no prefix; the last level shown by
+                                       // default
+inline constexpr int kLogDetail = 3;   // no prefix; shown with -v
+
+// The process-wide verbosity: lines of higher levels are not made.
+int log_level();
+void set_log_level(int level);
+
+// One line of the log. It collects text in a stream of its own, so that number
+// bases and fill characters never leak into another line, and writes prefix,
+// text and one newline to the standard output, flushed, when it ends. The text
+// may hold newlines of its own. A failing standard output loses the text
+// without a word.
+class LogLine {
+ public:
+  explicit LogLine(int level);
+  ~LogLine();
+  LogLine(const LogLine&) = delete;
+  LogLine& operator=(const LogLine&) = delete;
+
+  std::ostream& stream() { return text_; }
+
+ private:
+  std::ostringstream text_;
+};
+
+// Log one line of `parts`, manipulators included; nothing is formatted if the
+// level is hidden. A place that prepares a lot tests log_level() and makes a
+// LogLine of its own.
+template <typename... Parts>
+void log_line(int level, const Parts&... parts) {
+  if (log_level() >= level) (LogLine(level).stream() << ... << parts);
+}
+template <typename... Parts>
+void log_error(const Parts&... parts) {
+  log_line(kLogError, parts...);
+}
+template <typename... Parts>
+void log_warning(const Parts&... parts) {
+  log_line(kLogWarning, parts...);
+}
+template <typename... Parts>
+void log_info(const Parts&... parts) {
+  log_line(kLogInfo, parts...);
+}
+template <typename... Parts>
+void log_detail(const Parts&... parts) {
+  log_line(kLogDetail, parts...);
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,31 @@
+// layout/segment.h
+// What can be asked of a group of sections as the run of memory that it makes.
+#pragma once
+
+#include <cstdint>
+
+#include "layout/records/out_map.h"
+
+namespace tova_fw_builder {
+
+// True if the reference has a header and its replacement, if any, too.
+bool is_resolved(const FwOutMap::Section& section);
+
+// True if every reference is optional or resolved. An optional one passes even
+// with a header whose replacement is missing.
+bool is_complete(const FwOutMap::SectionGroup& group);
+
+// The load address of the reference, or of the group's first one; FFFFFFFF
+// without a header, or without a reference.
+std::uint32_t load_address(const FwOutMap::Section& section);
+std::uint32_t load_address(const FwOutMap::SectionGroup& group);
+
+// The pages from the first reference's load address, wherever in a page that
+// is, to the end of the last one with a header; 0 if none has a header. All
+// arithmetic wraps at 32 bits.
+std::uint32_t group_pages(const FwOutMap::SectionGroup& group);
+
+// ".text", ".rodata", ".bss", else "Unknown".
+const char* group_type_name(std::uint32_t type);
+
+}  // namespace tova_fw_builder

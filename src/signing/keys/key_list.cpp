@@ -1,0 +1,77 @@
+// Reads the key list and makes the public key store. There are no comments in a
+// list: a line that looks like one fails as a key of unknown type.
+#include "signing/keys/key_list.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+
+#include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/log.h"
+#include "driver/ground/wire.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+struct KeyTypeValue {
+  std::string_view word;
+  std::uint32_t value;
+};
+
+// The words differ from those of signing, where "release" is the other kind.
+constexpr KeyTypeValue key_type_values[] = {{"debug", 1}, {"production", 0}};
+
+struct StoreEntry {
+  Le32 key_type;
+  PublicKeyHash hash;
+};
+static_assert(sizeof(StoreEntry) == 36 && alignof(StoreEntry) == 1);
+
+}  // namespace
+
+KeyList::KeyList(const std::string& list_path)
+    : path(list_path),
+      stream(std::make_shared<std::stringstream>(std::ios::in | std::ios::out |
+                                                 std::ios::binary)) {
+  read_list();
+  write_store();
+}
+
+void KeyList::read_list() {
+  log_detail("Reading Key list...");
+  const auto in = open_input(path);
+  LineReader lines(*in);
+  std::string_view line;
+  while (lines.next(line) && !line.empty()) {
+    LineFields words(line);
+    const std::string type_word(words.word());
+    const std::string key_path(words.word());
+    add_key(type_word, key_path);
+  }
+}
+
+void KeyList::add_key(const std::string& type_word,
+                      const std::string& key_path) {
+  const auto* type =
+      std::ranges::find(key_type_values, type_word, &KeyTypeValue::word);
+  if (type == std::end(key_type_values)) {
+    throw std::runtime_error("Not recognized key type : " + type_word +
+                             " file path : " + key_path);
+  }
+  const auto key = load_key_file(key_path);
+  keys.push_back(std::make_shared<KeyData>(
+      KeyData{type->value, key_path, digest_public_key(*key)}));
+}
+
+void KeyList::write_store() {
+  write_record(*stream, Le32(static_cast<std::uint32_t>(keys.size())));
+  for (const auto& key : keys) {
+    write_record(*stream, StoreEntry{key->key_type, key->hash});
+  }
+}
+
+}  // namespace tova_fw_builder

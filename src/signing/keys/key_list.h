@@ -1,0 +1,53 @@
+// signing/keys/key_list.h
+// The key list: a text file that names the public keys which an image is to
+// trust, and the public key store that is made of it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "signing/keys/public_key_hash.h"
+
+namespace tova_fw_builder {
+
+// The section name under which the store goes into an image.
+inline constexpr char kPublicKeysStorage[] = "public_keys_storage";
+
+// The keys of one list. The store in `stream` is, in little-endian numbers, the
+// count of keys (4 bytes), and for each key its type (4 bytes) and its hash (32
+// bytes). docs/file-formats.md has the byte table.
+class KeyList {
+ public:
+  struct KeyData {
+    std::uint32_t key_type = 0;  // 1 debug, 0 production
+    std::string path;
+    PublicKeyHash hash{};
+  };
+
+  // Reads the list. Each line holds a type word ("debug" or "production") and
+  // the path of a key file, relative to the working directory, between white
+  // space; what follows is ignored. The list ends at the first empty line, and
+  // behind a line of more than 1023 characters, whose beginning still counts.
+  // The key files may have either form.
+  //
+  // Throws std::runtime_error "Failed to open file: " and the path, "Not
+  // recognized key type : ", the word, " file path : ", the path of the line,
+  // or what load_key_file throws.
+  explicit KeyList(const std::string& path);
+
+  std::string path;
+  // Holds the store, to be read from its beginning. The image's section shares
+  // it and outlives the list.
+  std::shared_ptr<std::stringstream> stream;
+  std::vector<std::shared_ptr<KeyData>> keys;  // in the order of the file
+
+ private:
+  void read_list();
+  void add_key(const std::string& type_word, const std::string& key_path);
+  void write_store();
+};
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,26 @@
+// signing/keys/public_key_hash.h
+// The hash that stands for a public key in key stores and logs.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <ostream>
+
+#include "signing/keys/key_file.h"
+
+namespace tova_fw_builder {
+
+using PublicKeyHash = std::array<std::uint8_t, 32>;
+
+// SHA-256 over the 256 bytes of `pub_modulus` and the 4 of `pub_exponent`, in
+// their order in memory; the digest in the order of the standard.
+PublicKeyHash digest_public_key(const KeyMaterial& key);
+
+// Writes "Public key hash: ", a newline, the hash as a C array labelled
+// "pub_key_hash", and a newline.
+void print_public_key_hash(std::ostream& out, const PublicKeyHash& hash);
+
+// Logs the key's hash at level 2 in that form.
+void public_key_hash(const KeyMaterial& key);
+
+}  // namespace tova_fw_builder

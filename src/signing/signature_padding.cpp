@@ -1,0 +1,28 @@
+// The frame of a signature. Everything in it stands in the opposite order to
+// that of the standards: the tool's numbers begin with their least byte.
+#include "signing/signature_padding.h"
+
+#include <algorithm>
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr SignatureBlock make_template() {
+  constexpr std::uint8_t kDigestInfo[] = {
+      0x20, 0x04, 0x00, 0x05, 0x01, 0x02, 0x04, 0x03, 0x65, 0x01,
+      0x48, 0x86, 0x60, 0x09, 0x06, 0x0d, 0x30, 0x31, 0x30};
+  SignatureBlock block{};
+  auto* at = std::copy(std::begin(kDigestInfo), std::end(kDigestInfo),
+                       block.begin() + kDigestBytes);
+  *at++ = 0x00;
+  std::fill(at, block.end() - 2, std::uint8_t{0xff});
+  block[254] = 0x01;
+  return block;
+}
+
+}  // namespace
+
+constexpr SignatureBlock signature_template = make_template();
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,41 @@
+// The command `asm`. An empty line doesn't end the descriptor: only the end of
+// the file, or a line too long for the buffer, does.
+#include "tools/asm_command.h"
+
+#include <fstream>
+
+#include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/log.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+void append_file(const std::string& path, std::ostream& out) {
+  const auto in = open_binary_input(path);
+  const std::uint64_t length = file_length(*in, path);
+  log_info("Appending ", path, " size = ", length);
+  copy_bytes(*in, length, out);
+}
+
+}  // namespace
+
+void assemble_image(const std::string& pkg_file, const std::string& out_file) {
+  log_info("Assemblying full image");
+  log_detail("PKG file: ", pkg_file);
+  log_detail("BIN file: ", out_file);
+  const auto package = open_input(pkg_file);
+  std::ofstream out(out_file, std::ios_base::binary);
+  LineReader lines(*package);
+  std::string_view line;
+  while (lines.next(line)) {
+    LineFields words(line);
+    if (words.word() == "bin") append_file(std::string(words.word()), out);
+  }
+  out.close();
+  log_info("Finished");
+}
+
+}  // namespace tova_fw_builder

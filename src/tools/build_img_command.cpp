@@ -1,0 +1,236 @@
+// The command `build_img`. The statements are tested one after the other, each
+// once, on a current word that `bin` and `size` overwrite with their operands.
+// So a `bin` line may go on with another statement ("bin a.bin offset 1000"),
+// and a file named like a later keyword acts as that keyword.
+#include "tools/build_img_command.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <optional>
+#include <stdexcept>
+
+#include "crypto/sha_hash.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/log.h"
+#include "driver/ground/wire.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// The partition table as it stands in the image.
+struct PartitionTable {
+  Le32 count;                      // positions recorded
+  std::array<Le32, 16> positions;  // of the marked files, in order; then zero
+};
+static_assert(sizeof(PartitionTable) == 68 && alignof(PartitionTable) == 1);
+
+// What one run of a script works on.
+struct Run {
+  std::string deploy_dir;
+  std::string out_file;
+  std::ofstream out;
+  PartitionTable table = {};
+  std::optional<std::streamoff> table_position = {};
+  LineFields line = {};
+  std::string word = {};  // the current word
+};
+
+// Makes the next word of the line the current one; it stays if none is left.
+void take_word(Run& run) {
+  const std::string_view word = run.line.word();
+  if (!word.empty()) run.word = word;
+}
+
+struct InputFile {
+  std::unique_ptr<std::istream> stream;
+  std::uint64_t length;
+};
+
+InputFile open_deployed(const Run& run, const std::string& name) {
+  const std::string path = run.deploy_dir + name;
+  auto stream = open_binary_input(path);
+  const std::uint64_t length = file_length(*stream, path);
+  return {std::move(stream), length};
+}
+
+// Of a failed output, the highest number: no offset pads it.
+std::uint64_t position_of(std::ostream& out) {
+  return static_cast<std::uint64_t>(std::streamoff{out.tellp()});
+}
+
+void record_position(Run& run) {
+  const std::uint32_t count = run.table.count;
+  if (count == run.table.positions.size()) {
+    throw std::runtime_error("Too many partition table entries");
+  }
+  run.table.positions[count] = static_cast<std::uint32_t>(position_of(run.out));
+  run.table.count = count + 1;
+}
+
+// The image is an input of its own, behind a step back: its last piece goes
+// first, as each piece is written over what a later one was.
+void append_from_itself(std::istream& in, std::uint64_t length,
+                        std::ostream& out) {
+  constexpr std::uint64_t kPiece = 64 * 1024;
+  const std::uint64_t start = position_of(out);
+  for (std::uint64_t end = length; end > 0;) {
+    const std::uint64_t piece = std::min(end, kPiece);
+    end -= piece;
+    in.seekg(static_cast<std::streamoff>(end));
+    out.seekp(static_cast<std::streamoff>(start + end));
+    copy_bytes(in, piece, out);
+  }
+  out.seekp(static_cast<std::streamoff>(start + length));
+}
+
+void append_file(Run& run) {
+  take_word(run);
+  const std::string name = run.word;
+  const InputFile file = open_deployed(run, name);
+  log_info("Appending ", name, " size = ", file.length);
+  take_word(run);
+  if (run.word == "m") record_position(run);
+  std::error_code ignored;
+  if (position_of(run.out) < file.length &&
+      std::filesystem::equivalent(run.deploy_dir + name, run.out_file,
+                                  ignored)) {
+    append_from_itself(*file.stream, file.length, run.out);
+  } else {
+    copy_bytes(*file.stream, file.length, run.out);
+  }
+}
+
+void place_table(Run& run) { run.table_position = run.out.tellp(); }
+
+[[noreturn]] void refuse_offset(std::uint64_t target) {
+  throw std::runtime_error("Offset out of range: " + std::to_string(target));
+}
+
+// Zero bytes from `position` to `target`. Behind the end of the file the last
+// of them is enough, as the system fills the gap: a typing error of a few
+// digits must not keep the disk busy for minutes. That the disk could hold
+// them all is asked first.
+void pad(Run& run, std::uint64_t position, std::uint64_t target) {
+  run.out.seekp(0, std::ios_base::end);
+  const std::uint64_t end = std::max(position, position_of(run.out));
+  run.out.seekp(static_cast<std::streamoff>(position));
+  write_zeros(run.out, std::min(end, target) - position);
+  if (end < target) {
+    std::error_code no_limit_known;
+    const auto disk = std::filesystem::space(run.out_file, no_limit_known);
+    if (disk.available < target - end) refuse_offset(target);
+    run.out.seekp(static_cast<std::streamoff>(target - 1));
+    run.out.put('\0');
+  }
+  run.out.flush();
+  if (!run.out) refuse_offset(target);
+}
+
+void go_to_offset(Run& run) {
+  const std::uint64_t target = run.line.wide_number(16);
+  if (target > std::numeric_limits<std::streamoff>::max()) {
+    refuse_offset(target);
+  }
+  const std::uint64_t position = position_of(run.out);
+  if (position < target) {
+    log_info("Appending padding size = ", target - position);
+    pad(run, position, target);
+  }
+  run.out.seekp(static_cast<std::streamoff>(target));
+}
+
+// Words that can't be read as numbers are passed over. What the failed read
+// has consumed stays consumed, so behind "0x" or a number that is too large it
+// is the next word that goes.
+void append_numbers(Run& run, std::streamsize width) {
+  while (!run.line.failed() && !run.line.at_end()) {
+    const std::uint32_t number = run.line.number(16);
+    if (!run.line.failed()) {
+      log_info("Appending ", run.word, " 0x", std::hex, number);
+      const Le32 bytes = number;
+      run.out.write(reinterpret_cast<const char*>(&bytes), width);
+    } else {
+      run.line.clear();
+      run.line.clear();
+      run.line.word();
+    }
+  }
+}
+
+void append_size(Run& run) {
+  take_word(run);
+  const InputFile file = open_deployed(run, run.word);
+  log_info("Appending size of ", run.word, " = ", std::hex, file.length);
+  write_record(run.out, Le32(static_cast<std::uint32_t>(file.length)));
+}
+
+void append_hash(Run& run) {
+  take_word(run);
+  const InputFile file = open_deployed(run, run.word);
+  Sha256Hash hash;
+  // The file counts as one message for the hash.
+  read_in_pieces(*file.stream, Sha256Hash::taken_at_once(file.length),
+                 [&hash](std::span<const std::uint8_t> bytes) {
+                   hash.update(bytes.data(), bytes.size());
+                 });
+  std::array<std::uint8_t, 32> digest{};
+  hash.final(digest.data());
+  log_info("Appending hash of ", run.word, " = ",
+           ByteDump{digest.data(), digest.size(), "sha256"});
+  write_record(run.out, digest);
+}
+
+struct Keyword {
+  const char* word;
+  void (*perform)(Run&);
+};
+
+// The order is that of the tests; users rely on it.
+constexpr Keyword kKeywords[] = {
+    {"bin", append_file},
+    {"pt", place_table},
+    {"offset", go_to_offset},
+    {"dd", [](Run& run) { append_numbers(run, 4); }},
+    {"dw", [](Run& run) { append_numbers(run, 2); }},
+    {"db", [](Run& run) { append_numbers(run, 1); }},
+    {"size", append_size},
+    {"sha", append_hash},
+};
+
+void perform_line(Run& run, std::string_view text) {
+  run.line = LineFields(text);
+  run.word = run.line.word();
+  for (const Keyword& keyword : kKeywords) {
+    if (run.word == keyword.word) keyword.perform(run);
+  }
+}
+
+}  // namespace
+
+void build_image(const std::string& img_dscr_file,
+                 const std::string& deploy_dir, const std::string& out_file) {
+  log_info("Building Image");
+  log_detail("IMG DSCR file: ", img_dscr_file);
+  log_detail("DEPLOY directory: ", deploy_dir);
+  log_detail("IMG file: ", out_file);
+  const auto script = open_input(img_dscr_file);
+  Run run{deploy_dir, out_file, std::ofstream(out_file, std::ios_base::binary)};
+  LineReader lines(*script);
+  std::string_view line;
+  while (lines.next(line)) perform_line(run, line);
+  if (run.table_position) {
+    run.out.seekp(*run.table_position);
+    write_record(run.out, run.table);
+  }
+  run.out.close();
+  log_info("Finished");
+}
+
+}  // namespace tova_fw_builder

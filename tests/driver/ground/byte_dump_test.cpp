@@ -1,0 +1,82 @@
+#include "driver/ground/byte_dump.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+#include "driver/ground/log.h"
+#include "support/captured_log.h"
+
+namespace tova_fw_builder {
+namespace {
+
+std::vector<std::uint8_t> counting(std::size_t length) {
+  std::vector<std::uint8_t> bytes(length);
+  for (std::size_t i = 0; i < length; ++i) {
+    bytes[i] = static_cast<std::uint8_t>(i + 9);
+  }
+  return bytes;
+}
+
+std::string dump(std::size_t length, bool c_array, const char* indent = "") {
+  const auto bytes = counting(length);
+  std::ostringstream out;
+  out << ByteDump{bytes.data(), length, "L", c_array, indent} << '|' << 16;
+  return out.str();
+}
+
+TEST(ByteDump, PlainFormClosesFullRowsAndLeavesDecimal) {
+  EXPECT_EQ("L\n--|16", dump(0, false, "--"));
+  EXPECT_EQ("L\n--09 0a 0b |16", dump(3, false, "--"));
+  EXPECT_EQ("L\n09 0a 0b 0c 0d 0e 0f 10 11 12 13 14 15 16 17 |16",
+            dump(15, false));
+  EXPECT_EQ("L\n--09 0a 0b 0c 0d 0e 0f 10 11 12 13 14 15 16 17 18 \n--|16",
+            dump(16, false, "--"));
+}
+
+TEST(ByteDump, CArrayRowsAndTheirCommas) {
+  EXPECT_EQ("unsigned char L[0] = { \n};|16", dump(0, true));
+  EXPECT_EQ(
+      "unsigned char L[8] = { \n"
+      "0x09, 0x0a, 0x0b, 0x0c, 0x0d, 0x0e, 0x0f, 0x10\n};|16",
+      dump(8, true));
+  EXPECT_EQ(
+      "unsigned char L[9] = { \n"
+      "0x09, 0x0a, 0x0b, 0x0c, 0x0d, 0x0e, 0x0f, 0x10,\n0x11, };|16",
+      dump(9, true));
+}
+
+TEST(ByteDump, NullDataPrintsNoBytes) {
+  std::ostringstream out;
+  out << ByteDump{nullptr, 256, "key"};
+  EXPECT_EQ("key\n", out.str());
+}
+
+// Pieces of any size give the text of the whole.
+TEST(ByteDump, CArrayInPieces) {
+  const auto bytes = counting(9000);
+  std::ostringstream whole;
+  whole << ByteDump{bytes.data(), bytes.size(), "L", true};
+  std::ostringstream pieces;
+  write_c_array_head(pieces, "L", bytes.size());
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t step = std::min(bytes.size() - at, at % 61 + 1);
+    write_c_array_bytes(pieces, {bytes.data() + at, step}, at, bytes.size());
+    at += step;
+  }
+  write_c_array_tail(pieces);
+  EXPECT_EQ(whole.str(), pieces.str());
+}
+
+TEST(LogLine, PrefixesByLevelAndOneNewline) {
+  CapturedLog log;
+  LogLine(kLogError).stream() << "a" << std::hex << 16;
+  LogLine(kLogWarning).stream() << 16;
+  LogLine(kLogInfo).stream() << "\nb";
+  LogLine(kLogDetail).stream();
+  EXPECT_EQ("Error: a10\nWarning: 16\n\nb\n\n", log.text());
+}
+
+}  // namespace
+}  // namespace tova_fw_builder

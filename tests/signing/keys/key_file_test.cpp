@@ -1,0 +1,199 @@
+#include "signing/keys/key_file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "signing/keys/key_list.h"
+#include "signing/keys/key_samples.h"
+#include "support/captured_log.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+constexpr char kNotFound[] = "Expected std::string not found";
+const std::string kE3 = "\x01\x02\x03";
+const std::string kModulus = counting(256, 1);
+const std::string kPublic = public_key_file(kE3, kModulus);
+const std::string kPair =
+    pair_key_file(kE3, kModulus, counting(256, 9), counting(256, 77));
+
+// As the log shows a number: bytes in memory order, sixteen in a row.
+std::string dump(const std::string& label, const std::string& bytes) {
+  std::string text = label + "\n";
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    text += "0123456789abcdef"[bytes[i] >> 4 & 15];
+    text += "0123456789abcdef"[bytes[i] & 15];
+    text += i % 16 == 15 ? " \n" : " ";
+  }
+  return text + "\n";
+}
+
+// The log at level 3 shows every field; the record is looked at where its
+// fields have neighbours of another size.
+TEST(KeyFile, AllFourForms) {
+  TempDir dir;
+  const auto little = [](std::string bytes) {
+    std::reverse(bytes.begin(), bytes.end());
+    return bytes;
+  };
+  const std::string none(256, '\0'), n = counting(256, 9);
+  const std::string d = counting(256, 77);
+  for (const std::string& e : {kE3, std::string("\x05")}) {
+    std::string expected = "Reading keys from: " + dir.file("key") + "\n" +
+                           dump("pub_exponent", e) +
+                           dump("pub_modulus", little(kModulus));
+    for (const bool pair : {false, true}) {
+      if (pair) {
+        expected += dump("priv_exponent", e) + dump("priv_modulus", little(n)) +
+                    dump("priv_d", little(d));
+        for (const char c : {'p', 'q', 'a', 'b', 'c'}) {
+          expected += dump(std::string("priv_") + c, little(counting(128, c)));
+        }
+      }
+      const std::string file = pair ? pair_key_file(e, kModulus, n, d)
+                                    : public_key_file(e, kModulus);
+      CapturedLog log(3);
+      const auto key = load_key_file(dir.write("key", file + "behind"));
+      EXPECT_EQ(expected, log.text());
+      EXPECT_EQ(kModulus, std::string(key->pub_modulus.rbegin(),
+                                      key->pub_modulus.rend()));
+      EXPECT_EQ(pair ? d : none,
+                std::string(key->priv_d.rbegin(), key->priv_d.rend()));
+      EXPECT_EQ(0, key->pub_exponent[3]);
+    }
+  }
+}
+
+// A cut in any field or piece and a change in any literal piece are refused,
+// and where the form's first piece is hit, so is the file's head shown.
+TEST(KeyFile, CutAndDamagedFiles) {
+  TempDir dir;
+  CapturedLog log;
+  for (const std::string& file : {kPublic, kPair}) {
+    for (std::size_t length = 0; length < file.size();
+         length += length < 110 ? 1 : 7) {
+      const std::string cut = file.substr(0, length);
+      const std::string message =
+          message_of([&] { load_key_file(dir.write("key", cut)); });
+      const bool known = cut.find("(1:e3:") != cut.npos;
+      EXPECT_EQ(known ? kNotFound : "Key type not recognized :\r\n" + cut,
+                message)
+          << length;
+    }
+  }
+  for (const char* piece : {"11:private", "(1:d", "(1:p", "(1:c", "))))"}) {
+    std::string damaged = kPair;
+    damaged[damaged.rfind(piece) + 2] ^= 1;
+    EXPECT_EQ(kNotFound,
+              message_of([&] { load_key_file(dir.write("key", damaged)); }));
+  }
+}
+
+TEST(KeyFile, FormIsSoughtInTheFirst100Bytes) {
+  TempDir dir;
+  CapturedLog log;
+  const auto message = [&dir](const std::string& file) {
+    return message_of([&] { load_key_file(dir.write("key", file)); });
+  };
+  EXPECT_EQ(kNotFound, message("x" + kPublic));
+  // A zero byte ahead doesn't end the search, the piece may end at byte 100.
+  EXPECT_EQ(kNotFound, message(std::string(60, '\0') + kPublic));
+  EXPECT_EQ("Key type not recognized :\r\nab",
+            message(std::string("ab\0", 3) + std::string(58, 'x') + kPublic));
+  EXPECT_EQ("Key type not recognized :\r\n" + std::string(100, 'y'),
+            message(std::string(200, 'y')));
+  EXPECT_EQ("Failed to open file: " + dir.file("none"),
+            message_of([&] { load_key_file(dir.file("none")); }));
+}
+
+// A file that ends inside a field still logs it, as far as it was read.
+TEST(KeyFile, ShortFieldIsLogged) {
+  TempDir dir;
+  CapturedLog log(3);
+  const std::string cut = kPublic.substr(0, kPublic.find(":n256:") + 6 + 60);
+  EXPECT_EQ(kNotFound,
+            message_of([&] { load_key_file(dir.write("key", cut)); }));
+  EXPECT_NE(std::string::npos, log.text().find("00 00 00 00 3c 3b 3a 39"));
+}
+
+TEST(KeyMaterial, IsWipedWhenItEnds) {
+  alignas(KeyMaterial) std::array<std::uint8_t, sizeof(KeyMaterial)> memory;
+  memory.fill(1);
+  auto* key = new (memory.data()) KeyMaterial;
+  key->priv_d.fill(2);
+  key->~KeyMaterial();
+  const volatile std::uint8_t* bytes = memory.data();
+  for (std::size_t i = 0; i < memory.size(); ++i) ASSERT_EQ(0, bytes[i]) << i;
+}
+
+std::string store_of(const KeyList& list) { return list.stream->str(); }
+
+// The hashes are from Python's hashlib, over the modulus reversed and e in four
+// bytes.
+TEST(KeyList, StoreOfTypesAndHashes) {
+  TempDir dir;
+  CapturedLog log;
+  const std::string a = dir.write("a", kPublic);
+  const std::string b = dir.write("b", kPair);
+  const KeyList list(dir.write(
+      "list", "debug " + a + " more\n\tproduction\t" + b + "\r\ndebug " + b));
+  const std::string hash =
+      "\xaa\x17\xc0\x37\x67\xd0\x61\x7b\x93\x3d\xfa\x7a\x71\xe5\x3b\xe0"
+      "\x61\x9a\xe7\x4b\x20\x3d\xd6\x4a\x5a\xe8\xbe\x01\x78\x29\x93\xa6";
+  EXPECT_EQ(std::string("\3\0\0\0\1\0\0\0", 8) + hash + std::string(4, '\0') +
+                hash + std::string("\1\0\0\0", 4) + hash,
+            store_of(list));
+  EXPECT_EQ(3u, list.keys.size());
+  EXPECT_EQ(b, list.keys[1]->path);
+  EXPECT_EQ("Reading keys from: " + a + "\nReading keys from: " + b +
+                "\nReading keys from: " + b + "\n",
+            log.text());
+}
+
+TEST(KeyList, WhereTheListEnds) {
+  TempDir dir;
+  CapturedLog log;
+  const std::string key = "debug " + dir.write("k", kPublic);
+  const struct {
+    std::string text;
+    char count;
+  } cases[] = {
+      {"", 0},
+      {"\n" + key + "\n", 0},
+      {key + "\n\n" + key + "\n", 1},
+      {key + std::string(2000, ' ') + "\n" + key + "\n", 1},
+      {key + std::string(1023 - key.size(), ' ') + "\n" + key + "\n", 2},
+      {key + std::string("\0tail\n", 6) + key, 2},
+  };
+  for (const auto& c : cases) {
+    const std::string store = store_of(KeyList(dir.write("list", c.text)));
+    EXPECT_EQ(c.count, store[0]);
+    EXPECT_EQ(4u + 36u * static_cast<unsigned>(c.count), store.size());
+  }
+}
+
+TEST(KeyList, RefusedLines) {
+  TempDir dir;
+  CapturedLog log;
+  const struct {
+    const char* text;
+    const char* message;
+  } cases[] = {
+      {"release path", "Not recognized key type : release file path : path"},
+      {"# our keys", "Not recognized key type : # file path : our"},
+      {"  ", "Not recognized key type :  file path : "},
+      {"debug", "Failed to open file: "},
+      {"production /none x", "Failed to open file: /none"},
+  };
+  for (const auto& c : cases) {
+    const std::string list = dir.write("list", c.text);
+    EXPECT_EQ(c.message, message_of([&] { KeyList{list}; }));
+  }
+  EXPECT_EQ("Failed to open file: /none/list",
+            message_of([] { KeyList("/none/list"); }));
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
