@@ -5,4 +5,4 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 scripts/set-up.sh build test
-scripts/build-and-test.sh release "$@"
+scripts/build.sh --test release "$@"

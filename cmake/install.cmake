@@ -10,8 +10,10 @@ install(FILES docs/tova_fw_builder.1
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/tova-fw-builder)
 install(FILES README.md SECURITY.md CONTRIBUTING.md DESTINATION ${doc_dir})
 install(DIRECTORY docs examples DESTINATION ${doc_dir}
-  USE_SOURCE_PERMISSIONS
-  PATTERN "*.1" EXCLUDE)
+  PATTERN "*.1" EXCLUDE
+  PATTERN "*.sh" EXCLUDE)
+install(PROGRAMS examples/audio_firmware/keys/make-test-key.sh
+  DESTINATION ${doc_dir}/examples/audio_firmware/keys)
 
 # Under share/, and without a test of the pointer size: firmware builds find
 # it while they compile for another processor.
@@ -39,5 +41,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS
+  ${PROJECT_SOURCE_DIR}/cmake/package_permissions.cmake)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 include(CPack)

@@ -6,5 +6,5 @@ void fuzz_one(const std::string& input) {
   const auto files = cut(input, 3);
   put("a", files[1]);
   put("b", files[2]);
-  tova_fw_builder::assemble_image(put("package", files[0]), "out");
+  tova_fw_builder::asm_command(put("package", files[0]), "out");
 }

@@ -1,8 +1,6 @@
 #!/bin/sh
-# Runs the fuzz targets, built with the preset "fuzz":
-#
-#   cmake --preset fuzz && cmake --build --preset fuzz
-#   fuzz/run.sh SECONDS [TARGET...]
+# fuzz/run.sh SECONDS [TARGET...]
+# Builds the fuzz targets and runs these, or all.
 #
 # Each target first replays its seeds and every input that ever failed, then
 # fuzzes for SECONDS (0: replay alone). A failing input is left in
@@ -13,7 +11,8 @@ set -eu
 seconds=${1:?seconds per target}
 shift
 here=$(cd "$(dirname "$0")" && pwd)
-build=${TOVA_FUZZ_BUILD:-$here/../build/fuzz}
+build=$here/../build/fuzz
+"$here/../scripts/build.sh" fuzz
 # shellcheck disable=SC2046 # one target a word
 [ $# -gt 0 ] || set -- $(cd "$here/corpus" && ls)
 

@@ -14,13 +14,14 @@
 # so that no command goes unchecked.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/quietly.sh
 
-scripts/build-tool.sh
+scripts/build.sh tool
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
 # Installed in a place of its own, which CMake has to be told.
 export TOVA_PREFIX=$copy/prefix
-cmake --install build/tool --prefix "$TOVA_PREFIX" >build/install.log
+quietly install cmake --install build/tool --prefix "$TOVA_PREFIX"
 export PATH=$TOVA_PREFIX/bin:$PATH
 
 die() {

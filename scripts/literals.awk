@@ -15,7 +15,7 @@ function handle_function(    statements, count, i, rest) {
   for (i = 1; i <= count; ++i) {
     rest = statements[i]
     if (mode == "errors") {
-      if (rest ~ /log_(info|detail|argument|bytes|step)\(|static_assert/) continue
+      if (rest ~ /log_|static_assert/ && rest !~ /log_(warning|error)\(/) continue
       gsub(/[=!]= *"[^"]*"/, "", rest)
     }
     while (match(rest, /"([^"\\\n]|\\.)*"/)) {

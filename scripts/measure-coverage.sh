@@ -4,25 +4,21 @@
 # that they don't.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/quietly.sh
 
 scripts/set-up.sh build test coverage
 build=$PWD/build/coverage
 profiles=$build/profiles
 rm -rf "$profiles"
 mkdir -p "$profiles"
-{
-  cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
-    -DCMAKE_CXX_COMPILER=clang++ \
-    -DCMAKE_CXX_FLAGS='-fprofile-instr-generate -fcoverage-mapping'
-  cmake --build "$build"
-  # Under valgrind the counters cost minutes, and nothing else is reached.
-  LLVM_PROFILE_FILE=$profiles/%p.profraw ctest --test-dir "$build" \
-    --output-on-failure --label-exclude slow --exclude-regex ConstantTime \
-    --parallel "$(nproc)"
-} >"$build/log" 2>&1 || {
-  cat "$build/log"
-  exit 1
-}
+quietly coverage-configure cmake -S . -B "$build" -G Ninja \
+  -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++ \
+  -DCMAKE_CXX_FLAGS='-fprofile-instr-generate -fcoverage-mapping'
+quietly coverage-build cmake --build "$build"
+# Under valgrind the counters cost minutes, and nothing else is reached.
+export LLVM_PROFILE_FILE=$profiles/%p.profraw
+quietly coverage-test ctest --test-dir "$build" --output-on-failure \
+  --label-exclude slow --exclude-regex ConstantTime --parallel "$(nproc)"
 
 # The runs without room on the disk leave no whole profile.
 find "$profiles" -name '*.profraw' >"$profiles/list"

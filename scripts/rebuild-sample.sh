@@ -4,6 +4,7 @@
 # rebuild-sample.sh --try leaves those alone.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/quietly.sh
 
 if ! command -v arm-none-eabi-gcc >/dev/null; then
   echo "Please install these packages first:" \
@@ -11,18 +12,15 @@ if ! command -v arm-none-eabi-gcc >/dev/null; then
   exit 1
 fi
 scripts/set-up.sh build
-scripts/build-tool.sh
-cmake --install build/tool --prefix build/prefix >build/install.log
+scripts/build.sh tool
+quietly install cmake --install build/tool --prefix build/prefix
 
 sample=examples/audio_firmware
 build=build/sample
-cmake -S $sample -B $build -G Ninja \
+quietly sample-configure cmake -S $sample -B $build -G Ninja \
   -DCMAKE_TOOLCHAIN_FILE="$PWD/$sample/arm-none-eabi.cmake" \
-  -DCMAKE_PREFIX_PATH="$PWD/build/prefix" >build/sample.log
-cmake --build $build >>build/sample.log || {
-  tail -n 30 build/sample.log
-  exit 1
-}
+  -DCMAKE_PREFIX_PATH="$PWD/build/prefix"
+quietly sample-build cmake --build $build
 
 if [[ ${1:-} != --try ]]; then
   linked=$sample/linked

@@ -53,6 +53,7 @@ for work in "$@"; do
       need clang-tidy has_command clang-tidy
       need shellcheck has_command shellcheck
       need dpkg-dev has_command dpkg-shlibdeps
+      need devscripts has_command hardening-check
       need file has_command file
       need mandoc has_command mandoc
       ;;

@@ -19,6 +19,6 @@ namespace tova_fw_builder {
 // An output that can't be written is not reported. `out_file` is truncated
 // first: where it is listed as an input as well, only what it holds at that
 // line is appended.
-void assemble_image(const std::string& pkg_file, const std::string& out_file);
+void asm_command(const std::string& pkg_file, const std::string& out_file);
 
 }  // namespace tova_fw_builder

@@ -214,7 +214,7 @@ void perform_line(Run& run, std::string_view text) {
 
 }  // namespace
 
-void build_image(const std::string& img_dscr_file,
+void build_img_command(const std::string& img_dscr_file,
                  const std::string& deploy_dir, const std::string& out_file) {
   log_info("Building Image");
   log_detail("IMG DSCR file: ", img_dscr_file);

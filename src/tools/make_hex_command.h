@@ -17,7 +17,7 @@ namespace tova_fw_builder {
 // to open file: " and the path for `input`, or "Cannot tell the length of file:
 // " and the path, with `output` made by then. An output that can't be written
 // is not reported.
-void make_hex_file(const std::string& input, const std::string& output,
+void make_hex_command(const std::string& input, const std::string& output,
                    const std::string& depth_text);
 
 }  // namespace tova_fw_builder

@@ -19,7 +19,7 @@ namespace tova_fw_builder {
 // Throws std::runtime_error "Failed to open file: " and the path for `input`,
 // or "Cannot tell the length of file: " and the path, with the four outputs
 // made by then. An output that can't be written is not reported.
-void split_binary(const std::string& input, const std::string& name_a,
+void split_command(const std::string& input, const std::string& name_a,
                   const std::string& name_b);
 
 }  // namespace tova_fw_builder

@@ -19,7 +19,7 @@ TEST(AssembleImage, JoinsTheFilesOfBinLines) {
             "  \t bin two 'shown name' ver. 1\nbins one\nbin one\r\nbin two" +
                 std::string(1024, ' ') + "\nbin one\n");
   CapturedLog log(3);
-  assemble_image("p.pkg", "out");
+  asm_command("p.pkg", "out");
   EXPECT_EQ(std::string("\0\n2ONE\0\n2", 9), read_file("out"));
   EXPECT_EQ(
       "Assemblying full image\nPKG file: p.pkg\nBIN file: out\n"
@@ -35,7 +35,7 @@ TEST(AssembleImage, Failures) {
   CapturedLog log;
   const auto run = [&](const std::string& text, const std::string& out) {
     dir.write("p.pkg", text);
-    return message_of([&] { assemble_image("p.pkg", out); });
+    return message_of([&] { asm_command("p.pkg", out); });
   };
   EXPECT_EQ("Failed to open file: ", run("bin one\nbin\nbin one\n", "out"));
   EXPECT_EQ("1", read_file("out"));

@@ -25,7 +25,7 @@ Result run(const std::string& script, const std::string& output = "") {
   const std::string out = output.empty() ? dir.file("out") : output;
   CapturedLog log;
   const std::string error =
-      message_of([&] { build_image(path, dir.file("in/"), out); });
+      message_of([&] { build_img_command(path, dir.file("in/"), out); });
   return {output.empty() ? read_file(out) : "",
           log.text() + (error == "no exception" ? "" : error)};
 }
@@ -120,7 +120,7 @@ TEST(BuildImage, TakesItselfAsInput) {
   }
   dir.write("in", bytes);
   const CapturedLog log;
-  build_image(dir.write("script", "bin in\noffset 1000\nbin out\ndb 7\n"),
+  build_img_command(dir.write("script", "bin in\noffset 1000\nbin out\ndb 7\n"),
               dir.path() + "/", dir.file("out"));
   EXPECT_TRUE(bytes.substr(0, 0x1000) + bytes + '\7' ==
               read_file(dir.file("out")));
@@ -136,7 +136,7 @@ TEST(BuildImage, HashOfHugeFiles) {
     std::filesystem::resize_file(dir.file("in"), length);
     const CapturedLog log;
     const std::string error =
-        message_of([&] { build_image(script, "", dir.file("out")); });
+        message_of([&] { build_img_command(script, "", dir.file("out")); });
     return log.text() + error;
   };
   const std::string refused =
@@ -164,7 +164,7 @@ TEST(BuildImage, Failures) {
   EXPECT_EQ("A", missing.image);
 
   CapturedLog log(3);
-  message_of([] { build_image("none", "pre", "out"); });
+  message_of([] { build_img_command("none", "pre", "out"); });
   EXPECT_EQ(
       start + "IMG DSCR file: none\nDEPLOY directory: pre\nIMG file: out\n",
       log.text());

@@ -1,0 +1,26 @@
+# What makes a fault in the tool harder to use, asked for by name since compilers
+# differ in what they do unasked. Immediate binding also keeps the dynamic
+# linker from leaving pieces of a private key on the stack when it looks up a
+# function for the first time. Sanitizers bring checks of their own.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+
+check_pie_supported(LANGUAGES CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT TOVA_SANITIZE)
+  target_compile_options(tova_options INTERFACE
+    -fstack-protector-strong -fstack-clash-protection
+    # Both check at run time; the first needs an optimising build.
+    "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>"
+    -D_GLIBCXX_ASSERTIONS)
+  target_link_options(tova_options INTERFACE -Wl,-z,relro -Wl,-z,now)
+  # Jumps to where none belongs end the process, on processors that can tell.
+  foreach(flag IN ITEMS -fcf-protection=full -mbranch-protection=standard)
+    string(MAKE_C_IDENTIFIER "TOVA_HAS${flag}" known)
+    check_cxx_compiler_flag(${flag} ${known})
+    if(${known})
+      target_compile_options(tova_options INTERFACE ${flag})
+    endif()
+  endforeach()
+endif()

@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Everything that is said about the text of the tree without running it:
+# clang-format, shellcheck, clang-tidy, who includes whom, and the error texts
+# of the papers. clang-tidy needs the compile commands of the sanitize preset.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/quietly.sh
+
+files() { git ls-files -z --cached --others --exclude-standard -- "$@"; }
+
+files '*.h' '*.cpp' '*.c' | xargs -0 clang-format --dry-run -Werror
+files '*.sh' .ci/run | xargs -0 shellcheck -x
+scripts/check-rooms.sh
+scripts/check-texts.sh
+
+quietly sanitize-configure cmake --preset sanitize
+files 'src/*.cpp' |
+  xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/sanitize --quiet 2>/dev/null
+echo "The texts of the tree hold"
