@@ -40,7 +40,7 @@ elf_list() {  # elf_list ELF...
   done
 }
 
-echo "Running the sample firmware"
+echo "Running the sample firmware, logs in $2/logs"
 for generation in 1.5 1.8 2.5 3.0; do
   dir=$out/gen-$generation
   mkdir -p "$dir"
