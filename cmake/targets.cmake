@@ -19,18 +19,24 @@ endif()
 target_include_directories(tova_options INTERFACE
   ${PROJECT_SOURCE_DIR}/src)
 
-# tova_room(SOURCES a.cpp... [USES ROOM...])
-# Makes the library of the folder that calls it, a room of src/. USES names all
-# rooms, by their folders, that its files include from; scripts/check-rooms.sh
-# holds the includes to it. layout/records becomes tova_layout_records.
+# tova_room([SOURCES a.cpp...] [USES ROOM...])
+# Makes the library of the folder that calls it, a room of src/; without SOURCES
+# it has headers alone. USES names all rooms, by their folders, that its files
+# include from; scripts/check-rooms.sh holds the includes to it. layout/records
+# becomes tova_layout_records.
 function(tova_room)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
   file(RELATIVE_PATH room ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
   list(TRANSFORM ARG_USES PREPEND tova_)
   string(REPLACE / _ name tova_${room})
   string(REPLACE / _ uses "${ARG_USES}")
-  add_library(${name} STATIC ${ARG_SOURCES})
-  target_link_libraries(${name} PUBLIC tova_options ${uses})
+  if(ARG_SOURCES)
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC tova_options ${uses})
+  else()
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE tova_options ${uses})
+  endif()
 endfunction()
 
 # tova_test(NAME SOURCES a_test.cpp... USES lib...)

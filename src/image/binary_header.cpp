@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "driver/ground/log.h"
+#include "driver/ground/wire.h"
 #include "image/module_entry.h"
+#include "image/records/binary_header.h"
 #include "image/symbol_table.h"
 #include "layout/segment.h"
 

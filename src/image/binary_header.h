@@ -1,38 +1,14 @@
 // image/binary_header.h
-// The firmware binary header: what the loader reads. The same in all
-// generations; only its place in the output differs. Byte by byte:
-// docs/file-formats.md.
+// Writes the binary header with its tables: image/records/binary_header.h. Only
+// its place in the output differs between the generations.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <ostream>
 
-#include "driver/ground/wire.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
-
-// 52 bytes. Behind it stand the module entries, the module configurations and
-// the symbol table.
-struct TovaFwBinaryHeader {
-  std::array<char, 4> header_id{'$', 'T', 'M', '1'};
-  Le32 header_len;
-  std::array<char, 8> name{};  // zero for a name of more than 8 bytes
-  Le32 preload_page_count;     // pages from offset 0 to the contents' end
-  Le32 fw_img_flags;
-  Le32 feature_mask;
-  Le16 major_ver;
-  Le16 minor_ver;
-  Le16 hotfix_ver;
-  Le16 build_ver;
-  Le32 num_mods;
-  Le32 hw_buf_ba;
-  Le32 hw_buf_len;  // bytes
-  Le32 load_offset;
-};
-static_assert(sizeof(TovaFwBinaryHeader) == 52 &&
-              alignof(TovaFwBinaryHeader) == 1);
 
 // Bytes of the header, its module entries and its module configurations. The
 // symbol table, which is written behind them, takes no part in any size.

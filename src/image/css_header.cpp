@@ -12,11 +12,6 @@ namespace tova_fw_builder {
 
 namespace {
 
-constexpr std::uint32_t kHeaderVersion = 0x00010000;
-constexpr std::uint32_t kVendor = 0x00007A5C;
-constexpr std::uint32_t kKeyWords = 64;  // RSA-2048
-constexpr std::uint32_t kExponentWords = 1;
-
 // Two decimal digits in one byte, for values below 100.
 std::uint32_t bcd(std::int64_t value) {
   return static_cast<std::uint32_t>((value / 10 << 4 | value % 10) & 0xFF);
@@ -41,16 +36,16 @@ std::uint32_t bcd_date(std::time_t now) {
 CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
                           std::uint32_t date) {
   CssHeader css;
-  css.module_type = kCssModuleType;
-  css.header_len = kCssPartLength / 4;
-  css.header_ver = kHeaderVersion;
-  css.module_id = debug ? kCssDebugSignature : 0;
-  css.mod_vendor = kVendor;
+  css.module_type = CssHeader::kModuleType;
+  css.header_len = CssHeader::kHeaderLength;
+  css.header_ver = CssHeader::kHeaderVersion;
+  css.module_id = debug ? CssHeader::kDebugSignature : 0;
+  css.mod_vendor = CssHeader::kVendor;
   css.date = date;
   css.size = manifest_length / 4;
-  css.key_size = kKeyWords;
-  css.mod_size = kKeyWords;
-  css.exp_size = kExponentWords;
+  css.key_size = CssHeader::kKeyLength;
+  css.mod_size = CssHeader::kKeyLength;
+  css.exp_size = CssHeader::kExponentLength;
   return css;
 }
 

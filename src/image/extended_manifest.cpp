@@ -2,36 +2,12 @@
 // not the type word of the loader's table.
 #include "image/extended_manifest.h"
 
-#include <array>
-#include <cstdint>
-
 #include "driver/ground/wire.h"
+#include "image/records/extended_manifest.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-struct ExtendedHeader {
-  std::array<char, 4> id{'$', 'T', 'E', '1'};
-  Le32 length;  // of the whole extended manifest, in bytes
-  Le32 version = 1;
-  Le32 modules;
-};
-static_assert(sizeof(ExtendedHeader) == 16 && alignof(ExtendedHeader) == 1);
-
-struct ExtendedModule {
-  Le32 length;  // with the records behind it, in bytes
-  std::array<std::uint8_t, 16> uuid{};
-  Le16 version_major;
-  Le16 version_minor;
-  Le16 version_hotfix;
-  Le16 version_build;
-  Le32 type;
-  Le32 reserved_32;
-  Le16 sched_caps;  // records of FwOutMap::SchedCaps that follow
-  Le16 pins;        // records of FwOutMap::Pin behind those
-};
-static_assert(sizeof(ExtendedModule) == 40 && alignof(ExtendedModule) == 1);
 
 std::uint32_t entry_length(const FwOutMap::Module& module) {
   return static_cast<std::uint32_t>(sizeof(ExtendedModule) +
@@ -57,9 +33,9 @@ ExtendedModule make_extended_module(const FwOutMap::Module& module) {
 }  // namespace
 
 void write_extended_manifest(const FwOutMap& map, std::ostream& stream) {
-  std::uint32_t length = sizeof(ExtendedHeader);
+  std::uint32_t length = sizeof(ExtendedManifestHeader);
   for (const auto& module : map.modules) length += entry_length(*module);
-  ExtendedHeader header;
+  ExtendedManifestHeader header;
   header.length = length;
   header.modules = static_cast<std::uint32_t>(map.modules.size());
   write_record(stream, header);

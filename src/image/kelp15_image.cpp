@@ -15,7 +15,7 @@ std::unique_ptr<ImageManifest> Kelp15Image::create_manifest(
     bool debug, std::uint32_t /*imr_type*/) {
   auto manifest = std::make_unique<Kelp15FwManifest>();
   manifest->debug = debug;
-  manifest->module_type = kCssModuleType;
+  manifest->module_type = CssHeader::kModuleType;
   return manifest;
 }
 

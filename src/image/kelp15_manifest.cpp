@@ -11,6 +11,7 @@
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
+#include "image/css_header.h"
 #include "image/extended_manifest.h"
 
 namespace tova_fw_builder {
@@ -26,64 +27,68 @@ constexpr std::uint32_t kCssLength = sizeof(CssHeader);
 }  // namespace
 
 std::uint8_t* Kelp15FwManifest::modulus() {
-  return bytes() + offsetof(Buffer, modulus);
+  return bytes() + offsetof(CssPart, modulus);
 }
 
 void Kelp15FwManifest::set_modulus(const std::uint8_t* bytes) {
-  std::copy_n(bytes, buffer_.modulus.size(), modulus());
+  std::copy_n(bytes, buffer_.front.modulus.size(), modulus());
 }
 
 std::uint8_t* Kelp15FwManifest::exponent() {
-  return bytes() + offsetof(Buffer, exponent);
+  return bytes() + offsetof(CssPart, exponent);
 }
 
 void Kelp15FwManifest::set_exponent(const std::uint8_t* bytes) {
-  std::copy_n(bytes, buffer_.exponent.size(), exponent());
+  std::copy_n(bytes, buffer_.front.exponent.size(), exponent());
 }
 
 std::uint8_t* Kelp15FwManifest::signature() {
-  return bytes() + offsetof(Buffer, signature);
+  return bytes() + offsetof(CssPart, signature);
 }
 
 void Kelp15FwManifest::set_signature(const std::uint8_t* bytes) {
-  std::copy_n(bytes, buffer_.signature.size(), signature());
+  std::copy_n(bytes, buffer_.front.signature.size(), signature());
 }
 
 void Kelp15FwManifest::compute_hash(std::uint8_t* out) {
-  const std::uint32_t first = buffer_.css.header_len * 4;
-  const std::uint32_t length = (buffer_.css.size - buffer_.css.header_len) * 4;
+  const std::uint32_t first = buffer_.front.css.header_len * 4;
+  const std::uint32_t length =
+      (buffer_.front.css.size - buffer_.front.css.header_len) * 4;
   // A length that is negative as the hash sees it is the hash's to refuse, and
   // it does so before it reads a byte.
   constexpr auto kLongest =
       std::uint32_t{std::numeric_limits<std::int32_t>::max()};
-  const bool inside = first <= kMaxLength && length <= kMaxLength - first;
+  const bool inside =
+      first <= kMaxManifestLength && length <= kMaxManifestLength - first;
   if (length <= kLongest && !inside) refuse_length();
   Sha256Hash hash(bytes(), kCssLength);
-  hash.update(bytes() + std::min(first, kMaxLength), length);
+  hash.update(bytes() + std::min(first, kMaxManifestLength), length);
   hash.final(out);
   // Signing takes the digest as a number, least significant byte first.
   std::reverse(out, out + 32);
 }
 
 void Kelp15FwManifest::set_debug() {
-  buffer_.css.module_id = buffer_.css.module_id | kCssDebugSignature;
+  buffer_.front.css.module_id =
+      buffer_.front.css.module_id | CssHeader::kDebugSignature;
 }
 
 void Kelp15FwManifest::write(std::ostream& stream, Image& image) {
-  const std::uint64_t total = manifest_size(image.map()) + kCssPartLength;
+  const std::uint64_t total = manifest_size(image.map()) + sizeof(CssPart);
   const std::uint64_t pad = kPageSize - total % kPageSize;
-  if (total + pad > kMaxLength) refuse_length();
+  if (total + pad > kMaxManifestLength) refuse_length();
   const auto padded = static_cast<std::uint32_t>(total + pad);
   // Pages hold whole words; kept to guard the arithmetic above.
   if (padded % 4 != 0) {
     throw std::runtime_error("Invalid manifest size - must be multiple of 4");
   }
-  buffer_.css = fill_css_header(padded, debug, bcd_date(std::time(nullptr)));
+  buffer_.front.css =
+      fill_css_header(padded, debug, bcd_date(std::time(nullptr)));
   if (log_level() >= kLogInfo) {
-    print_css_header(LogLine(kLogInfo).stream(), buffer_.css);
+    print_css_header(LogLine(kLogInfo).stream(), buffer_.front.css);
   }
-  write_record(stream, buffer_.css);
-  write_zeros(stream, kCssPartLength - kCssLength);
+  write_record(stream, buffer_.front.css);
+  write_zeros(stream, sizeof(CssPart) - kCssLength);
   write_binary_header(image.map(), stream, padded);
   write_zeros(stream, pad);
 }
@@ -95,7 +100,7 @@ void Kelp15FwManifest::write_extended(std::ostream& stream, Image& image) {
 
 void Kelp15FwManifest::write_raw(std::ostream& stream) {
   stream.write(reinterpret_cast<const char*>(bytes()),
-               std::streamsize{buffer_.css.size} * 4);
+               std::streamsize{buffer_.front.css.size} * 4);
 }
 
 std::unique_ptr<ImageManifest> read_kelp15_manifest(std::istream& stream) {
@@ -103,15 +108,15 @@ std::unique_ptr<ImageManifest> read_kelp15_manifest(std::istream& stream) {
   CssHeader css;
   stream.read(reinterpret_cast<char*>(&css), kCssLength);
   const std::uint64_t length = std::uint64_t{css.size} * 4;
-  if (length > Kelp15FwManifest::kMaxLength) refuse_length();
+  if (length > kMaxManifestLength) refuse_length();
   const bool wraps = length < kCssLength;
-  const std::uint64_t end = wraps ? Kelp15FwManifest::kMaxLength : length;
+  const std::uint64_t end = wraps ? kMaxManifestLength : length;
   stream.read(reinterpret_cast<char*>(manifest->bytes() + kCssLength),
               static_cast<std::streamsize>(end - kCssLength));
   if (wraps && stream.peek() != std::istream::traits_type::eof()) {
     refuse_length();
   }
-  manifest->buffer_.css = css;
+  manifest->buffer_.front.css = css;
   return manifest;
 }
 

@@ -8,8 +8,8 @@
 #include <istream>
 #include <memory>
 
-#include "image/css_header.h"
 #include "image/image.h"
+#include "image/records/css_part.h"
 
 namespace tova_fw_builder {
 
@@ -18,8 +18,6 @@ namespace tova_fw_builder {
 // file up to the `size` of its CSS header, zero behind the end of a short file.
 class Kelp15FwManifest : public ImageManifest {
  public:
-  static constexpr std::uint32_t kMaxLength = 8192;
-
   std::uint8_t* modulus() override;
   void set_modulus(const std::uint8_t* bytes) override;
   int generation_code() const override { return 1; }
@@ -38,7 +36,7 @@ class Kelp15FwManifest : public ImageManifest {
   void compute_hash(std::uint8_t* out) override;
 
   void set_debug() override;
-  std::uint32_t date() const override { return buffer_.css.date; }
+  std::uint32_t date() const override { return buffer_.front.css.date; }
 
   // Writes the CSS part, the binary header with its tables, and zero bytes up
   // to a whole number of pages, always at least one. The symbol table pushes
@@ -57,13 +55,10 @@ class Kelp15FwManifest : public ImageManifest {
 
   // The manifest file from offset 0 on.
   struct Buffer {
-    CssHeader css;
-    std::array<std::uint8_t, 256> modulus{};
-    std::array<std::uint8_t, 4> exponent{};
-    std::array<std::uint8_t, 256> signature{};
-    std::array<std::uint8_t, kMaxLength - kCssPartLength> rest{};
+    CssPart front;
+    std::array<std::uint8_t, kMaxManifestLength - sizeof(CssPart)> rest{};
   };
-  static_assert(sizeof(Buffer) == kMaxLength && alignof(Buffer) == 1);
+  static_assert(sizeof(Buffer) == kMaxManifestLength && alignof(Buffer) == 1);
 
   // All 8192 bytes: areas that stand side by side are read as one.
   std::uint8_t* bytes() { return reinterpret_cast<std::uint8_t*>(&buffer_); }

@@ -16,8 +16,11 @@ namespace tova_fw_builder {
 
 namespace {
 
-constexpr std::uint32_t kHeaderOffset = 8192;
-constexpr std::uint32_t kContentsOffset = 32768;
+template <typename Facts>
+using Digest = std::array<std::uint8_t, Facts::kDigestLength>;
+
+template <typename Facts>
+using Metadata = MetadataExtension<Facts::kDigestLength>;
 
 // Fills a fresh file with zero bytes. A pad that wrapped is near 4 GiB and is
 // left as a hole, but for its last byte, which gives the file its length.
@@ -32,34 +35,33 @@ void write_padding(std::ostream& stream, std::uint32_t pad) {
 
 // The binary counts as one message for the hash.
 template <typename Facts>
-typename Facts::Digest digest_of(std::istream& in, std::uint64_t length) {
+Digest<Facts> digest_of(std::istream& in, std::uint64_t length) {
   typename Facts::Hash hash;
   const std::uint64_t taken = Facts::Hash::taken_at_once(length);
   read_in_pieces(in, taken, [&hash](std::span<const std::uint8_t> bytes) {
     hash.update(bytes.data(), bytes.size());
   });
-  typename Facts::Digest digest;
+  Digest<Facts> digest;
   hash.final(digest.data());
   return digest;
 }
 
 template <typename Facts>
-typename Facts::Digest digest_of(const MetadataExtension<Facts>& metadata) {
+Digest<Facts> digest_of(const Metadata<Facts>& metadata) {
   typename Facts::Hash hash(reinterpret_cast<const std::uint8_t*>(&metadata),
                             sizeof(metadata));
-  typename Facts::Digest digest;
+  Digest<Facts> digest;
   hash.final(digest.data());
   return digest;
 }
 
-template <typename Digest>
-void log_digest(const char* label, const Digest& digest) {
+void log_digest(const char* label, std::span<const std::uint8_t> digest) {
   log_info(
       ByteDump{.data = digest.data(), .length = digest.size(), .label = label});
 }
 
 template <typename Facts>
-void log_metadata(const MetadataExtension<Facts>& metadata) {
+void log_metadata(const Metadata<Facts>& metadata) {
   if (log_level() < kLogInfo) return;
   LogLine line(kLogInfo);
   line.stream() << "  TOVA metadata file extension\n"
@@ -87,7 +89,7 @@ void PaddedImage<Facts>::write(std::iostream& stream, const std::string& path,
   log_step("Writing content");
   write_module_contents(map(), stream, path);
   log_step("Writing TovaFwBinaryHeader");
-  stream.seekp(std::streamoff{kHeaderOffset - css_header_size});
+  stream.seekp(std::streamoff{kSignedHeaderOffset - css_header_size});
   write_binary_header(map(), stream, css_header_size);
   stream.flush();
   log_step("Update image hash");
@@ -114,13 +116,13 @@ MetadataManifest<Facts>::MetadataManifest(const PaddedImage<Facts>& image,
       static_cast<std::uint32_t>(image.image_size) + metadata_.base_offset;
   log_digest("Image hash", image.image_hash);
   metadata_.image_digest = image.image_hash;
-  package_.metadata_digest = digest_of(metadata_);
+  package_.metadata_digest = digest_of<Facts>(metadata_);
   log_digest("Metadata hash", package_.metadata_digest);
 }
 
 template <typename Facts>
 void MetadataManifest<Facts>::write(std::ostream& stream, Image& /*image*/) {
-  log_metadata(metadata_);
+  log_metadata<Facts>(metadata_);
   write_record(stream, metadata_);
 }
 

@@ -14,6 +14,7 @@
 #include "crypto/sha_hash.h"
 #include "driver/ground/wire.h"
 #include "image/image.h"
+#include "image/records/metadata_extension.h"
 #include "image/unsigned_manifest.h"
 
 namespace tova_fw_builder {
@@ -21,31 +22,14 @@ namespace tova_fw_builder {
 // The differences.
 struct Kelp18Facts {
   using Hash = Sha256Hash;
-  using Digest = std::array<std::uint8_t, 32>;
+  static constexpr std::size_t kDigestLength = kKelp18DigestLength;
   static constexpr const char* kLogPrefix = "kELP1.8: ";
 };
 struct Kelp25Facts {
   using Hash = Sha384Hash;
-  using Digest = std::array<std::uint8_t, 48>;
+  static constexpr std::size_t kDigestLength = kKelp25DigestLength;
   static constexpr const char* kLogPrefix = "kELP2.5: ";
 };
-
-// The metadata extension, as it stands in the manifest file.
-template <typename Facts>
-struct MetadataExtension {
-  Le32 extension_type = 17;
-  Le32 extension_length = sizeof(MetadataExtension);
-  Le32 tova_imr_type;
-  std::array<std::uint8_t, 24> reserved_12{};
-  Le32 version = 0;
-  typename Facts::Digest image_digest{};
-  Le32 base_offset = 8192;  // of the binary header
-  Le32 limit_offset;        // base_offset + length of the binary
-  std::array<std::uint8_t, 16> reserved_tail{};
-};
-static_assert(sizeof(MetadataExtension<Kelp18Facts>) == 96 &&
-              alignof(MetadataExtension<Kelp18Facts>) == 1);
-static_assert(sizeof(MetadataExtension<Kelp25Facts>) == 112);
 
 // The package extension, the frame of the metadata extension. It goes to no
 // file: all that is seen of it is the metadata digest, in the log.
@@ -58,8 +42,8 @@ struct PackageExtension {
   std::array<char, 12> name{'T', 'O', 'V', 'A', ' ', 'F', 'W'};
   std::uint8_t kind = 2;
   std::array<std::uint8_t, 3> reserved_45{};
-  Le32 metadata_length = sizeof(MetadataExtension<Facts>);
-  typename Facts::Digest metadata_digest{};
+  Le32 metadata_length = sizeof(MetadataExtension<Facts::kDigestLength>);
+  std::array<std::uint8_t, Facts::kDigestLength> metadata_digest{};
 };
 static_assert(sizeof(PackageExtension<Kelp18Facts>) == 84 &&
               alignof(PackageExtension<Kelp18Facts>) == 1);
@@ -82,7 +66,7 @@ class PaddedImage : public Image {
   // Both set by write(): of the whole binary. A binary that couldn't be opened
   // has the length 2^64 - 1 and the digest of nothing.
   std::uint64_t image_size = 0;
-  typename Facts::Digest image_hash{};
+  std::array<std::uint8_t, Facts::kDigestLength> image_hash{};
 };
 
 template <typename Facts>
@@ -98,7 +82,7 @@ class MetadataManifest : public UnsignedManifest {
 
  private:
   PackageExtension<Facts> package_;
-  MetadataExtension<Facts> metadata_;
+  MetadataExtension<Facts::kDigestLength> metadata_;
 };
 
 using Kelp18Image = PaddedImage<Kelp18Facts>;

@@ -4,13 +4,12 @@
 
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
+#include "image/records/binary_header.h"
 #include "layout/content_writer.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-constexpr std::uint32_t kContentsOffset = 32768;
 
 void log_step(const char* step) { log_detail("kELP3.0: ", step); }
 

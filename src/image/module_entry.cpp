@@ -20,12 +20,12 @@ using Group = FwOutMap::SectionGroup;
 constexpr std::uint32_t kStored = Group::kContents | Group::kLoad;
 
 std::uint32_t type_word(const FwOutMap::Module& module) {
-  std::uint32_t word = module.load_type & 0xF;
+  std::uint32_t word = module.load_type & ModuleEntry::kLoadTypeMask;
   if (module.auto_init) word |= ModuleEntry::kAutoInit;
   if (module.domain_ll) word |= ModuleEntry::kDomainLl;
   if (module.domain_dp) word |= ModuleEntry::kDomainDp;
   if (module.module_kind == FwOutMap::Module::kLibrary)
-    word |= ModuleEntry::kKind2;
+    word |= ModuleEntry::kLibrary;
   if (module.domain_rtos) word |= ModuleEntry::kDomainRtos;
   return word | (module.core_type & 0xFF) << ModuleEntry::kCoreTypeShift;
 }

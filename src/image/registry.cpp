@@ -47,7 +47,7 @@ constexpr ImageEntry kImages[] = {
 };
 
 constexpr ManifestEntry kManifests[] = {
-    {kCssModuleType, read_kelp15_manifest},
+    {CssHeader::kModuleType, read_kelp15_manifest},
     {UnsignedManifest::kModuleType, create_empty<Kelp18FwManifest>},
     {UnsignedManifest::kModuleType, create_empty<Kelp25FwManifest>},
     // The same key once more: a file of that type reads as an empty manifest

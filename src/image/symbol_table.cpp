@@ -7,19 +7,11 @@
 
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-struct SymbolRecord {
-  std::uint8_t kind = 1;
-  std::uint8_t module = 0;  // index, low 8 bits
-  Le16 segment;             // slot, 0 to 2
-  Le32 name_offset;         // from the start of the symbol table
-  Le32 address;
-};
-static_assert(sizeof(SymbolRecord) == 12 && alignof(SymbolRecord) == 1);
 
 constexpr std::uint32_t kNumberSize = 4;  // of the count and strings length
 

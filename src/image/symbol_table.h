@@ -6,7 +6,7 @@
 #include <ostream>
 #include <span>
 
-#include "image/module_entry.h"
+#include "image/records/binary_header.h"
 #include "input_map/fw_image_map.h"
 
 namespace tova_fw_builder {

@@ -19,17 +19,11 @@
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
+#include "tools/partition_table.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-// The partition table as it stands in the image.
-struct PartitionTable {
-  Le32 count;                      // positions recorded
-  std::array<Le32, 16> positions;  // of the marked files, in order; then zero
-};
-static_assert(sizeof(PartitionTable) == 68 && alignof(PartitionTable) == 1);
 
 // What one run of a script works on.
 struct Run {

@@ -25,12 +25,6 @@ struct KeyTypeValue {
 // The words differ from those of signing, where "release" is the other kind.
 constexpr KeyTypeValue key_type_values[] = {{"debug", 1}, {"production", 0}};
 
-struct StoreEntry {
-  Le32 key_type;
-  PublicKeyHash hash;
-};
-static_assert(sizeof(StoreEntry) == 36 && alignof(StoreEntry) == 1);
-
 }  // namespace
 
 KeyList::KeyList(const std::string& list_path)

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "driver/ground/wire.h"
 #include "signing/keys/public_key_hash.h"
 
 namespace tova_fw_builder {
@@ -16,9 +17,14 @@ namespace tova_fw_builder {
 // The section name under which the store goes into an image.
 inline constexpr char kPublicKeysStorage[] = "public_keys_storage";
 
-// The keys of one list. The store in `stream` is, in little-endian numbers, the
-// count of keys (4 bytes), and for each key its type (4 bytes) and its hash (32
-// bytes). docs/file-formats.md has the byte table.
+// One key of the store, which is their count (Le32) and these, 36 bytes each.
+struct StoreEntry {
+  Le32 key_type;  // 1 debug, 0 production
+  PublicKeyHash hash;
+};
+static_assert(sizeof(StoreEntry) == 36 && alignof(StoreEntry) == 1);
+
+// The keys of one list.
 class KeyList {
  public:
   struct KeyData {
