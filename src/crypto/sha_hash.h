@@ -3,6 +3,7 @@
 // pieces.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
@@ -17,6 +18,8 @@ namespace tova_fw_builder {
 // counts as one message.
 class Sha256Hash {
  public:
+  using Digest = std::array<std::uint8_t, 32>;
+
   // Starts with `length` bytes at `data`, or with the empty message if either
   // is zero.
   explicit Sha256Hash(const std::uint8_t* data = nullptr,
@@ -38,6 +41,8 @@ class Sha256Hash {
 // "zelsSHA256GetSize" here too: log watchers know that one name.
 class Sha384Hash {
  public:
+  using Digest = std::array<std::uint8_t, 48>;
+
   explicit Sha384Hash(const std::uint8_t* data = nullptr,
                       std::uint64_t length = 0);
   void update(const std::uint8_t* data, std::uint64_t length);

@@ -94,8 +94,8 @@ void build_command(const BuildArguments& arguments) {
   // Behind write(), whose length and digest the manifest takes.
   auto manifest = image->create_manifest(false, arguments.imr_type);
   log_info("\nWriting manifest to ", paths.manifest);
-  manifest->write(manifest_file, *image);
-  manifest->write_extended(extended_file, *image);
+  manifest->write(manifest_file, image->map());
+  manifest->write_extended(extended_file, image->map());
 
   write_package_descriptor(image->map(), paths.binary, manifest->date(),
                            manifest->module_type);

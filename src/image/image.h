@@ -3,18 +3,18 @@
 // binary of a generation, the other produces, holds and signs its manifest.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <istream>
 #include <memory>
 #include <ostream>
+#include <span>
 #include <string>
 #include <utility>
 
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
-
-class Image;
 
 // A manifest, made from a finished image or read back from a file. What a
 // generation doesn't have, its operations leave alone.
@@ -35,9 +35,14 @@ class ImageManifest {
   virtual std::uint8_t* signature() { return nullptr; }
   virtual void set_signature(const std::uint8_t* bytes) = 0;
 
+  // The bytes that a signature covers, in two pieces. Both are empty in
+  // generations without signature. What it throws, see Kelp15FwManifest.
+  virtual std::array<std::span<const std::uint8_t>, 2> signed_parts() {
+    return {};
+  }
   // Writes the 32 bytes of the SHA-256 of the signed parts, last byte of the
-  // digest first. Leaves `out` alone in generations without signature. What it
-  // throws of a damaged file, see Kelp15FwManifest.
+  // digest first. Leaves `out` alone in generations without signature. Throws
+  // what signed_parts throws.
   virtual void compute_hash(std::uint8_t* out) = 0;
 
   // Marks the signature as a debug one.
@@ -49,14 +54,26 @@ class ImageManifest {
   // Both take the map of the image that the manifest was made from, and write
   // and log the generation's manifest and extended manifest. They throw what
   // write_binary_header throws, and the texts of Kelp15FwManifest.
-  virtual void write(std::ostream& stream, Image& image) = 0;
-  virtual void write_extended(std::ostream& stream, Image& image) = 0;
+  virtual void write(std::ostream& stream, const FwOutMap& map) = 0;
+  virtual void write_extended(std::ostream& stream, const FwOutMap& map) = 0;
   // Writes the manifest that was read back, and what was changed in it since.
   virtual void write_raw(std::ostream& stream) = 0;
 
   bool debug = false;
   // 6 for Kelp15 and 4 for the others; 0 in a manifest read back.
   std::uint32_t module_type = 0;
+};
+
+// What the manifests of 1.8, 2.5 and 3.0 have in common: they are signed
+// outside this tool, if at all.
+class UnsignedManifest : public ImageManifest {
+ public:
+  static constexpr std::uint32_t kModuleType = 4;
+
+  int generation_code() const override { return 3; }
+  void set_signature(const std::uint8_t*) override {}
+  void compute_hash(std::uint8_t*) override {}
+  void write_raw(std::ostream&) override {}
 };
 
 // Writes the binary of one generation. Owns the output map.
@@ -68,9 +85,10 @@ class Image {
   // Writes the whole binary to `stream`, which is empty and open for reading
   // and writing. `path` is the binary's path without extension, which addon
   // files of generation 1.5 take their names from. `css_header_size` is the
-  // room in bytes that signing takes ahead of the binary. Throws what
-  // write_module_contents and write_binary_header throw; a stream that fails
-  // is no failure of its own, but leaves a length that is no number of pages.
+  // room in bytes that signing takes ahead of the binary, for 1.8 and 2.5
+  // alone. Throws what write_module_contents and write_binary_header throw; a
+  // stream that fails is no failure of its own, but leaves a length that is no
+  // number of pages.
   virtual void write(std::iostream& stream, const std::string& path,
                      std::uint32_t css_header_size) = 0;
 

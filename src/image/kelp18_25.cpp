@@ -5,22 +5,32 @@
 
 #include <span>
 
+#include "crypto/sha_hash.h"
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
 #include "image/extended_manifest.h"
+#include "image/stream_digest.h"
 #include "layout/content_writer.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-template <typename Facts>
-using Digest = std::array<std::uint8_t, Facts::kDigestLength>;
-
-template <typename Facts>
-using Metadata = MetadataExtension<Facts::kDigestLength>;
+// The table of differences.
+template <std::size_t DigestLength>
+struct Generation;
+template <>
+struct Generation<kKelp18DigestLength> {
+  using Hash = Sha256Hash;
+  static constexpr const char* kLogPrefix = "kELP1.8: ";
+};
+template <>
+struct Generation<kKelp25DigestLength> {
+  using Hash = Sha384Hash;
+  static constexpr const char* kLogPrefix = "kELP2.5: ";
+};
 
 // Fills a fresh file with zero bytes. A pad that wrapped is near 4 GiB and is
 // left as a hole, but for its last byte, which gives the file its length.
@@ -33,82 +43,46 @@ void write_padding(std::ostream& stream, std::uint32_t pad) {
   }
 }
 
-// The binary counts as one message for the hash.
-template <typename Facts>
-Digest<Facts> digest_of(std::istream& in, std::uint64_t length) {
-  typename Facts::Hash hash;
-  const std::uint64_t taken = Facts::Hash::taken_at_once(length);
-  read_in_pieces(in, taken, [&hash](std::span<const std::uint8_t> bytes) {
-    hash.update(bytes.data(), bytes.size());
-  });
-  Digest<Facts> digest;
-  hash.final(digest.data());
-  return digest;
-}
-
-template <typename Facts>
-Digest<Facts> digest_of(const Metadata<Facts>& metadata) {
-  typename Facts::Hash hash(reinterpret_cast<const std::uint8_t*>(&metadata),
-                            sizeof(metadata));
-  Digest<Facts> digest;
-  hash.final(digest.data());
-  return digest;
-}
-
 void log_digest(const char* label, std::span<const std::uint8_t> digest) {
   log_info(
       ByteDump{.data = digest.data(), .length = digest.size(), .label = label});
 }
 
-template <typename Facts>
-void log_metadata(const Metadata<Facts>& metadata) {
-  if (log_level() < kLogInfo) return;
-  LogLine line(kLogInfo);
-  line.stream() << "  TOVA metadata file extension\n"
-                << std::hex << "    extension_type    "
-                << metadata.extension_type << "\n    extension_length  "
-                << metadata.extension_length << "\n    tova_imr_type           "
-                << metadata.tova_imr_type << "\n    tova_info.version       "
-                << metadata.version << "\n    tova_info.base_offset   "
-                << metadata.base_offset << "\n    tova_info.limit_offset  "
-                << metadata.limit_offset;
-}
-
 }  // namespace
 
-template <typename Facts>
-void PaddedImage<Facts>::write(std::iostream& stream, const std::string& path,
-                               std::uint32_t css_header_size) {
-  const auto log_step = [](const char* step) {
-    log_detail(Facts::kLogPrefix, step);
-  };
+template <std::size_t DigestLength>
+void PaddedImage<DigestLength>::write(std::iostream& stream,
+                                      const std::string& path,
+                                      std::uint32_t css_header_size) {
+  const char* const prefix = Generation<DigestLength>::kLogPrefix;
   const std::uint32_t pad = kContentsOffset - css_header_size;
-  log_detail(Facts::kLogPrefix, "Writing initial padding (size 0x", std::hex,
-             pad, ')');
+  log_detail(prefix, "Writing initial padding (size 0x", std::hex, pad, ')');
   write_padding(stream, pad);
-  log_step("Writing content");
+  log_detail(prefix, "Writing content");
   write_module_contents(map(), stream, path);
-  log_step("Writing TovaFwBinaryHeader");
+  log_detail(prefix, "Writing TovaFwBinaryHeader");
   stream.seekp(std::streamoff{kSignedHeaderOffset - css_header_size});
   write_binary_header(map(), stream, css_header_size);
   stream.flush();
-  log_step("Update image hash");
+  log_detail(prefix, "Update image hash");
   stream.seekp(0, std::ios_base::end);
   image_size = static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
   stream.seekg(0);
-  image_hash = digest_of<Facts>(stream, image_size);
+  image_hash = stream_digest<typename Generation<DigestLength>::Hash>(
+      stream, image_size);
 }
 
-template <typename Facts>
-std::unique_ptr<ImageManifest> PaddedImage<Facts>::create_manifest(
+template <std::size_t DigestLength>
+std::unique_ptr<ImageManifest> PaddedImage<DigestLength>::create_manifest(
     bool debug, std::uint32_t imr_type) {
-  return std::make_unique<MetadataManifest<Facts>>(*this, debug, imr_type);
+  return std::make_unique<MetadataManifest<DigestLength>>(*this, debug,
+                                                          imr_type);
 }
 
-template <typename Facts>
-MetadataManifest<Facts>::MetadataManifest(const PaddedImage<Facts>& image,
-                                          bool debug_flag,
-                                          std::uint32_t imr_type) {
+template <std::size_t DigestLength>
+MetadataManifest<DigestLength>::MetadataManifest(
+    const PaddedImage<DigestLength>& image, bool debug_flag,
+    std::uint32_t imr_type) {
   debug = debug_flag;
   module_type = kModuleType;
   metadata_.tova_imr_type = imr_type;
@@ -116,26 +90,35 @@ MetadataManifest<Facts>::MetadataManifest(const PaddedImage<Facts>& image,
       static_cast<std::uint32_t>(image.image_size) + metadata_.base_offset;
   log_digest("Image hash", image.image_hash);
   metadata_.image_digest = image.image_hash;
-  package_.metadata_digest = digest_of<Facts>(metadata_);
+  typename Generation<DigestLength>::Hash hash(
+      reinterpret_cast<const std::uint8_t*>(&metadata_), sizeof(metadata_));
+  hash.final(package_.metadata_digest.data());
   log_digest("Metadata hash", package_.metadata_digest);
 }
 
-template <typename Facts>
-void MetadataManifest<Facts>::write(std::ostream& stream, Image& /*image*/) {
-  log_metadata<Facts>(metadata_);
+template <std::size_t DigestLength>
+void MetadataManifest<DigestLength>::write(std::ostream& stream,
+                                           const FwOutMap& /*map*/) {
+  log_info("  TOVA metadata file extension\n", std::hex,
+           "    extension_type    ", metadata_.extension_type,
+           "\n    extension_length  ", metadata_.extension_length,
+           "\n    tova_imr_type           ", metadata_.tova_imr_type,
+           "\n    tova_info.version       ", metadata_.version,
+           "\n    tova_info.base_offset   ", metadata_.base_offset,
+           "\n    tova_info.limit_offset  ", metadata_.limit_offset);
   write_record(stream, metadata_);
 }
 
-template <typename Facts>
-void MetadataManifest<Facts>::write_extended(std::ostream& stream,
-                                             Image& image) {
+template <std::size_t DigestLength>
+void MetadataManifest<DigestLength>::write_extended(std::ostream& stream,
+                                                    const FwOutMap& map) {
   log_info("Create extended manifest");
-  write_extended_manifest(image.map(), stream);
+  write_extended_manifest(map, stream);
 }
 
-template class PaddedImage<Kelp18Facts>;
-template class PaddedImage<Kelp25Facts>;
-template class MetadataManifest<Kelp18Facts>;
-template class MetadataManifest<Kelp25Facts>;
+template class PaddedImage<kKelp18DigestLength>;
+template class PaddedImage<kKelp25DigestLength>;
+template class MetadataManifest<kKelp18DigestLength>;
+template class MetadataManifest<kKelp25DigestLength>;
 
 }  // namespace tova_fw_builder

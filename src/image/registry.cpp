@@ -2,6 +2,8 @@
 // manifest readers by the first word of a file. Each is one constant array in
 // the order in which the generations entered; a later entry wins over an
 // earlier one of the same key.
+#include <array>
+#include <cstring>
 #include <iomanip>
 #include <span>
 #include <stdexcept>
@@ -10,10 +12,9 @@
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
 #include "image/image.h"
-#include "image/kelp15_image.h"
-#include "image/kelp15_manifest.h"
+#include "image/kelp15.h"
 #include "image/kelp18_25.h"
-#include "image/kelp30_image.h"
+#include "image/kelp30.h"
 
 namespace tova_fw_builder {
 
@@ -26,7 +27,7 @@ struct ImageEntry {
 
 struct ManifestEntry {
   std::uint32_t key;  // first word of the file
-  std::unique_ptr<ImageManifest> (*create)(std::istream&);
+  std::unique_ptr<ImageManifest> (*create)(std::span<const std::uint8_t> file);
 };
 
 template <typename Kind>
@@ -35,7 +36,8 @@ std::unique_ptr<Image> create_image(std::unique_ptr<FwOutMap> map) {
 }
 
 template <typename Kind>
-std::unique_ptr<ImageManifest> create_empty(std::istream& /*stream*/) {
+std::unique_ptr<ImageManifest> create_empty(
+    std::span<const std::uint8_t> /*file*/) {
   return std::make_unique<Kind>();
 }
 
@@ -78,15 +80,17 @@ std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map) {
 
 std::unique_ptr<ImageManifest> read_manifest(const std::string& path) {
   log_info("Reading manifest from: ", path);
-  const auto stream = open_binary_input(path);
-  // A file of less than 4 bytes leaves zero in the rest of the word, and its
-  // stream failed: the seek doesn't mend it, and the reader finds nothing.
-  Le32 word;
-  stream->read(reinterpret_cast<char*>(&word), sizeof(word));
+  // Read once, as a pipe can't be read again. One byte more than is taken shows
+  // a file that is too long.
+  std::array<std::uint8_t, kMaxManifestLength + 1> bytes{};
+  std::span<const std::uint8_t> file(bytes.data(), read_start(path, bytes));
+  Le32 word;  // what a short file lacks is zero
+  std::memcpy(&word, bytes.data(), sizeof(word));
   const auto* entry = find_last<ManifestEntry>(kManifests, word);
   if (entry == nullptr) throw std::runtime_error("Unrecognized module type");
-  stream->seekg(0);
-  return entry->create(*stream);
+  // Without a whole word the file counts as empty.
+  if (file.size() < sizeof(word)) file = {};
+  return entry->create(file);
 }
 
 }  // namespace tova_fw_builder

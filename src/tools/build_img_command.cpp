@@ -5,7 +5,6 @@
 #include "tools/build_img_command.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -19,6 +18,7 @@
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
+#include "image/stream_digest.h"
 #include "tools/partition_table.h"
 
 namespace tova_fw_builder {
@@ -168,14 +168,7 @@ void append_size(Run& run) {
 void append_hash(Run& run) {
   take_word(run);
   const InputFile file = open_deployed(run, run.word);
-  Sha256Hash hash;
-  // The file counts as one message for the hash.
-  read_in_pieces(*file.stream, Sha256Hash::taken_at_once(file.length),
-                 [&hash](std::span<const std::uint8_t> bytes) {
-                   hash.update(bytes.data(), bytes.size());
-                 });
-  std::array<std::uint8_t, 32> digest{};
-  hash.final(digest.data());
+  const auto digest = stream_digest<Sha256Hash>(*file.stream, file.length);
   log_info("Appending hash of ", run.word, " = ",
            ByteDump{digest.data(), digest.size(), "sha256"});
   write_record(run.out, digest);

@@ -110,6 +110,12 @@ expect 251 'Error: Cannot tell the length of file: /dev/stdin' ./x \
   asm in/stdin.pkg out/x < <(:)
 expect 251 "Error: Failed to open file: $work" ./x asm in/folder.pkg out/x
 
+# A manifest and a key out of pipes sign as the files do.
+"$tool" sign debug <(cat "$pair") <(cat in/firmware.man) piped >log
+cmp piped in/firmware.man.signed
+"$tool" verify <(cat piped) >log
+rm piped
+
 # A reader that waits for the tool's output stops it in the middle of a copy:
 # 64 KiB fill the pipe.
 copy_into_pipe() {  # sets pid; the output is file 3

@@ -45,8 +45,8 @@ Output build(std::uint32_t generation, std::uint32_t css_header_size) {
   binary.close();
   const auto manifest = image->create_manifest(false, 0x1122);
   std::ostringstream file, extended;
-  manifest->write(file, *image);
-  manifest->write_extended(extended, *image);
+  manifest->write(file, image->map());
+  manifest->write_extended(extended, image->map());
   return {read_file(dir.file("fw.bin")), file.str(), extended.str(),
           read_file(dir.file("fw" + kAddonFile)), log.text()};
 }
@@ -161,7 +161,7 @@ TEST(Generations, UnopenedBinary) {
     std::ostringstream out;
     EXPECT_EQ("preload size not aligned to page size", message_of([&] {
                 image->write(binary, "/no/such/folder/fw", 0);
-                image->create_manifest(false, 0)->write(out, *image);
+                image->create_manifest(false, 0)->write(out, image->map());
               }));
   }
 }

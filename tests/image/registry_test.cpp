@@ -47,7 +47,8 @@ TEST(Registry, FirstWord4IsAnEmptyManifest) {
   EXPECT_EQ((std::array<std::uint8_t, 256>{7}), bytes);
   const auto image = make_image(small_image(kKelp30));
   std::ostringstream out;
-  manifest->write(out, *image);  // an entry of 1.8 or 2.5 would write here
+  manifest->write(out,
+                  image->map());  // an entry of 1.8 or 2.5 would write here
   manifest->write_raw(out);
   EXPECT_EQ("", out.str());
 }

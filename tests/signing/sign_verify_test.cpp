@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "crypto/sha_hash.h"
-#include "image/kelp15_manifest.h"
+#include "image/kelp15.h"
 #include "signing/hash_key_command.h"
 #include "signing/manifest_sample.h"
 #include "signing/sign_command.h"
@@ -70,8 +68,9 @@ class Signing : public ::testing::Test {
   // From memory: reading the file is left to the tests of whole runs.
   static std::string verify(const std::string& manifest) {
     return message_of([&] {
-      std::istringstream stream(manifest);
-      verify_manifest(*read_kelp15_manifest(stream));
+      const auto* bytes =
+          reinterpret_cast<const std::uint8_t*>(manifest.data());
+      verify_manifest(*read_kelp15_manifest({bytes, manifest.size()}));
     });
   }
   // What a run logs, at the level given, with short names for the files.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <vector>
@@ -25,39 +26,52 @@ struct alignas(4096) Page {
   std::array<std::uint8_t, 4096> bytes;
 };
 
+using std::filesystem::file_type;
+
+file_type type_of(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::status(path, ignored).type();
+}
+
+[[noreturn]] void refuse_to_open(const std::string& path) {
+  throw std::runtime_error("Failed to open file: " + path);
+}
+
 }  // namespace
 
-std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
-                                                 std::span<char> buffer) {
-  return open_input(path, std::ios_base::binary, buffer);
+std::unique_ptr<std::ifstream> open_binary_input(const std::string& path) {
+  return open_input(path, std::ios_base::binary);
 }
 
 std::unique_ptr<std::ifstream> open_input(const std::string& path,
-                                          std::ios_base::openmode mode,
-                                          std::span<char> buffer) {
-  auto in = try_open_input(path, mode, buffer);
-  if (!in->is_open()) throw std::runtime_error("Failed to open file: " + path);
+                                          std::ios_base::openmode mode) {
+  auto in = try_open_input(path, mode);
+  if (!in->is_open()) refuse_to_open(path);
   return in;
 }
 
 std::unique_ptr<std::ifstream> try_open_input(const std::string& path,
-                                              std::ios_base::openmode mode,
-                                              std::span<char> buffer) {
+                                              std::ios_base::openmode mode) {
   // A plain stream opens a directory and then reads nothing from it.
-  std::error_code ignored;
-  const auto type = std::filesystem::status(path, ignored).type();
+  const file_type type = type_of(path);
   auto in = std::make_unique<std::ifstream>();
-  if (!buffer.empty()) {
-    in->rdbuf()->pubsetbuf(buffer.data(),
-                           static_cast<std::streamsize>(buffer.size()));
-  }
-  if (type != std::filesystem::file_type::directory) {
-    in->open(path, mode | std::ios_base::in);
-  }
-  if (type == std::filesystem::file_type::character) {
-    in->setstate(std::ios_base::eofbit);
-  }
+  if (type != file_type::directory) in->open(path, mode | std::ios_base::in);
+  if (type == file_type::character) in->setstate(std::ios_base::eofbit);
   return in;
+}
+
+std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes) {
+  const file_type type = type_of(path);
+  // No library's std::ifstream can be trusted to keep no copy: it may read
+  // through a C stream whose buffer is out of reach. Of a C stream the buffer
+  // can be taken away.
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+      type == file_type::directory ? nullptr : std::fopen(path.c_str(), "rb"),
+      std::fclose);
+  if (file == nullptr) refuse_to_open(path);
+  if (type == file_type::character) return 0;
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  return std::fread(bytes.data(), 1, bytes.size(), file.get());
 }
 
 std::string current_directory() {

@@ -17,20 +17,21 @@
 namespace tova_fw_builder {
 
 // Open a file for reading, as bytes or as text. Throw std::runtime_error
-// "Failed to open file: " and the path, for a directory too. A `buffer` that
-// isn't empty takes what the stream reads ahead, for a reader that wipes it,
-// and must outlive the stream. A device reads as an empty file, as some never
-// end.
-std::unique_ptr<std::ifstream> open_binary_input(const std::string& path,
-                                                 std::span<char> buffer = {});
+// "Failed to open file: " and the path, for a directory too. A device reads as
+// an empty file, as some never end.
+std::unique_ptr<std::ifstream> open_binary_input(const std::string& path);
 std::unique_ptr<std::ifstream> open_input(
-    const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
-    std::span<char> buffer = {});
+    const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
 
 // The same, but a file that can't be opened gives a stream that isn't open.
 std::unique_ptr<std::ifstream> try_open_input(
-    const std::string& path, std::ios_base::openmode mode = std::ios_base::in,
-    std::span<char> buffer = {});
+    const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
+
+// Reads the start of a file, or of a pipe, and returns how many bytes it gave:
+// less than `bytes` holds only where the file ends. They go straight to their
+// place, so that a caller who wipes it leaves no copy. Opens and throws as
+// open_binary_input does.
+std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes);
 
 // The working directory. Throws std::runtime_error "Cannot get current working
 // directory", also for one of more than 259 characters.

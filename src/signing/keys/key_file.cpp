@@ -4,8 +4,6 @@
 #include "signing/keys/key_file.h"
 
 #include <algorithm>
-#include <cstring>
-#include <istream>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -77,19 +75,15 @@ constexpr KeyFormat key_formats[] = {
 };
 
 constexpr std::size_t kProbeLength = 100;
+// The pair form with an exponent of three bytes. What follows a key is ignored.
+constexpr std::size_t kLongestKeyFile = 1585;
 
-// A file of fewer than 100 bytes leaves `in` failed, so that nothing more is
-// read from it.
-const KeyFormat& recognize_format(std::istream& in) {
-  // The last byte is never read into: it ends the text of the message.
-  std::array<char, kProbeLength + 1> probe{};
-  in.read(probe.data(), kProbeLength);
-  const std::string_view bytes(probe.data(), kProbeLength);
+const KeyFormat& recognize_format(std::string_view probe) {
   for (const KeyFormat& format : key_formats) {
-    if (bytes.find(format.pieces[0]) != bytes.npos) return format;
+    if (probe.find(format.pieces[0]) != probe.npos) return format;
   }
-  throw std::runtime_error(std::string("Key type not recognized :\r\n") +
-                           probe.data());
+  throw std::runtime_error("Key type not recognized :\r\n" +
+                           std::string(probe.substr(0, probe.find('\0'))));
 }
 
 enum class FieldOrder { kAsInFile, kReversed };
@@ -97,15 +91,14 @@ enum class FieldOrder { kAsInFile, kReversed };
 // Goes through a file piece by piece.
 class KeyFileReader {
  public:
-  KeyFileReader(std::istream& in, const KeyFormat& format)
-      : in_(in), next_piece_(format.pieces.begin()) {}
+  KeyFileReader(std::string_view file, const KeyFormat& format)
+      : rest_(file), next_piece_(format.pieces.begin()) {}
 
   void expect_piece() {
-    std::string found(next_piece_->size(), '\0');
-    in_.read(found.data(), static_cast<std::streamsize>(found.size()));
-    if (found != *next_piece_++) {
+    if (!rest_.starts_with(*next_piece_)) {
       throw std::runtime_error("Expected std::string not found");
     }
+    rest_.remove_prefix(next_piece_++->size());
   }
 
   // The next piece and the field behind it. A file that ends inside the field
@@ -113,8 +106,8 @@ class KeyFileReader {
   void read_field(const char* label, std::span<std::uint8_t> field,
                   FieldOrder order = FieldOrder::kReversed) {
     expect_piece();
-    in_.read(reinterpret_cast<char*>(field.data()),
-             static_cast<std::streamsize>(field.size()));
+    rest_.remove_prefix(
+        rest_.copy(reinterpret_cast<char*>(field.data()), field.size()));
     if (order == FieldOrder::kReversed) {
       std::reverse(field.begin(), field.end());
     }
@@ -122,7 +115,7 @@ class KeyFileReader {
   }
 
  private:
-  std::istream& in_;
+  std::string_view rest_;
   std::span<const std::string_view>::iterator next_piece_;
 };
 
@@ -132,17 +125,19 @@ KeyMaterial::~KeyMaterial() { secure_wipe(this, sizeof(*this)); }
 
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path) {
   log_info("Reading keys from: ", path);
-  // The stream reads ahead into memory that is wiped like the key itself.
-  constexpr std::size_t kReadAhead = 2048;
-  const SecretBuffer read_ahead(kReadAhead);
-  const auto in = open_binary_input(
-      path, {reinterpret_cast<char*>(read_ahead.data()), kReadAhead});
+  // Read once, as a pipe can't be read again, into memory that is wiped like
+  // the key itself.
+  const SecretBuffer bytes(kLongestKeyFile);
+  const std::size_t length = read_start(path, {bytes.data(), kLongestKeyFile});
+  const std::string_view file(reinterpret_cast<const char*>(bytes.data()),
+                              kLongestKeyFile);
   auto key = std::make_unique<KeyMaterial>();
-  const KeyFormat& format = recognize_format(*in);
-  in->seekg(0);
+  const KeyFormat& format = recognize_format(file.substr(0, kProbeLength));
 
   const std::size_t e = format.exponent_length;
-  KeyFileReader reader(*in, format);
+  // A file below the length of the probe is recognised, but never read.
+  KeyFileReader reader(file.substr(0, length < kProbeLength ? 0 : length),
+                       format);
   reader.read_field("pub_exponent", std::span(key->pub_exponent).first(e),
                     FieldOrder::kAsInFile);
   reader.read_field("pub_modulus", key->pub_modulus);

@@ -18,6 +18,7 @@ TEST(Files, OpeningNamesThePathAsGiven) {
     const std::string expected = "Failed to open file: " + path;
     EXPECT_EQ(expected, message_of([&] { open_binary_input(path); }));
     EXPECT_EQ(expected, message_of([&] { open_input(path); }));
+    EXPECT_EQ(expected, message_of([&] { read_start(path, {}); }));
   }
 }
 

@@ -1,10 +1,9 @@
-// The manifest of generation 1.5. A manifest of exactly a whole number of pages
-// gets one more page of padding; loaders expect that.
-#include "image/kelp15_manifest.h"
+// Generation 1.5. A manifest of exactly a whole number of pages gets one more
+// page of padding; loaders expect that.
+#include "image/kelp15.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
 #include <stdexcept>
 
 #include "crypto/sha_hash.h"
@@ -13,6 +12,7 @@
 #include "image/binary_header.h"
 #include "image/css_header.h"
 #include "image/extended_manifest.h"
+#include "layout/content_writer.h"
 
 namespace tova_fw_builder {
 
@@ -25,6 +25,19 @@ constexpr std::uint32_t kCssLength = sizeof(CssHeader);
 }
 
 }  // namespace
+
+void Kelp15Image::write(std::iostream& stream, const std::string& path,
+                        std::uint32_t /*css_header_size*/) {
+  write_module_contents(map(), stream, path);
+}
+
+std::unique_ptr<ImageManifest> Kelp15Image::create_manifest(
+    bool debug, std::uint32_t /*imr_type*/) {
+  auto manifest = std::make_unique<Kelp15FwManifest>();
+  manifest->debug = debug;
+  manifest->module_type = CssHeader::kModuleType;
+  return manifest;
+}
 
 std::uint8_t* Kelp15FwManifest::modulus() {
   return bytes() + offsetof(CssPart, modulus);
@@ -50,31 +63,33 @@ void Kelp15FwManifest::set_signature(const std::uint8_t* bytes) {
   std::copy_n(bytes, buffer_.front.signature.size(), signature());
 }
 
+std::array<std::span<const std::uint8_t>, 2> Kelp15FwManifest::signed_parts() {
+  const CssHeader& css = buffer_.front.css;
+  const std::uint32_t first = css.header_len * 4;
+  // A length that is negative as the hash sees it is the hash's to refuse.
+  const auto length = static_cast<std::uint32_t>(
+      Sha256Hash::taken_at_once((css.size - css.header_len) * 4));
+  if (first > kMaxManifestLength || length > kMaxManifestLength - first) {
+    refuse_length();
+  }
+  return {{{bytes(), kCssLength}, {bytes() + first, length}}};
+}
+
 void Kelp15FwManifest::compute_hash(std::uint8_t* out) {
-  const std::uint32_t first = buffer_.front.css.header_len * 4;
-  const std::uint32_t length =
-      (buffer_.front.css.size - buffer_.front.css.header_len) * 4;
-  // A length that is negative as the hash sees it is the hash's to refuse, and
-  // it does so before it reads a byte.
-  constexpr auto kLongest =
-      std::uint32_t{std::numeric_limits<std::int32_t>::max()};
-  const bool inside =
-      first <= kMaxManifestLength && length <= kMaxManifestLength - first;
-  if (length <= kLongest && !inside) refuse_length();
-  Sha256Hash hash(bytes(), kCssLength);
-  hash.update(bytes() + std::min(first, kMaxManifestLength), length);
+  Sha256Hash hash;
+  for (const auto part : signed_parts()) hash.update(part.data(), part.size());
   hash.final(out);
   // Signing takes the digest as a number, least significant byte first.
   std::reverse(out, out + 32);
 }
 
 void Kelp15FwManifest::set_debug() {
-  buffer_.front.css.module_id =
-      buffer_.front.css.module_id | CssHeader::kDebugSignature;
+  Le32& id = buffer_.front.css.module_id;
+  id = id | CssHeader::kDebugSignature;
 }
 
-void Kelp15FwManifest::write(std::ostream& stream, Image& image) {
-  const std::uint64_t total = manifest_size(image.map()) + sizeof(CssPart);
+void Kelp15FwManifest::write(std::ostream& stream, const FwOutMap& map) {
+  const std::uint64_t total = manifest_size(map) + sizeof(CssPart);
   const std::uint64_t pad = kPageSize - total % kPageSize;
   if (total + pad > kMaxManifestLength) refuse_length();
   const auto padded = static_cast<std::uint32_t>(total + pad);
@@ -89,13 +104,14 @@ void Kelp15FwManifest::write(std::ostream& stream, Image& image) {
   }
   write_record(stream, buffer_.front.css);
   write_zeros(stream, sizeof(CssPart) - kCssLength);
-  write_binary_header(image.map(), stream, padded);
+  write_binary_header(map, stream, padded);
   write_zeros(stream, pad);
 }
 
-void Kelp15FwManifest::write_extended(std::ostream& stream, Image& image) {
+void Kelp15FwManifest::write_extended(std::ostream& stream,
+                                      const FwOutMap& map) {
   log_info("Create extended manifest");
-  write_extended_manifest(image.map(), stream);
+  write_extended_manifest(map, stream);
 }
 
 void Kelp15FwManifest::write_raw(std::ostream& stream) {
@@ -103,20 +119,21 @@ void Kelp15FwManifest::write_raw(std::ostream& stream) {
                std::streamsize{buffer_.front.css.size} * 4);
 }
 
-std::unique_ptr<ImageManifest> read_kelp15_manifest(std::istream& stream) {
+std::unique_ptr<ImageManifest> read_kelp15_manifest(
+    std::span<const std::uint8_t> file) {
   auto manifest = std::make_unique<Kelp15FwManifest>();
-  CssHeader css;
-  stream.read(reinterpret_cast<char*>(&css), kCssLength);
-  const std::uint64_t length = std::uint64_t{css.size} * 4;
-  if (length > kMaxManifestLength) refuse_length();
+  std::copy_n(file.begin(), std::min<std::size_t>(file.size(), kCssLength),
+              manifest->bytes());
+  const std::uint64_t length =
+      std::uint64_t{manifest->buffer_.front.css.size} * 4;
   const bool wraps = length < kCssLength;
-  const std::uint64_t end = wraps ? kMaxManifestLength : length;
-  stream.read(reinterpret_cast<char*>(manifest->bytes() + kCssLength),
-              static_cast<std::streamsize>(end - kCssLength));
-  if (wraps && stream.peek() != std::istream::traits_type::eof()) {
+  if (length > kMaxManifestLength ||
+      (wraps && file.size() > kMaxManifestLength)) {
     refuse_length();
   }
-  manifest->buffer_.front.css = css;
+  const std::uint64_t end = wraps ? kMaxManifestLength : length;
+  std::copy_n(file.begin(), std::min<std::uint64_t>(file.size(), end),
+              manifest->bytes());
   return manifest;
 }
 

@@ -1,10 +1,9 @@
-// image/kelp30_image.h
+// image/kelp30.h
 // Generation 3.0: binary header at offset 0, contents at 32768, no digest and
 // nothing in the manifest.
 #pragma once
 
 #include "image/image.h"
-#include "image/unsigned_manifest.h"
 
 namespace tova_fw_builder {
 
@@ -14,10 +13,9 @@ class Kelp30Image : public Image {
 
   // Writes the header AHEAD of the contents, on purpose: its page count is 8,
   // the file offset of every stored segment 32768 and every hash zero, in
-  // every image. `css_header_size` is not used.
+  // every image.
   void write(std::iostream& stream, const std::string& path,
              std::uint32_t css_header_size) override;
-  // `imr_type` is not used.
   std::unique_ptr<ImageManifest> create_manifest(
       bool debug, std::uint32_t imr_type) override;
 
@@ -27,8 +25,8 @@ class Kelp30Image : public Image {
 // Has no content: both manifest files stay empty.
 class Kelp30FwManifest : public UnsignedManifest {
  public:
-  void write(std::ostream&, Image&) override {}
-  void write_extended(std::ostream&, Image&) override {}
+  void write(std::ostream&, const FwOutMap&) override {}
+  void write_extended(std::ostream&, const FwOutMap&) override {}
 };
 
 }  // namespace tova_fw_builder

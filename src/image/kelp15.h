@@ -1,17 +1,28 @@
-// image/kelp15_manifest.h
-// The manifest of generation 1.5: the one that can be signed, and the only one
-// that is read back from a file.
+// image/kelp15.h
+// Generation 1.5: the binary holds module contents alone, addon modules stand
+// in files of their own, and the loader's header is in the manifest, the only
+// one that can be signed and read back.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <istream>
 #include <memory>
+#include <span>
 
 #include "image/image.h"
 #include "image/records/css_part.h"
 
 namespace tova_fw_builder {
+
+class Kelp15Image : public Image {
+ public:
+  using Image::Image;
+
+  void write(std::iostream& stream, const std::string& path,
+             std::uint32_t css_header_size) override;
+  std::unique_ptr<ImageManifest> create_manifest(
+      bool debug, std::uint32_t imr_type) override;
+};
 
 // A fresh manifest keeps the CSS part alone in memory, since the binary header
 // and its tables go straight to the stream. One that was read back holds the
@@ -26,13 +37,14 @@ class Kelp15FwManifest : public ImageManifest {
   std::uint8_t* signature() override;
   void set_signature(const std::uint8_t* bytes) override;
 
-  // Hashes bytes 0 to 127 and those from header_len to size, so all but the
-  // key and signature areas.
+  // Bytes 0 to 127 and those from header_len to size, so all but the key and
+  // signature areas.
   //
   // Of a file whose header_len is above its size, the length wraps at 32 bits.
   // Throws ZelError of "zelsSHA256Update" for a length of 2^31 or more, which
   // the hash refuses, else std::runtime_error "Manifest is bigger than MAX of
   // 8kB" for a range that leaves the 8192 bytes.
+  std::array<std::span<const std::uint8_t>, 2> signed_parts() override;
   void compute_hash(std::uint8_t* out) override;
 
   void set_debug() override;
@@ -44,14 +56,14 @@ class Kelp15FwManifest : public ImageManifest {
   //
   // Throws std::runtime_error "Manifest is bigger than MAX of 8kB" before
   // anything is written, and what bcd_date and write_binary_header throw.
-  void write(std::ostream& stream, Image& image) override;
-  void write_extended(std::ostream& stream, Image& image) override;
+  void write(std::ostream& stream, const FwOutMap& map) override;
+  void write_extended(std::ostream& stream, const FwOutMap& map) override;
   // `size` words of a manifest that was read back.
   void write_raw(std::ostream& stream) override;
 
  private:
   friend std::unique_ptr<ImageManifest> read_kelp15_manifest(
-      std::istream& stream);
+      std::span<const std::uint8_t> file);
 
   // The manifest file from offset 0 on.
   struct Buffer {
@@ -66,14 +78,15 @@ class Kelp15FwManifest : public ImageManifest {
   Buffer buffer_;
 };
 
-// Reads a manifest from its start. A short file, a stream that has failed
-// included, is no error: what is missing is zero.
+// Reads a manifest from the bytes of its file, of which 8193 are enough. A
+// short file is no error: what is missing is zero.
 //
 // The `size` of the file, in words, is bounded here, so that every manifest in
 // memory holds it. Throws std::runtime_error "Manifest is bigger than MAX of
 // 8kB" for one above 2048 words. A size below 32 wraps the count of bytes
-// behind the CSS header: all that the file has is read, and more than 8192
+// behind the CSS header: all that the file has is taken, and more than 8192
 // bytes fail with the same text.
-std::unique_ptr<ImageManifest> read_kelp15_manifest(std::istream& stream);
+std::unique_ptr<ImageManifest> read_kelp15_manifest(
+    std::span<const std::uint8_t> file);
 
 }  // namespace tova_fw_builder

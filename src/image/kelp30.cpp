@@ -1,6 +1,6 @@
 // Generation 3.0. The order of header and contents must stay as it is: the
 // header shows the state of the map before anything was written.
-#include "image/kelp30_image.h"
+#include "image/kelp30.h"
 
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
@@ -9,23 +9,17 @@
 
 namespace tova_fw_builder {
 
-namespace {
-
-void log_step(const char* step) { log_detail("kELP3.0: ", step); }
-
-}  // namespace
-
 void Kelp30Image::write(std::iostream& stream, const std::string& path,
                         std::uint32_t /*css_header_size*/) {
-  log_step("Writing TovaFwBinaryHeader");
+  log_detail("kELP3.0: Writing TovaFwBinaryHeader");
   stream.seekp(0);
   write_binary_header(map(), stream, kContentsOffset);
   stream.seekp(kContentsOffset);
-  log_step("Writing content");
+  log_detail("kELP3.0: Writing content");
   write_module_contents(map(), stream, path);
   stream.flush();
   // No digest is taken; the line stays for those who compare logs.
-  log_step("Update image hash");
+  log_detail("kELP3.0: Update image hash");
   stream.seekp(0, std::ios_base::end);
   image_size = static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
 }
