@@ -1,15 +1,25 @@
-// The command `sign`.
+// The command `sign`. The library calls its private operation "decrypt".
 #include "signing/sign_command.h"
 
 #include <fstream>
 #include <stdexcept>
 
+#include "driver/ground/byte_dump.h"
 #include "driver/ground/log.h"
-#include "image/image.h"
-#include "signing/keys/key_file.h"
-#include "signing/sign_manifest.h"
+#include "signing/keys/public_key_hash.h"
+#include "signing/signature_padding.h"
 
 namespace tova_fw_builder {
+
+namespace {
+
+void install_public_key(ImageManifest& manifest, const KeyMaterial& key) {
+  manifest.set_exponent(key.pub_exponent.data());
+  manifest.set_modulus(key.pub_modulus.data());
+  public_key_hash(key);
+}
+
+}  // namespace
 
 void sign_command(const std::string& type, const std::string& key_file,
                   const std::string& manifest_file,
@@ -29,6 +39,23 @@ void sign_command(const std::string& type, const std::string& key_file,
   log_info("Writing signed manifest to: ", signed_file);
   std::ofstream out(signed_file, std::ios::binary);
   manifest->write_raw(out);
+}
+
+void sign_manifest(ImageManifest& manifest, const KeyMaterial& key) {
+  log_info("Signing manifest");
+  // Ahead of the hash, so that a public key file is what the log complains of.
+  const RsaPrivateKey private_key(key.priv_modulus.data(), key.priv_d.data());
+  const RsaBlock sig_to_sign = block_to_sign(manifest);
+  log_info(ByteDump{sig_to_sign.data(), kDigestBytes, "Manifest Hash"});
+  log_detail(ByteDump{sig_to_sign.data(), sig_to_sign.size(), "sig_to_sign"});
+  attach_signature(manifest, private_key.decrypt(sig_to_sign.data()), key);
+}
+
+void attach_signature(ImageManifest& manifest, const RsaBlock& signature,
+                      const KeyMaterial& key) {
+  manifest.set_signature(signature.data());
+  log_detail(ByteDump{manifest.signature(), signature.size(), "signature"});
+  install_public_key(manifest, key);
 }
 
 }  // namespace tova_fw_builder

@@ -8,11 +8,11 @@ namespace tova_fw_builder {
 
 namespace {
 
-constexpr SignatureBlock make_template() {
+constexpr RsaBlock make_template() {
   constexpr std::uint8_t kDigestInfo[] = {
       0x20, 0x04, 0x00, 0x05, 0x01, 0x02, 0x04, 0x03, 0x65, 0x01,
       0x48, 0x86, 0x60, 0x09, 0x06, 0x0d, 0x30, 0x31, 0x30};
-  SignatureBlock block{};
+  RsaBlock block{};
   auto* at = std::copy(std::begin(kDigestInfo), std::end(kDigestInfo),
                        block.begin() + kDigestBytes);
   *at++ = 0x00;
@@ -23,6 +23,12 @@ constexpr SignatureBlock make_template() {
 
 }  // namespace
 
-constexpr SignatureBlock signature_template = make_template();
+constexpr RsaBlock signature_template = make_template();
+
+RsaBlock block_to_sign(ImageManifest& manifest) {
+  RsaBlock block = signature_template;
+  manifest.compute_hash(block.data());
+  return block;
+}
 
 }  // namespace tova_fw_builder

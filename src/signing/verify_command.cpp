@@ -1,13 +1,73 @@
-// The command `verify`.
+// The command `verify`. The frame of the signature is not parsed: it must be
+// the one frame, byte for byte, which leaves no room for forged ones.
 #include "signing/verify_command.h"
 
-#include "image/image.h"
-#include "signing/verify_manifest.h"
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "crypto/sha_hash.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/log.h"
+#include "signing/keys/public_key_hash.h"
+#include "signing/signature_padding.h"
 
 namespace tova_fw_builder {
 
+namespace {
+
+constexpr std::size_t kModulusBytes = 256;
+constexpr std::size_t kExponentBytes = 4;
+
+void log_bytes(const char* label, const std::uint8_t* bytes,
+               std::size_t length) {
+  log_detail(ByteDump{bytes, length, label});
+}
+
+void log_public_key(ImageManifest& manifest) {
+  log_bytes("pubKey.modulus", manifest.modulus(), kModulusBytes);
+  log_bytes("pubKey.exponent", manifest.exponent(), kExponentBytes);
+  if (log_level() < kLogDetail) return;
+  // Modulus and exponent are neighbours in the manifest.
+  PublicKeyHash digest{};
+  Sha256Hash hash(manifest.modulus(), kModulusBytes + kExponentBytes);
+  hash.final(digest.data());
+  LogLine line(kLogDetail);
+  line.stream() << '\n';
+  print_public_key_hash(line.stream(), digest);
+}
+
+RsaBlock decode_signature(ImageManifest& manifest) {
+  log_public_key(manifest);
+  const RsaPublicKey key(manifest.modulus(), manifest.exponent());
+  log_bytes("signature", manifest.signature(), RsaBlock{}.size());
+  const RsaBlock decoded = key.encrypt(manifest.signature());
+  log_bytes("sig_encrypted", decoded.data(), decoded.size());
+  return decoded;
+}
+
+}  // namespace
+
 void verify_command(const std::string& bin_file) {
   verify_manifest(*read_manifest(bin_file));
+}
+
+void verify_manifest(ImageManifest& manifest) {
+  log_info("Verifying manifest...");
+  const RsaBlock decoded = decode_signature(manifest);
+  if (!std::equal(decoded.begin() + kDigestBytes, decoded.end(),
+                  signature_template.begin() + kDigestBytes)) {
+    throw std::runtime_error("Signature padding invalid");
+  }
+  log_info("Signature padding OK");
+
+  std::array<std::uint8_t, kDigestBytes> hash{};
+  manifest.compute_hash(hash.data());
+  log_info(ByteDump{hash.data(), hash.size(), "Local Manifest Hash"});
+  if (!std::equal(hash.begin(), hash.end(), decoded.begin())) {
+    throw std::runtime_error("Manifest hash invalid");
+  }
+  log_info("Manifest hash OK");
 }
 
 }  // namespace tova_fw_builder

@@ -6,7 +6,6 @@
 #include "signing/manifest_sample.h"
 #include "signing/sign_command.h"
 #include "signing/verify_command.h"
-#include "signing/verify_manifest.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 
