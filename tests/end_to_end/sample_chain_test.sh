@@ -110,6 +110,7 @@ for case in '1.8 sha256sum 32' '2.5 sha384sum 48'; do
     "$(piece "$manifest" 40 "$length" | hex)"
   same "$generation: limit" $(($(size_of "$binary") + 8192)) \
     "$(u32 "$manifest" $((40 + length + 4)))"
+  grep -qx 'mft 4' "$work/gen-$generation/firmware.pkg"
 done
 same "3.0: manifest" 0 "$(size_of "$work/gen-3.0/firmware.man")"
 
@@ -157,6 +158,10 @@ same "digest" "$(sha256 <package.bin)" "$(piece flash.img 260 32 | hex)"
 cmp firmware.man.signed <(piece flash.img $((0x1000)) 4096)
 cmp package.bin <(tail -c "+$((0x4001))" flash.img)
 
+# The package descriptor tells the day and type of the manifest.
+same "manifest" "bld $(printf %x "$(u32 firmware.man 20)") mft 6" \
+  "$(sed -n 4,5p firmware.pkg | paste -s -d ' ')"
+
 # Memory files: od prints the same words.
 words() { od -An -v -tx8 -w8 --endian=little "$1" | tr -d ' ' | tr a-f A-F; }
 cmp bank_a.hex <(words flash.img | sed -n 'p;n')
@@ -170,13 +175,26 @@ cmp flash.hex <(words flash.img | paste - - | awk '{print $2 $1}')
 same "sram" '<size>0x11000</size> <offset>0x11000</offset>' \
   "$(grep -A 2 'name="sram"' firmware.xml | tail -n 2 | paste -s -d ' ')"
 
-# Without the ELF of the optional module the image is built without it.
+# Fifteen parameters that differ, each in its place: 20 bytes of the header from
+# the flags to the number of modules, the metadata, the package descriptor, the
+# contents with the keys, the files. Without the ELF of the optional module the
+# image is built without it.
 mkdir "$work/no_meter"
-head -n 9 firmware.elfs >"$work/no_meter/firmware.elfs"
-"$tool" build 10 ff 3 1 4 0 27 2048 "$sample/definitions/gen_1.8.def" \
-  "$sample/src/audio_config.h" "$sample/keys/trusted-keys.list" \
-  "$work/no_meter/" firmware.elfs firmware.man firmware >"$work/no_meter/log"
-grep -q 'Warning: Erasing unreferenced module meter' "$work/no_meter/log"
-same "modules without the meter" 5 \
-  "$(u32 "$work/no_meter/firmware.bin" $((6144 + 36)))"
+cd "$work/no_meter"
+head -n 9 ../gen-1.8/firmware.elfs >parts.elfs
+"$tool" build 1a2b3c4d 5e6f7081 92a3b4c5 1001 2002 3003 4004 1234 \
+  "$sample/definitions/gen_1.8.def" "$sample/src/audio_config.h" \
+  "$sample/keys/trusted-keys.list" "$PWD/" parts.elfs frame.man image >log
+grep -q 'Warning: Erasing unreferenced module meter' log
+same "words of the header" 4d3c2b1a81706f5ee903d207bb0ba40f05000000 \
+  "$(piece image.bin $((8192 - 1234 + 20)) 20 | hex)"
+same "IMR type" $((0x92a3b4c5)) "$(u32 frame.man 8)"
+same "descriptor" \
+  'ver 1001.2002.3003.4004 bld 0 mft 4 flg 0x1a2b3c4d sku 0x5e6f7081' \
+  "$(sed -n 3,7p image.pkg | paste -s -d ' ')"
+cmp <(piece "$expected" 0 $((0xe000))) \
+  <(tail -c "+$((32768 - 1234 + 1))" image.bin)
+same "files" \
+  'frame.man frame.man.ext image.bin image.pkg image.xml log parts.d parts.elfs' \
+  "$(echo *)"
 echo "The sample chain holds"
