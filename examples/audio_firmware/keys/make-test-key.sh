@@ -7,14 +7,37 @@
 #   NAME-public.key  public part, for key lists and `hash_key`
 #   NAME-public.pem  public part, for openssl
 #
-# The private part stands in the file unprotected: for tests alone.
+# The private part stands in its file unprotected, readable to its owner: for
+# tests alone.
 set -euo pipefail
 
+fail() {
+  echo "make-test-key.sh: $1" >&2
+  exit 1
+}
+[[ $# == 1 && -n $1 ]] ||
+  fail 'say what the files are to be called: make-test-key.sh NAME'
 name=$1
-pem=$(mktemp)
-trap 'rm -f "$pem"' EXIT
-openssl genrsa -traditional -out "$pem" 2048 2>/dev/null
-openssl rsa -in "$pem" -pubout -out "$name-public.pem" 2>/dev/null
+command -v openssl >/dev/null ||
+  fail 'openssl is missing. Install it: on Debian, apt-get install openssl'
+[[ -d $(dirname "$name") ]] || fail "there is no folder $(dirname "$name")"
+
+public_umask=$(umask)
+umask 077
+# An old file would keep its mode.
+rm -f "$name-pair.key"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+pem=$work/pem
+# What openssl says goes to the terminal only when it fails.
+quietly() {
+  "$@" 2>"$work/errors" || {
+    cat "$work/errors" >&2
+    fail "this failed: $*"
+  }
+}
+quietly openssl genrsa -traditional -out "$pem" 2048
+quietly openssl rsa -in "$pem" -pubout -out "$work/public"
 
 # Modulus, exponent, d, p, q and the three numbers that speed up the private
 # operation, in this order, most significant byte first.
@@ -38,11 +61,6 @@ part() {  # the numbers that both parts begin with
 }
 
 {
-  printf '(10:public-key'
-  part
-  printf '))'
-} >"$name-public.key"
-{
   printf '(8:sequence(10:public-key'
   part
   printf '))(11:private-key'
@@ -56,3 +74,10 @@ part() {  # the numbers that both parts begin with
   done
   printf ')))'
 } >"$name-pair.key"
+umask "$public_umask"
+cat "$work/public" >"$name-public.pem"
+{
+  printf '(10:public-key'
+  part
+  printf '))'
+} >"$name-public.key"
