@@ -5,59 +5,64 @@
 #     DEFINITION file            # the top image definition
 #     EXECUTABLES item...        # executable targets or ELF files, in the
 #                                # order of the ELF list
-#     VERSION major.minor.hotfix.build
+#     VERSION major.minor.hotfix.build    # each up to 65535
 #     [CONFIG_HEADER file]       # the header of #define lines
 #     [KEY_LIST file]            # the public keys that the image trusts
-#     [IMAGE_FLAGS hex] [FEATURE_MASK hex] [IMR_TYPE hex]   # 0
-#     [CSS_HEADER_SIZE number]   # 0
+#     [IMAGE_FLAGS hex] [FEATURE_MASK hex] [IMR_TYPE hex]   # 0, 32 bits
+#     [CSS_HEADER_SIZE number]   # 0; decimal, up to 8192
 #     [OUTPUT_DIRECTORY dir]     # NAME in the current binary folder
 #     [SIGN debug|release SIGN_KEY file]  # generation 1.5 alone
-#     [OBJDUMP program] [NM program]      # those of the tool chain
+#     [OBJDUMP program] [NM program]      # those of the tool chain; objdump
+#                                # must be that of GNU binutils
 #     [DEPENDS file...])         # whatever else the image is made anew for
 #
 # makes the target NAME, a part of `all`, and in the output folder NAME.bin,
 # NAME.man, NAME.man.ext, NAME.pkg, NAME.xml, NAME.log, for each ELF its
-# section table and symbol list, and with SIGN also NAME.man.signed. The image
-# is made anew when one of its inputs changes: an ELF, a definition file at
-# any depth, the header, the key list, a key, an argument, the tool.
+# section table and symbol list, and with SIGN also NAME.man.signed and
+# NAME.man.signed.log. The image is made anew when one of its inputs changes:
+# an ELF, a definition file at any depth, the header, the key list, a key, an
+# argument, the tool. With a generator of several configurations each has a
+# folder of its own in the output folder; that needs CMake 3.21.
 #
-# The build fails, and takes the partial files away, when the tool fails or
-# when a file is shorter than the log says: a full disk is no failure to the
-# tool itself.
+# Arguments that can't be right are refused at configuring. The build fails,
+# shows the tool's errors and warnings, names the log, and takes the partial
+# files away, when the tool fails, and where it would pass a fault in silence:
+# a file cut off by a full disk, an output that names an input, two addons with
+# one file, load addresses that don't rise, tables without room, an image of
+# 3.0 off the page grid, a manifest that a signature wouldn't wholly cover, a
+# release signed with the sample's key.
 
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.20)
 
 set(TovaFwBuilder_SCRIPT_DIR "${CMAKE_CURRENT_LIST_DIR}")
-
-# The ELF and key lists cut a path at its first blank.
-function(_tova_refuse_blanks)
-  foreach(path IN LISTS ARGN)
-    if(path MATCHES "[ \t]")
-      message(FATAL_ERROR
-        "tova_add_firmware: a blank in this path, which an ELF list can't "
-        "hold: ${path}")
-    endif()
-  endforeach()
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderArguments.cmake")
 
 # Adds the two commands that describe one ELF. Sets `entry` to its three lines
 # of the ELF list and `files` to what the image depends on.
-function(_tova_describe_elf executable dir objdump nm)
+function(_tova_describe_elf executable dir)
   if(TARGET ${executable})
     set(elf "$<TARGET_FILE:${executable}>")
-    set(stem ${executable})
+    set(stem "${executable}")
   else()
     get_filename_component(elf "${executable}" ABSOLUTE)
-    get_filename_component(stem "${executable}" NAME_WE)
-    _tova_refuse_blanks("${elf}")
+    get_filename_component(stem "${executable}" NAME_WLE)
   endif()
+  # Make takes a colon for its own.
+  string(REPLACE ":" "_" stem "${stem}")
+  get_property(stems GLOBAL PROPERTY _tova_tables)
+  if("${dir}/${stem}" IN_LIST stems)
+    _tova_refuse("there is a section table of the name ${stem} in ${dir} "
+      "already. Two ELFs of one image need names of their own, two images "
+      "folders of their own.")
+  endif()
+  set_property(GLOBAL APPEND PROPERTY _tova_tables "${dir}/${stem}")
   set(tables)
   foreach(table IN ITEMS sections symbols)
     set(file "${dir}/${stem}.${table}")
-    set(program "${objdump}" -h)
+    set(program ${ARG_OBJDUMP} -h)
     if(table STREQUAL "symbols")
-      set(program "${nm}")
+      set(program ${ARG_NM})
     endif()
     # The headings are those of the C locale, whoever builds.
     add_custom_command(
@@ -73,74 +78,77 @@ function(_tova_describe_elf executable dir objdump nm)
   set(files "${elf}" ${tables} PARENT_SCOPE)
 endfunction()
 
-# Adds the command that signs `manifest` with a key, and checks the signature.
-function(_tova_sign manifest type key)
-  if(NOT type MATCHES "^(debug|release)$" OR NOT key)
-    message(FATAL_ERROR
-      "tova_add_firmware: SIGN takes debug or release, and a SIGN_KEY")
-  endif()
-  get_filename_component(key "${key}" ABSOLUTE)
+# Adds the command that signs the manifest and checks the signature.
+function(_tova_sign base)
+  set(manifest "${base}.man")
   add_custom_command(
     OUTPUT "${manifest}.signed"
+    BYPRODUCTS "${manifest}.signed.log"
     COMMAND "${CMAKE_COMMAND}"
       "-DTOOL=$<TARGET_FILE:TovaFwBuilder::tova_fw_builder>"
-      "-DMANIFEST=${manifest}" "-DTYPE=${type}" "-DKEY=${key}"
+      "-DMANIFEST=${manifest}" "-DTYPE=${ARG_SIGN}" "-DKEY=${ARG_SIGN_KEY}"
       -P "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
-    DEPENDS "${manifest}" "${key}" TovaFwBuilder::tova_fw_builder
+    DEPENDS "${manifest}" "${ARG_SIGN_KEY}" TovaFwBuilder::tova_fw_builder
       "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
-    COMMENT "Signing ${manifest}"
+      "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
+    COMMENT "Signing the manifest of ${name}"
     VERBATIM)
+endfunction()
+
+# The command that builds the image, and a file of its own for its arguments,
+# so that the image is made anew when one changes, under generators that don't
+# watch command lines too.
+function(_tova_build base outputs arguments)
+  file(GENERATE OUTPUT "${base}.arguments.cmake" CONTENT "${arguments}")
+  set(script "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderRun.cmake")
+  add_custom_command(
+    OUTPUT ${outputs}
+    BYPRODUCTS "${base}.log" "${base}.d"
+    COMMAND "${CMAKE_COMMAND}" "-DARGUMENTS=${base}.arguments.cmake"
+      -P "${script}"
+    DEPENDS ${ARGN} "${base}.elfs" "${base}.arguments.cmake" "${script}"
+      "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
+      TovaFwBuilder::tova_fw_builder
+    DEPFILE "${base}.image.d"
+    COMMENT "Building firmware image ${name}"
+    VERBATIM)
+endfunction()
+
+# Each configuration of a generator of several has a folder of its own.
+function(_tova_output_folder result)
+  get_filename_component(dir "${ARG_OUTPUT_DIRECTORY}" ABSOLUTE
+    BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
+  _tova_check_blanks("${dir}")
+  get_property(several GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+  if(several AND CMAKE_VERSION VERSION_LESS 3.21)
+    _tova_refuse("the generator ${CMAKE_GENERATOR} needs CMake 3.21")
+  elseif(several AND CMAKE_CROSS_CONFIGS)
+    _tova_refuse("CMake crashes on CMAKE_CROSS_CONFIGS where a command has a "
+      "dependency file, as images do. Build each configuration on its own.")
+  elseif(several)
+    string(APPEND dir "/$<CONFIG>")
+  endif()
+  set(${result} "${dir}" PARENT_SCOPE)
 endfunction()
 
 function(tova_add_firmware name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG ""
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
     "EXECUTABLES;DEPENDS")
-  if(ARG_UNPARSED_ARGUMENTS)
-    message(FATAL_ERROR
-      "tova_add_firmware: unknown argument: ${ARG_UNPARSED_ARGUMENTS}")
-  endif()
-  foreach(needed IN ITEMS DEFINITION EXECUTABLES VERSION)
-    if(NOT ARG_${needed})
-      message(FATAL_ERROR "tova_add_firmware: ${needed} is missing")
-    endif()
-  endforeach()
-  if(NOT ARG_VERSION MATCHES "^([0-9]+)\\.([0-9]+)\\.([0-9]+)\\.([0-9]+)$")
-    message(FATAL_ERROR
-      "tova_add_firmware: VERSION must be four numbers: ${ARG_VERSION}")
-  endif()
+  _tova_check_words()
+  _tova_complete_words()
+  _tova_check_values()
   string(REPLACE "." ";" version "${ARG_VERSION}")
-  foreach(zero IN ITEMS IMAGE_FLAGS FEATURE_MASK IMR_TYPE CSS_HEADER_SIZE)
-    if(NOT DEFINED ARG_${zero})
-      set(ARG_${zero} 0)
-    endif()
-  endforeach()
-  if(NOT ARG_OUTPUT_DIRECTORY)
-    set(ARG_OUTPUT_DIRECTORY "${name}")
-  endif()
-  if(NOT ARG_OBJDUMP)
-    set(ARG_OBJDUMP "${CMAKE_OBJDUMP}")
-  endif()
-  if(NOT ARG_NM)
-    set(ARG_NM "${CMAKE_NM}")
-  endif()
-  if(NOT ARG_OBJDUMP OR NOT ARG_NM)
-    message(FATAL_ERROR
-      "tova_add_firmware: say OBJDUMP and NM, or enable a language")
-  endif()
-
-  # Reading a definition moves the tool's working directory, so every path is
-  # absolute.
-  get_filename_component(dir "${ARG_OUTPUT_DIRECTORY}" ABSOLUTE
-    BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
-  foreach(path IN ITEMS DEFINITION CONFIG_HEADER KEY_LIST)
-    if(ARG_${path})
-      get_filename_component(ARG_${path} "${ARG_${path}}" ABSOLUTE)
-    endif()
-  endforeach()
-  _tova_refuse_blanks("${dir}")
-  file(MAKE_DIRECTORY "${dir}")
+  _tova_output_folder(dir)
   set(base "${dir}/${name}")
+  set(image "${base}.bin" "${base}.man" "${base}.man.ext" "${base}.pkg"
+    "${base}.xml")
+  set(others "${base}.d" "${base}.image.d" "${base}.man.signed"
+    "${base}.man.signed.log")
+  set(kept "${base}.log" "${base}.elfs")
+  _tova_check_overwrite("${image};${others};${kept}" ${ARG_DEFINITION}
+    ${ARG_CONFIG_HEADER} ${ARG_KEY_LIST} ${ARG_SIGN_KEY} ${ARG_EXECUTABLES}
+    ${ARG_DEPENDS})
   if(NOT ARG_CONFIG_HEADER)
     set(ARG_CONFIG_HEADER "${base}.no_config.h")
     file(GENERATE OUTPUT "${ARG_CONFIG_HEADER}" CONTENT "")
@@ -150,15 +158,13 @@ function(tova_add_firmware name)
   set(inputs "${ARG_DEFINITION}" "${ARG_CONFIG_HEADER}" ${ARG_KEY_LIST}
     ${ARG_DEPENDS})
   foreach(executable IN LISTS ARG_EXECUTABLES)
-    _tova_describe_elf("${executable}" "${dir}" "${ARG_OBJDUMP}" "${ARG_NM}")
+    _tova_describe_elf("${executable}" "${dir}")
     string(APPEND elf_list "${entry}")
     list(APPEND inputs ${files})
   endforeach()
   file(GENERATE OUTPUT "${base}.elfs" CONTENT "${elf_list}")
 
-  # A file of its own for the arguments, so that the image is made anew when
-  # one changes, under generators that don't watch command lines too.
-  file(GENERATE OUTPUT "${base}.arguments.cmake" CONTENT
+  _tova_build("${base}" "${image}"
 "set(tool [==[$<TARGET_FILE:TovaFwBuilder::tova_fw_builder>]==])
 set(name [==[${name}]==])
 set(dir [==[${dir}]==])
@@ -167,25 +173,14 @@ set(config_header [==[${ARG_CONFIG_HEADER}]==])
 set(key_list [==[${ARG_KEY_LIST}]==])
 set(numbers [==[${ARG_IMAGE_FLAGS};${ARG_FEATURE_MASK};${ARG_IMR_TYPE};${version};${ARG_CSS_HEADER_SIZE}]==])
 set(css_header_size [==[${ARG_CSS_HEADER_SIZE}]==])
-")
-  set(script "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderRun.cmake")
-  set(outputs "${base}.bin" "${base}.man" "${base}.man.ext" "${base}.pkg"
-    "${base}.xml")
-  add_custom_command(
-    OUTPUT ${outputs}
-    BYPRODUCTS "${base}.log" "${base}.d"
-    COMMAND "${CMAKE_COMMAND}" "-DARGUMENTS=${base}.arguments.cmake"
-      -P "${script}"
-    DEPENDS ${inputs} "${base}.elfs" "${base}.arguments.cmake" "${script}"
-      TovaFwBuilder::tova_fw_builder
-    DEPFILE "${base}.image.d"
-    COMMENT "Building firmware image ${name}"
-    VERBATIM)
+set(outputs [==[${image};${others}]==])
+set(kept [==[${kept}]==])
+" ${inputs})
   if(ARG_SIGN)
-    _tova_sign("${base}.man" "${ARG_SIGN}" "${ARG_SIGN_KEY}")
-    list(APPEND outputs "${base}.man.signed")
+    _tova_sign("${base}")
+    list(APPEND image "${base}.man.signed")
   endif()
-  add_custom_target(${name} ALL DEPENDS ${outputs})
+  add_custom_target(${name} ALL DEPENDS ${image})
 endfunction()
 
 cmake_policy(POP)

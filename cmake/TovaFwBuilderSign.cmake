@@ -1,28 +1,52 @@
 # Signs a manifest as a step of a build and verifies the result;
 # TovaFwBuilder.cmake calls it. No signed file is left behind when a step
-# fails or when the file is shorter than its header says.
+# fails or when the signature doesn't cover all of it.
 cmake_minimum_required(VERSION 3.20)
+include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderCheck.cmake")
 
 set(signed "${MANIFEST}.signed")
-file(REMOVE "${signed}")
+set(log_file "${signed}.log")
+set(log "")
 
+# As `hash_key` prints it for the key of the sample firmware.
+set(sample_key
+  "966d4e5810fc4321abba1ab3dc593a838256577661e890bb65f5f07d6d678b47")
+
+function(fail)
+  file(REMOVE "${signed}")
+  tell_failure("The manifest isn't signed" "${log}" "${log_file}" ${ARGN})
+endfunction()
+
+function(check_sample_key)
+  string(REGEX MATCH "pub_key_hash[^{]*{([^}]*)}" hash "${log}")
+  string(REGEX REPLACE "0x|[^0-9a-f]" "" hash "${CMAKE_MATCH_1}")
+  if(NOT hash STREQUAL sample_key)
+    return()
+  elseif(TYPE STREQUAL "release")
+    fail("${KEY} is the key of the sample firmware, whose private half is "
+      "public. Sign a release with a key of your own.")
+  endif()
+  message("Warning: ${signed} is signed with the key of the sample firmware, "
+    "whose private half is public.")
+endfunction()
+
+file(REMOVE "${signed}" "${log_file}")
+check_key("${KEY}" kind)
+if(NOT kind STREQUAL "pair")
+  fail("${KEY} has the public part of a key alone. SIGN_KEY is the file of the "
+    "pair.")
+endif()
+check_manifest("${MANIFEST}")
 foreach(arguments IN ITEMS
     "sign;${TYPE};${KEY};${MANIFEST};${signed}" "verify;${signed}")
   execute_process(COMMAND "${TOOL}" ${arguments}
-    OUTPUT_VARIABLE log RESULT_VARIABLE status)
+    OUTPUT_VARIABLE output RESULT_VARIABLE status)
+  string(APPEND log "${output}")
+  file(WRITE "${log_file}" "${log}")
   if(NOT status EQUAL 0)
-    file(REMOVE "${signed}")
-    message("${log}")
-    message(FATAL_ERROR "Signing ${MANIFEST} failed with status ${status}")
+    list(GET arguments 0 command)
+    fail("`${command}` ended with status ${status}.")
   endif()
 endforeach()
-
-file(READ "${signed}" words OFFSET 24 LIMIT 4 HEX)
-string(REGEX REPLACE "(..)(..)(..)(..)" "0x\\4\\3\\2\\1" words "${words}")
-math(EXPR due "${words} * 4")
-file(SIZE "${signed}" found)
-if(found LESS due)
-  file(REMOVE "${signed}")
-  message(FATAL_ERROR
-    "${signed} has ${found} bytes where ${due} are due; is the disk full?")
-endif()
+check_signed_manifest("${signed}")
+check_sample_key()

@@ -27,6 +27,8 @@ write_basic_package_version_file(
   ARCH_INDEPENDENT)
 install(FILES
     cmake/TovaFwBuilder.cmake
+    cmake/TovaFwBuilderArguments.cmake
+    cmake/TovaFwBuilderCheck.cmake
     cmake/TovaFwBuilderConfig.cmake
     cmake/TovaFwBuilderRun.cmake
     cmake/TovaFwBuilderSign.cmake
