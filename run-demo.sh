@@ -5,6 +5,6 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-scripts/set-up.sh build
+scripts/set-up.sh build companion
 scripts/build.sh tool
 scripts/run-sample.sh build/tool/src/driver/tova_fw_builder build/demo

@@ -4,5 +4,5 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-scripts/set-up.sh build test
+scripts/set-up.sh build companion test
 scripts/build.sh --test release "$@"

@@ -4,6 +4,9 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tova_fw_builder EXPORT TovaFwBuilderTargets)
+if(TOVA_COMPANION)
+  install(TARGETS tova_fw)
+endif()
 install(FILES docs/tova_fw_builder.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 # The papers refer to one another and to the sample by relative paths.

@@ -77,6 +77,21 @@ for kind in declared files; do
   }
 done
 
+# Each foreign library stands behind one room.
+foreign() {  # foreign ROOM PATTERN: PATTERN is included in ROOM alone
+  local file
+  while IFS= read -r file; do
+    [[ $(room_of "$file") == "$1" ]] ||
+      fail "$file: $2 may be included in src/$1 alone"
+  done < <(git ls-files -z --cached --others --exclude-standard \
+    -- '*.h' '*.cpp' |
+    xargs -0 grep -lE "^[[:space:]]*#[[:space:]]*include[[:space:]]*[<\"]$2")
+}
+foreign companion/ground 'nlohmann/'
+foreign companion 'CLI/'
+foreign outside_keys 'openssl/'
+foreign elf_tables '(elfutils/)?(g|lib)?elf\.h'
+
 [[ $status == 0 ]] &&
   echo "$(wc -l <"$work/files") includes keep to the rooms"
 exit $status

@@ -2,6 +2,7 @@
 # Installs what is missing for the kinds of work named as arguments:
 #
 #   build  compile the tool
+#   companion  compile the companion tova_fw, too
 #   test   build and run the tests
 #   check  the further checks of .ci/run
 #   coverage  measure what the tests reach
@@ -40,6 +41,12 @@ for work in "$@"; do
       need cmake has_command cmake
       need ninja-build has_command ninja
       ;;
+    companion)
+      need libcli11-dev has_header CLI/CLI.hpp
+      need nlohmann-json3-dev has_header nlohmann/json.hpp
+      need libssl-dev has_header openssl/evp.h
+      need libelf-dev has_header gelf.h
+      ;;
     test)
       need libgtest-dev has_header gtest/gtest.h
       need make has_command make
@@ -56,6 +63,9 @@ for work in "$@"; do
       need devscripts has_command hardening-check
       need file has_command file
       need mandoc has_command mandoc
+      need zsh has_command zsh
+      need fish has_command fish
+      need python3-jsonschema python3 -c 'import jsonschema'
       ;;
     coverage)
       need clang has_command clang++

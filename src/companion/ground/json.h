@@ -1,0 +1,17 @@
+// companion/ground/json.h
+// The only place that knows the JSON library.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace tova_fw_builder {
+
+// Members keep the order in which they were added.
+using Json = nlohmann::ordered_json;
+
+// The document with two blanks a level and one newline at its end. Bytes that
+// aren't UTF-8 become U+FFFD, so that what is printed is always JSON.
+std::string json_text(const Json& document);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,46 @@
+// companion/ground/output_file.h
+#pragma once
+
+#include <fstream>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace tova_fw_builder {
+
+// A file that appears whole or not at all: it is written beside its place and
+// renamed by commit(). Without commit() the destructor removes it, and what
+// stood in its place stays as it was. A symbolic link is followed. A device or
+// a pipe, such as /dev/stdout, is written directly.
+//
+// A new file gets the rights that the caller's umask leaves, an existing one
+// keeps its own. A private file, one with private numbers, has mode 0600 from
+// its first byte on.
+class OutputFile {
+ public:
+  enum class Rights { kUsual, kPrivate };
+
+  // Throws std::runtime_error "cannot be written: " and the system's reason.
+  explicit OutputFile(const std::string& path, Rights rights = Rights::kUsual);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  std::ostream& stream() { return out_; }
+
+  // Puts the file in its place. Throws as the constructor does if anything was
+  // lost. To be called once, as the last.
+  void commit();
+
+ private:
+  std::string path_;
+  std::string beside_;  // empty for what is written directly
+  Rights rights_;
+  std::ofstream out_;
+};
+
+// Writes the whole file. Throws as OutputFile does.
+void write_output_file(const std::string& path, std::string_view bytes,
+                       OutputFile::Rights rights = OutputFile::Rights::kUsual);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,68 @@
+#include "companion/program.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "companion/ground/standard_output.h"
+#include "companion/ground/status.h"
+#include "companion/ground/trouble.h"
+#include "driver/ground/log.h"
+
+namespace tova_fw_builder {
+namespace {
+
+using AddCommand = void (*)(CLI::App& program, Status& status);
+
+// In the order of the help.
+const std::vector<AddCommand> kCommands = {};
+
+// The command line as far as it was understood: "tova_fw" or "tova_fw show".
+std::string command_of(const CLI::App& program) {
+  const auto chosen = program.get_subcommands();
+  return chosen.empty() ? program.get_name()
+                        : program.get_name() + " " + command_of(*chosen.back());
+}
+
+Status run(CLI::App& program, int argc, char** argv, const Status& status) {
+  try {
+    program.parse(argc, argv);
+    return status;
+  } catch (const CLI::Success& answer) {  // --help, --version
+    program.exit(answer);
+    return Status::kYes;
+  } catch (const CLI::ParseError& error) {
+    report_trouble("", error.what());
+    std::cerr << "Try '" << command_of(program) << " --help'.\n";
+  } catch (const std::bad_alloc&) {
+    report_trouble("", "there is not enough memory");
+  } catch (const std::exception& error) {
+    report_trouble("", error.what());
+  }
+  return Status::kTrouble;
+}
+
+}  // namespace
+
+int run_program(int argc, char** argv) {
+  prepare_standard_streams();
+  set_log_level(kLogError - 1);  // the builder's code has nothing to say here
+
+  Status status = Status::kYes;
+  CLI::App program("Looks into firmware images and what belongs to them.",
+                   "tova_fw");
+  program.set_help_flag("-h,--help", "Print this help and end");
+  program.set_version_flag("--version", "tova_fw " TOVA_VERSION,
+                           "Print the version and end");
+  program.require_subcommand(1);
+  for (const AddCommand add : kCommands) add(program, status);
+
+  status = worse_of(status, run(program, argc, argv, status));
+  if (!finish_standard_output()) status = Status::kTrouble;
+  return static_cast<int>(status);
+}
+
+}  // namespace tova_fw_builder

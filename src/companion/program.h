@@ -1,0 +1,16 @@
+// companion/program.h
+// The program tova_fw: its commands in one table.
+//
+// A command is a file of its own with
+//   void add_NAME_command(CLI::App& program, Status& status);
+// which adds the subcommand with its options, its help, an example in the
+// footer, and a callback that does the work and sets `status`. What the
+// callback throws is reported as trouble.
+#pragma once
+
+namespace tova_fw_builder {
+
+// Runs the command line and yields the exit status.
+int run_program(int argc, char** argv);
+
+}  // namespace tova_fw_builder
