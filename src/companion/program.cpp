@@ -5,11 +5,11 @@
 #include <iostream>
 #include <new>
 #include <string>
-#include <vector>
 
 #include "companion/ground/standard_output.h"
 #include "companion/ground/status.h"
 #include "companion/ground/trouble.h"
+#include "companion/show_command.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -18,7 +18,9 @@ namespace {
 using AddCommand = void (*)(CLI::App& program, Status& status);
 
 // In the order of the help.
-const std::vector<AddCommand> kCommands = {};
+constexpr AddCommand kCommands[] = {
+    add_show_command,
+};
 
 // The command line as far as it was understood: "tova_fw" or "tova_fw show".
 std::string command_of(const CLI::App& program) {

@@ -1,0 +1,65 @@
+// inspect/byte_source.h
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tova_fw_builder {
+
+// The bytes of one file, read where they are asked for: of a file of any size
+// only the piece in hand is in memory. What has no places, such as a pipe, is
+// read into memory once. A file that shrinks meanwhile reads as if it ended
+// there.
+class ByteSource {
+ public:
+  // Throws std::runtime_error "cannot be read: " and the reason, also for a
+  // folder and for a device, as some of these never end.
+  static ByteSource open(const std::string& path);
+  // The bytes themselves.
+  static ByteSource of(std::string bytes);
+
+  std::uint64_t size() const { return size_; }
+
+  // Fills `to` with the bytes from `offset` on, and with zeros behind the end.
+  // Yields how many the file had.
+  std::size_t read(std::uint64_t offset, std::span<char> to) const;
+
+  // The bytes from `offset` on, fewer at the end of the file.
+  std::string bytes(std::uint64_t offset, std::uint64_t length) const;
+
+  // Hands the bytes on in pieces of at most 256 KiB until `take` yields false.
+  using TakePiece = std::function<bool(std::string_view piece)>;
+  void pieces(std::uint64_t offset, std::uint64_t length,
+              const TakePiece& take) const;
+
+ private:
+  ByteSource() = default;
+
+  std::uint64_t size_ = 0;
+  std::string memory_;
+  // Reading moves the stream, which nobody sees.
+  std::unique_ptr<std::ifstream> file_;
+};
+
+// The record at `offset`, as far as the file has it; zero behind that.
+template <typename Record>
+Record record_at(const ByteSource& source, std::uint64_t offset) {
+  static_assert(alignof(Record) == 1);
+  Record record;
+  source.read(offset, {reinterpret_cast<char*>(&record), sizeof(Record)});
+  return record;
+}
+
+// SHA-256 of the whole file, as 32 bytes.
+std::array<std::uint8_t, 32> sha256_of(const ByteSource& source);
+
+// Bytes as lower-case hexadecimal digits.
+std::string hex_text(std::string_view bytes);
+
+}  // namespace tova_fw_builder

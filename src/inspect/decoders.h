@@ -1,0 +1,31 @@
+// inspect/decoders.h
+// A decoder for each format, each in a file of its own. It fills the root's
+// members, the title and the problems of `out`; padding is named behind it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "inspect/byte_source.h"
+#include "inspect/inspected.h"
+
+namespace tova_fw_builder {
+
+void decode_binary(const ByteSource& source, Inspected& out);
+void decode_manifest_15(const ByteSource& source, Inspected& out);
+void decode_metadata(const ByteSource& source, Inspected& out);
+void decode_extended_manifest(const ByteSource& source, Inspected& out);
+void decode_package_descriptor(const ByteSource& source, Inspected& out);
+void decode_key_pair(const ByteSource& source, Inspected& out);
+void decode_public_key(const ByteSource& source, Inspected& out);
+void decode_embedded(const ByteSource& source, Inspected& out);
+
+// Where the binary header stands in a binary, found by its mark: at 0 in 3.0,
+// up to 8192 else.
+std::optional<std::uint64_t> find_binary_header(const ByteSource& source);
+
+// How far tables, texts and lists are taken apart. Nothing that is built comes
+// near it, and a hostile file can't fill the memory with fields.
+inline constexpr std::uint64_t kTablesLimit = 512 * 1024;
+
+}  // namespace tova_fw_builder

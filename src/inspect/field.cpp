@@ -1,0 +1,206 @@
+#include "inspect/field.h"
+
+#include <charconv>
+#include <utility>
+
+#include "inspect/byte_source.h"
+
+namespace tova_fw_builder {
+namespace {
+
+Field field_of(std::string_view name, Field::Kind kind) {
+  Field field;
+  field.name = name;
+  field.kind = kind;
+  return field;
+}
+
+// The bytes of the UTF-8 character that `text` begins with; 0 if it begins
+// with none, or with a control character.
+std::size_t character_length(std::string_view text) {
+  const auto byte = [&text](std::size_t i) -> unsigned {
+    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
+  };
+  const unsigned first = byte(0);
+  if (first < 0x80) return first >= 0x20 && first != 0x7F ? 1 : 0;
+  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+  if (first < 0xC2 || first > 0xF4) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((byte(i) & 0xC0) != 0x80) return 0;
+  }
+  const unsigned second = byte(1);
+  const bool refused = (first == 0xC2 && second < 0xA0) ||   // C1 controls
+                       (first == 0xE0 && second < 0xA0) ||   // overlong
+                       (first == 0xED && second >= 0xA0) ||  // surrogates
+                       (first == 0xF0 && second < 0x90) ||
+                       (first == 0xF4 && second >= 0x90);
+  return refused ? 0 : length;
+}
+
+// Takes "name" or "[index]" from the head of a path.
+const Field* take_step(const Field& field, std::string_view& path) {
+  if (path.starts_with('[')) {
+    std::size_t index = 0;
+    const char* end = path.data() + path.size();
+    const auto [next, error] = std::from_chars(path.data() + 1, end, index);
+    if (error != std::errc() || next == end || *next != ']') return nullptr;
+    path.remove_prefix(static_cast<std::size_t>(next + 1 - path.data()));
+    return field.kind == Field::Kind::kList && index < field.members.size()
+               ? &field.members[index]
+               : nullptr;
+  }
+  const std::size_t end = std::min(path.find_first_of(".["), path.size());
+  const std::string_view name = path.substr(0, end);
+  path.remove_prefix(end);
+  if (field.kind != Field::Kind::kObject) return nullptr;
+  for (const Field& member : field.members) {
+    if (member.name == name) return &member;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+Field& Field::add(Field member) {
+  members.push_back(std::move(member));
+  return members.back();
+}
+
+Field object_field(std::string_view name, Field::Shown where) {
+  return shown(field_of(name, Field::Kind::kObject), where);
+}
+
+Field list_field(std::string_view name, Field::Shown where) {
+  return shown(field_of(name, Field::Kind::kList), where);
+}
+
+Field number_field(std::string_view name, std::uint64_t number,
+                   Field::Radix radix) {
+  Field field = field_of(name, Field::Kind::kNumber);
+  field.number = number;
+  field.radix = radix;
+  return field;
+}
+
+Field bool_field(std::string_view name, bool value) {
+  Field field = field_of(name, Field::Kind::kBool);
+  field.number = value ? 1 : 0;
+  return field;
+}
+
+Field text_field(std::string_view name, std::string text) {
+  Field field = field_of(name, Field::Kind::kText);
+  field.text = std::move(text);
+  return field;
+}
+
+Field names_field(std::string_view name, std::string names) {
+  Field field = field_of(name, Field::Kind::kNames);
+  field.text = std::move(names);
+  return field;
+}
+
+void add_name(std::string& names, std::string_view name) {
+  if (!names.empty()) names += ' ';
+  names += name;
+}
+
+Field placed(Field field, std::uint64_t offset, std::uint64_t length) {
+  field.offset = offset;
+  field.length = length;
+  return field;
+}
+
+Field shown(Field field, Field::Shown where) {
+  field.shown = where;
+  return field;
+}
+
+Field noted(Field field, std::string note) {
+  field.note = std::move(note);
+  return field;
+}
+
+const Field* find(const Field& field, std::string_view path) {
+  const Field* at = &field;
+  while (!path.empty()) {
+    at = take_step(*at, path);
+    if (at == nullptr) return nullptr;
+    if (path.starts_with('.')) {
+      path.remove_prefix(1);
+      if (path.empty()) return nullptr;
+    } else if (!path.empty() && path[0] != '[') {
+      return nullptr;
+    }
+  }
+  return at;
+}
+
+Field* find(Field& field, std::string_view path) {
+  return const_cast<Field*>(find(std::as_const(field), path));
+}
+
+std::uint64_t number_at(const Field& field, std::string_view path,
+                        std::uint64_t otherwise) {
+  const Field* found = find(field, path);
+  const bool is_number =
+      found != nullptr && (found->kind == Field::Kind::kNumber ||
+                           found->kind == Field::Kind::kBool);
+  return is_number ? found->number : otherwise;
+}
+
+std::string_view text_at(const Field& field, std::string_view path) {
+  const Field* found = find(field, path);
+  return found == nullptr ? std::string_view() : found->text;
+}
+
+std::string member_path(const std::string& parent, const Field& member,
+                        std::size_t index) {
+  if (member.name.empty()) return parent + '[' + std::to_string(index) + ']';
+  return (parent.empty() ? "" : parent + '.') + std::string(member.name);
+}
+
+std::string number_text(std::uint64_t number, Field::Radix radix) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof(digits), number,
+                                 radix == Field::Radix::kHex ? 16 : 10);
+  return std::string(radix == Field::Radix::kHex ? "0x" : "")
+      .append(digits, end.ptr);
+}
+
+std::string value_text(const Field& field) {
+  switch (field.kind) {
+    case Field::Kind::kNumber:
+      return number_text(field.number, field.radix);
+    case Field::Kind::kBool:
+      return field.number != 0 ? "yes" : "no";
+    case Field::Kind::kText:
+    case Field::Kind::kReserved:
+      return printable(field.text);
+    case Field::Kind::kNames:
+      return field.text.empty() ? "-" : printable(field.text);
+    case Field::Kind::kPrivate:
+      return "(private)";
+    case Field::Kind::kNothing:
+      return "-";
+    case Field::Kind::kObject:
+    case Field::Kind::kList:
+    case Field::Kind::kContents:
+    case Field::Kind::kPadding:
+      break;
+  }
+  return "";
+}
+
+std::string printable(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t length = character_length(text);
+    if (length == 0) result += "\\x" + hex_text(text.substr(0, 1));
+    result += text.substr(0, length);
+    text.remove_prefix(length == 0 ? 1 : length);
+  }
+  return result;
+}
+
+}  // namespace tova_fw_builder

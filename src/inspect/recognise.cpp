@@ -1,0 +1,144 @@
+#include "inspect/recognise.h"
+
+#include <algorithm>
+#include <string>
+
+#include "image/records/binary_header.h"
+#include "image/records/css_part.h"
+#include "image/records/extended_manifest.h"
+#include "image/records/metadata_extension.h"
+#include "inspect/decoders.h"
+#include "layout/records/out_map.h"
+
+namespace tova_fw_builder {
+namespace {
+
+using Metadata18 = MetadataExtension<kKelp18DigestLength>;
+using Metadata25 = MetadataExtension<kKelp25DigestLength>;
+
+constexpr std::string_view kPairHead =
+    "(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e";
+constexpr std::string_view kPublicHead =
+    "(10:public-key(16:rsa-pkcs1-sha256(1:e";
+constexpr std::string_view kPrivateHead = "(11:private-key(";
+
+template <typename Record>
+Record record_of(std::string_view bytes) {
+  Record record;
+  std::copy_n(bytes.data(), std::min(bytes.size(), sizeof(Record)),
+              reinterpret_cast<char*>(&record));
+  return record;
+}
+
+bool is_metadata_length(std::uint32_t length) {
+  return length == sizeof(Metadata18) || length == sizeof(Metadata25);
+}
+
+// One damaged field doesn't hide a manifest: two of three must be right.
+bool is_manifest(const ByteSource& source) {
+  const auto css = record_at<CssHeader>(source, 0);
+  const std::string mark = source.bytes(sizeof(CssPart), 4);
+  return (css.module_type == CssHeader::kModuleType) +
+             (css.header_len == CssHeader::kHeaderLength &&
+              css.mod_vendor == CssHeader::kVendor) +
+             (mark == std::string_view(TovaFwBinaryHeader::kMark.data(), 4)) >=
+         2;
+}
+
+// A header by itself may as well be that of a manifest inside a flash image. In
+// front of a binary's own stand zeros, or what a signer has put there, and then
+// the page count is that of the file.
+bool is_binary(const ByteSource& source) {
+  const auto place = find_binary_header(source);
+  if (!place) return false;
+  const std::string front = source.bytes(0, *place);
+  if (front.find_first_not_of('\0') == front.npos) return true;
+  const auto header = record_at<TovaFwBinaryHeader>(source, *place);
+  return header.preload_page_count * std::uint64_t{kPageSize} ==
+         source.size() + kSignedHeaderOffset - *place;
+}
+
+bool is_package_descriptor(const ByteSource& source) {
+  const std::string text = source.bytes(0, 4096);
+  if (text.starts_with("# TOVA FW Image Builder ver ")) return true;
+  int seen = 0;
+  for (const char* line : {"\nver ", "\nbld ", "\nmft ", "\nbin "}) {
+    if (("\n" + text).find(line) != text.npos) ++seen;
+  }
+  return seen >= 3;
+}
+
+}  // namespace
+
+bool may_be_private(const ByteSource& source) {
+  const std::string head = source.bytes(0, 4096);
+  return head.find(kPrivateHead) != head.npos ||
+         std::string_view(head).substr(0, 100).find(kPairHead) !=
+             std::string_view::npos;
+}
+
+Found structure_at(std::string_view bytes) {
+  if (bytes.size() < 16) return {};
+  if (bytes.starts_with('(') && bytes.size() > kPairHead.size()) {
+    const std::uint64_t shorter = bytes.size() > 49 && bytes[49] == '1' ? 2 : 0;
+    if (bytes.starts_with(kPairHead)) {
+      return {Format::kKeyPair, 1585 - 2 * shorter};
+    }
+    if (bytes.starts_with(kPublicHead)) {
+      const bool one =
+          bytes.size() > kPublicHead.size() && bytes[kPublicHead.size()] == '1';
+      return {Format::kPublicKey, one ? 309u : 311u};
+    }
+    return {};
+  }
+  const auto header = record_of<TovaFwBinaryHeader>(bytes);
+  if (header.header_id == TovaFwBinaryHeader::kMark) {
+    return header.header_len == sizeof(header)
+               ? Found{Format::kBinary, sizeof(header)}
+               : Found{};
+  }
+  const auto extended = record_of<ExtendedManifestHeader>(bytes);
+  if (extended.id == ExtendedManifestHeader::kMark) {
+    return extended.version == ExtendedManifestHeader().version &&
+                   extended.length >= sizeof(extended)
+               ? Found{Format::kExtendedManifest, extended.length}
+               : Found{};
+  }
+  const auto css = record_of<CssHeader>(bytes);
+  if (css.module_type == CssHeader::kModuleType &&
+      css.header_len == CssHeader::kHeaderLength &&
+      css.header_ver == CssHeader::kHeaderVersion) {
+    return {Format::kManifest15, css.size * std::uint64_t{4}};
+  }
+  const auto metadata = record_of<Metadata18>(bytes);
+  if (metadata.extension_type == Metadata18::kType &&
+      is_metadata_length(metadata.extension_length) && bytes.size() >= 40 &&
+      metadata.version == 0) {
+    return {Format::kMetadata, metadata.extension_length};
+  }
+  return {};
+}
+
+Format recognise(const ByteSource& source) {
+  if (may_be_private(source)) return Format::kKeyPair;
+  const std::string head = source.bytes(0, 100);
+  if (head.starts_with(kPublicHead)) return Format::kPublicKey;
+  if (is_manifest(source)) return Format::kManifest15;
+  if (head.starts_with(
+          std::string_view(ExtendedManifestHeader::kMark.data(), 4))) {
+    return Format::kExtendedManifest;
+  }
+  const auto metadata = record_at<Metadata18>(source, 0);
+  const bool is_17 = metadata.extension_type == Metadata18::kType;
+  if ((is_17 && is_metadata_length(metadata.extension_length)) ||
+      (is_metadata_length(static_cast<std::uint32_t>(
+           std::min<std::uint64_t>(source.size(), 4096))) &&
+       (is_17 || is_metadata_length(metadata.extension_length)))) {
+    return Format::kMetadata;
+  }
+  if (is_package_descriptor(source)) return Format::kPackageDescriptor;
+  if (is_binary(source)) return Format::kBinary;
+  return Format::kEmbedded;
+}
+
+}  // namespace tova_fw_builder
