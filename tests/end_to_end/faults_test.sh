@@ -116,6 +116,24 @@ cmp piped in/firmware.man.signed
 "$tool" verify <(cat piped) >log
 rm piped
 
+# A log whose reader has left, or that is closed, is lost alone: none of it goes
+# into an output file.
+unread() {  # unread: builds, whatever its standard output is
+  mkdir out
+  # shellcheck disable=SC2046
+  "$tool" -v $(build 1.8 out/ firmware) || die "without a reader: status $?"
+  sha256sum out/* >made
+  rm -r out
+}
+unread >log
+mv made made_before
+unread | :
+cmp made made_before
+unread >&-
+cmp made made_before
+unread <&- >&- 2>&-
+cmp made made_before
+
 # A reader that waits for the tool's output stops it in the middle of a copy:
 # 64 KiB fill the pipe.
 copy_into_pipe() {  # sets pid; the output is file 3

@@ -22,7 +22,8 @@ void set_log_level(int level);
 // bases and fill characters never leak into another line, and writes prefix,
 // text and one newline to the standard output, flushed, when it ends. The text
 // may hold newlines of its own. A failing standard output loses the text
-// without a word.
+// without a word, and all later lines: where it is closed, a file opened later
+// may have got its number. So every command logs ahead of opening a file.
 class LogLine {
  public:
   explicit LogLine(int level);
