@@ -7,12 +7,9 @@
 namespace tova_fw_builder {
 
 // A big number with room for `size_in_bytes` bytes (rounded down to whole
-// 32-bit words), loaded with that many bytes at `data`, least significant
-// first, as a positive value; zero if `data` is null, which is how the place
-// for a result is made. Wiped when it ends.
-//
-// Throws ZelError under "zelsBigNumGetSize" for a size of less than one word
-// or more than 512 words.
+// 32-bit words), loaded with that many at `data`, least significant first; zero
+// if `data` is null, which is how the place for a result is made. Throws
+// ZelError under "zelsBigNumGetSize" for no word or more than 512.
 SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data);
 
 }  // namespace tova_fw_builder

@@ -23,7 +23,7 @@ struct KeyKind {
   ZelStatus (*get_buffer_size)(std::int32_t*, std::uint8_t*);
   ZelStatus (*apply)(std::uint8_t*, std::uint8_t*, std::uint8_t*,
                      std::uint8_t*);
-  std::int32_t exponent_bits;  // at most
+  std::int32_t exponent_bits;  // of the room in the key, for more than is used
   std::int32_t exponent_bytes;
   const char* set_name;
   const char* apply_name;

@@ -11,10 +11,10 @@ namespace tova_fw_builder {
 
 using RsaBlock = std::array<std::uint8_t, 256>;
 
-// Both take the numbers' bytes, of which null counts as zero, and throw
-// ZelError with the library operation that failed: with the one that sets the
-// key for a number that is zero, with the one that is applied for a block that
-// isn't below the modulus, each time with -11.
+// Both take the numbers' bytes, of which null counts as zero. They throw
+// ZelError with the operation that failed, mainly with -11: the one that sets
+// the key for a number that is zero, the one that applies it for a block that
+// isn't below the modulus.
 class RsaPublicKey {
  public:
   // 256 and 4 bytes. Fails as "zelsRSASetKey(N)".

@@ -47,6 +47,7 @@ void Sha256Hash::final(std::uint8_t* out) {
 
 Sha384Hash::Sha384Hash(const std::uint8_t* data, std::uint64_t length) {
   std::int32_t size = 0;
+  // Log watchers know the one name for both.
   throw_unless_ok(zelsSHA384GetSize(&size), "zelsSHA256GetSize");
   context_ = allocate(size);
   throw_unless_ok(zelsSHA384Init(context_.get()), "zelsSHA384Init");

@@ -13,9 +13,7 @@ namespace tova_fw_builder {
 // moved; an object moved from fails with a null-pointer status.
 //
 // Of a length only the low 32 bits are taken, as a signed number: 2^31 bytes
-// fail with status -15, and 2^32 bytes are taken as none. Longer messages have
-// to come in pieces; taken_at_once() tells how far to go with pieces of what
-// counts as one message.
+// fail with status -15, and 2^32 bytes are taken as none.
 class Sha256Hash {
  public:
   using Digest = std::array<std::uint8_t, 32>;
@@ -27,7 +25,8 @@ class Sha256Hash {
 
   void update(const std::uint8_t* data, std::uint64_t length);
 
-  // How many of `length` bytes one update takes. Fails as that update does.
+  // How many of `length` bytes one update takes, for a message in pieces that
+  // counts as one. Fails as that update does.
   static std::uint64_t taken_at_once(std::uint64_t length);
 
   // Writes 32 bytes, in the order of the standard, and starts anew.
@@ -37,8 +36,7 @@ class Sha256Hash {
   std::unique_ptr<std::uint8_t[]> context_;
 };
 
-// The same with a digest of 48 bytes. A failing size query is reported as
-// "zelsSHA256GetSize" here too: log watchers know that one name.
+// The same with a digest of 48 bytes.
 class Sha384Hash {
  public:
   using Digest = std::array<std::uint8_t, 48>;

@@ -57,34 +57,30 @@ TovaFwBinaryHeader make_header(const FwOutMap& map, std::uint32_t base_offset) {
   return header;
 }
 
-void print_header(std::ostream& out, const TovaFwBinaryHeader& header) {
-  out << "  TovaFwBinaryHeader\n"
-      << "    header_id           "
-      << std::string_view(header.header_id.data(), header.header_id.size())
-      << '\n'
-      << "    name                "
-      << std::string_view(header.name.data(), header.name.size()) << '\n'
-      << std::hex;
+void log_header(const TovaFwBinaryHeader& header) {
   // No line for the feature mask: the log never had one.
-  out << "    fw_img_flags        " << header.fw_img_flags << '\n';
-  out << "    major_ver           " << header.major_ver << '\n';
-  out << "    minor_ver           " << header.minor_ver << '\n';
-  out << "    hotfix_ver          " << header.hotfix_ver << '\n';
-  out << "    build_ver           " << header.build_ver << '\n';
-  out << "    hw_buf_ba           " << header.hw_buf_ba << '\n';
-  out << "    hw_buf_len          " << header.hw_buf_len << " (bytes)\n";
-  out << "    load_offset         " << header.load_offset << '\n';
-  out << "    preload_page_count  " << header.preload_page_count << '\n';
-  out << "    num_mods      " << std::dec << header.num_mods;
+  log_info("  TovaFwBinaryHeader\n    header_id           ",
+           std::string_view(header.header_id.data(), header.header_id.size()),
+           "\n    name                ",
+           std::string_view(header.name.data(), header.name.size()), std::hex,
+           "\n    fw_img_flags        ", header.fw_img_flags,
+           "\n    major_ver           ", header.major_ver,
+           "\n    minor_ver           ", header.minor_ver,
+           "\n    hotfix_ver          ", header.hotfix_ver,
+           "\n    build_ver           ", header.build_ver,
+           "\n    hw_buf_ba           ", header.hw_buf_ba,
+           "\n    hw_buf_len          ", header.hw_buf_len,
+           " (bytes)\n    load_offset         ", header.load_offset,
+           "\n    preload_page_count  ", header.preload_page_count,
+           "\n    num_mods      ", std::dec, header.num_mods);
 }
 
-void print_config(std::ostream& out, const ModuleConfig& config) {
-  out << "par_0 " << config.par_0 << " par_1 " << config.par_1;
-  out << " par_2 " << config.par_2 << " par_3 " << config.par_3;
-  out << " is_bytes " << config.is_bytes << " cps " << config.cps;
-  out << " ibs " << config.ibs << " obs " << config.obs;
-  out << " mod_flags " << std::hex << config.mod_flags << std::dec;
-  out << " cpc " << config.cpc << " obls " << config.obls;
+void log_config(const ModuleConfig& config) {
+  log_info("  ModuleConfig par_0 ", config.par_0, " par_1 ", config.par_1,
+           " par_2 ", config.par_2, " par_3 ", config.par_3, " is_bytes ",
+           config.is_bytes, " cps ", config.cps, " ibs ", config.ibs, " obs ",
+           config.obs, " mod_flags ", std::hex, config.mod_flags, std::dec,
+           " cpc ", config.cpc, " obls ", config.obls);
 }
 
 std::uint32_t load_bytes(const FwOutMap::Module& module) {
@@ -109,6 +105,8 @@ std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,
     if (log_level() >= kLogInfo) {
       print_module_entry(LogLine(kLogInfo).stream(), entries.back());
     }
+    // The next module stands in a file of its own, in which its offsets begin
+    // at zero again.
     if (map.binary_ver == kKelp15) {
       file_base += module->type == FwOutMap::Module::kBaseFirmwareType
                        ? static_cast<std::uint32_t>(map.image_end)
@@ -122,10 +120,7 @@ void write_configurations(const FwOutMap& map, std::ostream& stream) {
   for (const auto& module : map.modules) {
     for (const ModuleConfig& config : module->mod_cfg) {
       write_record(stream, config);
-      if (log_level() >= kLogInfo) {
-        LogLine line(kLogInfo);
-        print_config(line.stream() << "  ModuleConfig ", config);
-      }
+      log_config(config);
     }
   }
 }
@@ -140,9 +135,7 @@ std::uint64_t manifest_size(const FwOutMap& map) {
 void write_binary_header(const FwOutMap& map, std::ostream& stream,
                          std::uint32_t base_offset) {
   const TovaFwBinaryHeader header = make_header(map, base_offset);
-  if (log_level() >= kLogInfo) {
-    print_header(LogLine(kLogInfo).stream(), header);
-  }
+  log_header(header);
   write_record(stream, header);
   log_info("Module Entries");
   const auto entries = write_module_entries(map, stream, base_offset);

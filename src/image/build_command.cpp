@@ -32,7 +32,6 @@ struct OutputPaths {
 };
 
 void log_head(const BuildArguments& arguments) {
-  if (log_level() < kLogInfo) return;
   const Version& version = arguments.version;
   log_info("Building FW Image image_flags ", std::hex, arguments.img_flags,
            " feature_mask ", arguments.feat_mask, std::dec, " version ",
@@ -41,21 +40,18 @@ void log_head(const BuildArguments& arguments) {
 }
 
 void log_paths(const BuildArguments& arguments, const OutputPaths& paths) {
-  if (log_level() < kLogDetail) return;
-  const auto line = [](const char* label, const std::string& value) {
-    log_detail(label, value);
-  };
   log_detail("CSS headers size                : 0x", std::hex,
              arguments.css_header_size);
-  line("IMAGE DEF default dir           : ", arguments.default_dir);
-  line("IMAGE DEF path                  : ", arguments.image_def_path);
-  line("MODCFG file path                : ", arguments.module_config_path);
-  line("OUT directory                   : ", arguments.out_dir);
-  line("ELF_LIST file path              : ", paths.elf_list);
-  line("KEY_LIST file path              : ", arguments.key_list_path);
-  line("MANIFEST file path              : ", paths.manifest);
-  line("MANIFEST ext file path          : ", paths.extended);
-  line("BIN file path                   : ", paths.binary + '\n');
+  log_detail("IMAGE DEF default dir           : ", arguments.default_dir);
+  log_detail("IMAGE DEF path                  : ", arguments.image_def_path);
+  log_detail("MODCFG file path                : ",
+             arguments.module_config_path);
+  log_detail("OUT directory                   : ", arguments.out_dir);
+  log_detail("ELF_LIST file path              : ", paths.elf_list);
+  log_detail("KEY_LIST file path              : ", arguments.key_list_path);
+  log_detail("MANIFEST file path              : ", paths.manifest);
+  log_detail("MANIFEST ext file path          : ", paths.extended);
+  log_detail("BIN file path                   : ", paths.binary, '\n');
 }
 
 std::unique_ptr<Image> build_image_object(const BuildArguments& arguments,
@@ -92,7 +88,7 @@ void build_command(const BuildArguments& arguments) {
   image->write(binary, paths.binary, arguments.css_header_size);
 
   // Behind write(), whose length and digest the manifest takes.
-  auto manifest = image->create_manifest(false, arguments.imr_type);
+  const auto manifest = image->create_manifest(false, arguments.imr_type);
   log_info("\nWriting manifest to ", paths.manifest);
   manifest->write(manifest_file, image->map());
   manifest->write_extended(extended_file, image->map());
@@ -101,10 +97,6 @@ void build_command(const BuildArguments& arguments) {
                            manifest->module_type);
   write_memory_description(image->map(), arguments.out_dir,
                            arguments.binary_name);
-  manifest.reset();
-  binary.close();
-  manifest_file.close();
-  extended_file.close();
 }
 
 }  // namespace tova_fw_builder

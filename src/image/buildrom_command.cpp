@@ -12,14 +12,6 @@
 
 namespace tova_fw_builder {
 
-namespace {
-
-void log_argument(const char* label, const std::string& value) {
-  log_detail(label, value);
-}
-
-}  // namespace
-
 void buildrom_command(const std::string& default_dir,
                       const std::string& image_def_path,
                       const std::string& out_dir,
@@ -28,11 +20,11 @@ void buildrom_command(const std::string& default_dir,
   log_info("Building ROM Image ");
   const std::string elf_list_path = out_dir + elf_list_name;
   const std::string binary_path = out_dir + binary_name;
-  log_argument("IMAGE DEF default dir   : ", default_dir);
-  log_argument("IMAGE DEF path          : ", image_def_path);
-  log_argument("OUT directory           : ", out_dir);
-  log_argument("ELF_LIST file path      : ", elf_list_path);
-  log_argument("BIN file path           : ", binary_path + "\n");
+  log_detail("IMAGE DEF default dir   : ", default_dir);
+  log_detail("IMAGE DEF path          : ", image_def_path);
+  log_detail("OUT directory           : ", out_dir);
+  log_detail("ELF_LIST file path      : ", elf_list_path);
+  log_detail("BIN file path           : ", binary_path + "\n");
 
   const std::unique_ptr<FwOutMap> map = build_out_map({
       .rom_mode = true,
@@ -40,6 +32,7 @@ void buildrom_command(const std::string& default_dir,
       .default_dir = default_dir,
       .image_def_path = image_def_path,
   });
+  // Behind the inputs: a ROM of before stays when one of them is refused.
   std::ofstream binary(binary_path + ".bin", std::ios_base::binary);
   log_info("\nWriting sections to ", binary_path);
   write_module_contents(*map, binary, binary_path);

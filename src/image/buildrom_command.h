@@ -6,13 +6,10 @@
 
 namespace tova_fw_builder {
 
-// Builds a plain ROM image: the contents of all modules with their padding,
-// and nothing around them. Paths are joined without a separator: the ELF list
-// is `out_dir` + `elf_list_name`, the image `out_dir` + `binary_name` + ".bin".
-// The image is opened only when all inputs were read and checked; that it
-// can't be written goes unnoticed.
-//
-// Throws what build_out_map and write_module_contents throw.
+// Builds a plain ROM image: the contents of all modules with their padding, and
+// nothing around them. Names are glued to `out_dir`, ".bin" to the binary's.
+// That the image can't be written goes unnoticed. Throws what build_out_map and
+// write_module_contents throw.
 void buildrom_command(const std::string& default_dir,
                       const std::string& image_def_path,
                       const std::string& out_dir,

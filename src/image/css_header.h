@@ -10,18 +10,17 @@
 
 namespace tova_fw_builder {
 
-// The day of `now` in Coordinated Universal Time, as 0xYYYYMMDD in BCD.
-// Throws std::runtime_error if the system can't convert the time: the text
-// "Internal error: cannot get system time, errno : " without its first errno
-// characters, so without any for a large errno.
+// The day of `now` in Coordinated Universal Time, as 0xYYYYMMDD in BCD. Throws
+// std::runtime_error "Internal error: cannot get system time, errno : ", less
+// its first errno characters.
 std::uint32_t bcd_date(std::time_t now);
 
 // The header of a new manifest of `manifest_length` bytes, a multiple of 4.
 CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
                           std::uint32_t date);
 
-// The log form: a title and one line a field, each with its newline.
-// Numbers are hexadecimal; the stream is left so.
+// The log form, a line for each field, each with its newline. Leaves the stream
+// in hexadecimal.
 void print_css_header(std::ostream& out, const CssHeader& css);
 
 }  // namespace tova_fw_builder

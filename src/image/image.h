@@ -22,10 +22,9 @@ class ImageManifest {
  public:
   virtual ~ImageManifest() = default;
 
-  // The key and signature areas inside the manifest, least significant byte
-  // first: 256, 4 and 256 bytes. The exponent follows the modulus directly, so
-  // the 260 bytes at modulus() are the public key. Null in generations without
-  // them. The setters copy as many bytes.
+  // The areas of modulus, exponent and signature inside the manifest, one
+  // behind the other, least significant byte first: 256, 4 and 256 bytes, which
+  // the setters copy. Null in generations without.
   virtual std::uint8_t* modulus() { return nullptr; }
   virtual void set_modulus(const std::uint8_t*) {}
   // A constant of the generation: 1 for Kelp15, 3 for the others.
@@ -35,14 +34,13 @@ class ImageManifest {
   virtual std::uint8_t* signature() { return nullptr; }
   virtual void set_signature(const std::uint8_t* bytes) = 0;
 
-  // The bytes that a signature covers, in two pieces. Both are empty in
-  // generations without signature. What it throws, see Kelp15FwManifest.
+  // The bytes that a signature covers, in two pieces; empty in generations
+  // without. What it throws, see Kelp15FwManifest.
   virtual std::array<std::span<const std::uint8_t>, 2> signed_parts() {
     return {};
   }
-  // Writes the 32 bytes of the SHA-256 of the signed parts, last byte of the
-  // digest first. Leaves `out` alone in generations without signature. Throws
-  // what signed_parts throws.
+  // Writes the SHA-256 of the signed parts, last byte first. Leaves `out` alone
+  // in generations without.
   virtual void compute_hash(std::uint8_t* out) = 0;
 
   // Marks the signature as a debug one.
@@ -51,17 +49,16 @@ class ImageManifest {
   // The date of writing as 0xYYYYMMDD in BCD; 0 in generations without one.
   virtual std::uint32_t date() const { return 0; }
 
-  // Both take the map of the image that the manifest was made from, and write
-  // and log the generation's manifest and extended manifest. They throw what
-  // write_binary_header throws, and the texts of Kelp15FwManifest.
+  // Write and log the manifest and the extended manifest of the image that was
+  // written from the map. Throw what write_binary_header throws, and the texts
+  // of Kelp15FwManifest.
   virtual void write(std::ostream& stream, const FwOutMap& map) = 0;
   virtual void write_extended(std::ostream& stream, const FwOutMap& map) = 0;
-  // Writes the manifest that was read back, and what was changed in it since.
+  // Writes a manifest that was read back, with what was changed since.
   virtual void write_raw(std::ostream& stream) = 0;
 
   bool debug = false;
-  // 6 for Kelp15 and 4 for the others; 0 in a manifest read back.
-  std::uint32_t module_type = 0;
+  std::uint32_t module_type = 0;  // stays 0 in a manifest read back
 };
 
 // What the manifests of 1.8, 2.5 and 3.0 have in common: they are signed
@@ -83,17 +80,15 @@ class Image {
   virtual ~Image() = default;
 
   // Writes the whole binary to `stream`, which is empty and open for reading
-  // and writing. `path` is the binary's path without extension, which addon
-  // files of generation 1.5 take their names from. `css_header_size` is the
-  // room in bytes that signing takes ahead of the binary, for 1.8 and 2.5
-  // alone. Throws what write_module_contents and write_binary_header throw; a
+  // and writing. Addon files of 1.5 are named after `path`, the binary's path
+  // without extension; 1.8 and 2.5 leave `css_header_size` bytes of room to the
+  // signer. Throws what write_module_contents and write_binary_header throw; a
   // stream that fails is no failure of its own, but leaves a length that is no
   // number of pages.
   virtual void write(std::iostream& stream, const std::string& path,
                      std::uint32_t css_header_size) = 0;
 
-  // To be called behind write(), whose results it takes. `debug` marks a
-  // manifest of generation 1.5 as signed by a debug key; `imr_type` stands in
+  // To be called behind write(), whose results it takes. `imr_type` stands in
   // the metadata of 1.8 and 2.5 as it is.
   virtual std::unique_ptr<ImageManifest> create_manifest(
       bool debug, std::uint32_t imr_type) = 0;

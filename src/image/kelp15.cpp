@@ -103,6 +103,8 @@ void Kelp15FwManifest::write(std::ostream& stream, const FwOutMap& map) {
     print_css_header(LogLine(kLogInfo).stream(), buffer_.front.css);
   }
   write_record(stream, buffer_.front.css);
+  // The tables go straight to the stream. The symbol table among them counts
+  // nowhere: it pushes the zeros back, behind the size that is recorded.
   write_zeros(stream, sizeof(CssPart) - kCssLength);
   write_binary_header(map, stream, padded);
   write_zeros(stream, pad);
@@ -126,6 +128,8 @@ std::unique_ptr<ImageManifest> read_kelp15_manifest(
               manifest->bytes());
   const std::uint64_t length =
       std::uint64_t{manifest->buffer_.front.css.size} * 4;
+  // Below 32 words the count of bytes behind the CSS header wraps, and all that
+  // the file has is taken.
   const bool wraps = length < kCssLength;
   if (length > kMaxManifestLength ||
       (wraps && file.size() > kMaxManifestLength)) {

@@ -37,23 +37,17 @@ class Kelp15FwManifest : public ImageManifest {
   std::uint8_t* signature() override;
   void set_signature(const std::uint8_t* bytes) override;
 
-  // Bytes 0 to 127 and those from header_len to size, so all but the key and
-  // signature areas.
-  //
-  // Of a file whose header_len is above its size, the length wraps at 32 bits.
-  // Throws ZelError of "zelsSHA256Update" for a length of 2^31 or more, which
-  // the hash refuses, else std::runtime_error "Manifest is bigger than MAX of
-  // 8kB" for a range that leaves the 8192 bytes.
+  // Bytes 0 to 127 and those from header_len to size, all but the key and
+  // signature areas. Throws ZelError of "zelsSHA256Update" for a length of 2^31
+  // or more, which a header_len above size may wrap to, else std::runtime_error
+  // "Manifest is bigger than MAX of 8kB" for a range that leaves the 8192
+  // bytes.
   std::array<std::span<const std::uint8_t>, 2> signed_parts() override;
   void compute_hash(std::uint8_t* out) override;
 
   void set_debug() override;
   std::uint32_t date() const override { return buffer_.front.css.date; }
 
-  // Writes the CSS part, the binary header with its tables, and zero bytes up
-  // to a whole number of pages, always at least one. The symbol table pushes
-  // the zero bytes back and isn't part of the size that is recorded.
-  //
   // Throws std::runtime_error "Manifest is bigger than MAX of 8kB" before
   // anything is written, and what bcd_date and write_binary_header throw.
   void write(std::ostream& stream, const FwOutMap& map) override;
@@ -78,14 +72,10 @@ class Kelp15FwManifest : public ImageManifest {
   Buffer buffer_;
 };
 
-// Reads a manifest from the bytes of its file, of which 8193 are enough. A
-// short file is no error: what is missing is zero.
-//
-// The `size` of the file, in words, is bounded here, so that every manifest in
-// memory holds it. Throws std::runtime_error "Manifest is bigger than MAX of
-// 8kB" for one above 2048 words. A size below 32 wraps the count of bytes
-// behind the CSS header: all that the file has is taken, and more than 8192
-// bytes fail with the same text.
+// Reads a manifest from the bytes of its file, of which 8193 are enough. What a
+// short file lacks is zero. Throws std::runtime_error "Manifest is bigger than
+// MAX of 8kB" for a `size` above 2048 words, so that the memory always holds
+// it, and for a file of more than 8192 bytes if `size` is below 32.
 std::unique_ptr<ImageManifest> read_kelp15_manifest(
     std::span<const std::uint8_t> file);
 

@@ -35,7 +35,6 @@ class PaddedImage : public Image {
 template <std::size_t DigestLength>
 class MetadataManifest : public UnsignedManifest {
  public:
-  MetadataManifest() = default;
   // Takes length and digest of a written image and logs both digests.
   MetadataManifest(const PaddedImage<DigestLength>& image, bool debug,
                    std::uint32_t imr_type);

@@ -35,6 +35,7 @@ SegmentRecord make_segment(const Group& group, bool built_in,
   SegmentRecord segment;
   segment.flags = group.flags;
   segment.vma = group.sections.front()->header->vma;
+  // A built-in module lies in pages of another one, so it may start anywhere.
   if (!built_in && segment.vma % kPageSize != 0) {
     throw std::runtime_error("Non-aligned base address of section");
   }
@@ -68,6 +69,7 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
   entry.uuid = module.uuid.bytes();
   entry.aff_mask = module.affinity_mask;
   entry.type = type_word(module);
+  // Nobody writes the contents of a built-in module, so there is no hash.
   if (module.load_type == FwOutMap::Module::kLoadable) entry.hash = module.hash;
   entry.ep = module.entry_point;
   entry.cfg_cnt = static_cast<std::uint16_t>(module.mod_cfg.size());
@@ -76,6 +78,7 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
   }
   entry.inst_max_cnt = static_cast<std::uint16_t>(module.instance_count);
   entry.inst_stack_size = static_cast<std::uint16_t>(module.stack_size);
+  // Of two groups of one type the later one takes the slot.
   for (const auto& group : module.groups) {
     entry.segments[group->type] = make_segment(
         *group, module.load_type == FwOutMap::Module::kBuiltIn, file_base);

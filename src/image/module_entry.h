@@ -10,10 +10,8 @@
 
 namespace tova_fw_builder {
 
-// The entry of a bound module: each of its groups has a section, and every
-// section a header. `file_base` is the distance between offsets in the file
-// that the module was written to and those that the loader sees; the sum wraps
-// at 32 bits. Of two groups of one type the later one takes the slot.
+// The entry of a bound module. `file_base` is the distance between offsets in
+// the file that the module was written to and those that the loader sees.
 //
 // Throws std::runtime_error "Non-aligned base address of section" for an
 // address off the page grid in a module that isn't built in, "Non-aligned

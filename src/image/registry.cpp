@@ -1,7 +1,6 @@
 // The two registries: image classes by the generation number of a definition,
-// manifest readers by the first word of a file. Each is one constant array in
-// the order in which the generations entered; a later entry wins over an
-// earlier one of the same key.
+// manifest readers by the first word of a file.
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <iomanip>
@@ -35,12 +34,6 @@ std::unique_ptr<Image> create_image(std::unique_ptr<FwOutMap> map) {
   return std::make_unique<Kind>(std::move(map));
 }
 
-template <typename Kind>
-std::unique_ptr<ImageManifest> create_empty(
-    std::span<const std::uint8_t> /*file*/) {
-  return std::make_unique<Kind>();
-}
-
 constexpr ImageEntry kImages[] = {
     {kKelp15, create_image<Kelp15Image>},
     {kKelp18, create_image<Kelp18Image>},
@@ -48,29 +41,22 @@ constexpr ImageEntry kImages[] = {
     {kKelp30, create_image<Kelp30Image>},
 };
 
+// A file of the type of the others reads as an empty manifest on which signing
+// does nothing; their own files begin with another word.
 constexpr ManifestEntry kManifests[] = {
     {CssHeader::kModuleType, read_kelp15_manifest},
-    {UnsignedManifest::kModuleType, create_empty<Kelp18FwManifest>},
-    {UnsignedManifest::kModuleType, create_empty<Kelp25FwManifest>},
-    // The same key once more: a file of that type reads as an empty manifest
-    // on which signing does nothing.
-    {UnsignedManifest::kModuleType, create_empty<Kelp30FwManifest>},
+    {UnsignedManifest::kModuleType,
+     [](std::span<const std::uint8_t>) -> std::unique_ptr<ImageManifest> {
+       return std::make_unique<Kelp30FwManifest>();
+     }},
 };
-
-template <typename Entry>
-const Entry* find_last(std::span<const Entry> entries, std::uint32_t key) {
-  const Entry* found = nullptr;
-  for (const Entry& entry : entries) {
-    if (entry.key == key) found = &entry;
-  }
-  return found;
-}
 
 }  // namespace
 
 std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map) {
-  const auto* entry = find_last<ImageEntry>(kImages, map->binary_ver);
-  if (entry == nullptr) {
+  const auto* entry =
+      std::ranges::find(kImages, map->binary_ver, &ImageEntry::key);
+  if (entry == std::end(kImages)) {
     throw std::runtime_error("Unrecognized binary version");
   }
   log_info("\nCreating image ver ", std::hex, std::setfill('0'), std::setw(8),
@@ -86,8 +72,11 @@ std::unique_ptr<ImageManifest> read_manifest(const std::string& path) {
   std::span<const std::uint8_t> file(bytes.data(), read_start(path, bytes));
   Le32 word;  // what a short file lacks is zero
   std::memcpy(&word, bytes.data(), sizeof(word));
-  const auto* entry = find_last<ManifestEntry>(kManifests, word);
-  if (entry == nullptr) throw std::runtime_error("Unrecognized module type");
+  const auto* entry =
+      std::ranges::find(kManifests, std::uint32_t{word}, &ManifestEntry::key);
+  if (entry == std::end(kManifests)) {
+    throw std::runtime_error("Unrecognized module type");
+  }
   // Without a whole word the file counts as empty.
   if (file.size() < sizeof(word)) file = {};
   return entry->create(file);

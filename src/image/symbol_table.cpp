@@ -1,5 +1,5 @@
-// The table of exported symbols. Its name offsets count from the start of the
-// table as if no symbol had been skipped.
+// The table of exported symbols. It closes with the names, while each record
+// tells where its name will stand.
 #include "image/symbol_table.h"
 
 #include <optional>
@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::uint32_t kNumberSize = 4;  // of the count and strings length
 
+// Wraps at 32 bits: a segment that reaches up to 4 GiB holds no symbol.
 bool contains(const SegmentRecord& segment, std::uint32_t address) {
   const std::uint32_t end = segment.vma + segment.pages() * kPageSize;
   return segment.vma <= address && address < end;
@@ -43,6 +44,8 @@ std::optional<SymbolRecord> place_symbol(std::uint32_t address,
 void write_symbol_table(std::ostream& stream,
                         std::span<const FwImageMap::Symbol> symbols,
                         std::span<const ModuleEntry> entries) {
+  // A skipped symbol stays in the count and in the base of the name offsets:
+  // readers in the field expect that.
   const auto count = static_cast<std::uint32_t>(symbols.size());
   const std::uint32_t names_base =
       count * std::uint32_t{sizeof(SymbolRecord)} + 2 * kNumberSize;

@@ -9,6 +9,7 @@
 namespace tova_fw_builder {
 
 void hash_key_command(const std::string& kind, const std::string& key_file) {
+  // The form is told by the file itself: either word takes either form.
   if (kind != "pair" && kind != "pub") {
     throw std::runtime_error("Invalid key file type specified");
   }

@@ -14,6 +14,8 @@ namespace tova_fw_builder {
 namespace {
 
 void install_public_key(ImageManifest& manifest, const KeyMaterial& key) {
+  // The public part, which nothing has compared with the one that signed:
+  // `verify` is the check.
   manifest.set_exponent(key.pub_exponent.data());
   manifest.set_modulus(key.pub_modulus.data());
   public_key_hash(key);

@@ -38,6 +38,7 @@ void log_public_key(ImageManifest& manifest) {
 }
 
 RsaBlock decode_signature(ImageManifest& manifest) {
+  // Ahead of the key, which refuses a manifest without one.
   log_public_key(manifest);
   const RsaPublicKey key(manifest.modulus(), manifest.exponent());
   log_bytes("signature", manifest.signature(), RsaBlock{}.size());

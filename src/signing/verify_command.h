@@ -12,14 +12,12 @@ namespace tova_fw_builder {
 void verify_command(const std::string& bin_file);
 
 // Returns if the manifest is whole and was signed with the key that it carries
-// itself; whether that key is a trusted one is for the reader of the log to
-// say, who sees the key's hash at level 3.
+// itself; whether that key is trusted is for the reader of the log to say.
 //
 // Throws std::runtime_error "Signature padding invalid" for a wrong key or a
-// damaged signature, then "Manifest hash invalid" for a good signature over
-// other contents. Throws ZelError
-//   "zelsRSASetKey(N)" with -11 for a manifest without key, as before signing;
-//   "zelsRSAEncrypt" with -11 for a signature that isn't below the modulus.
+// damaged signature, then "Manifest hash invalid" for other contents. Throws
+// ZelError with -11 under "zelsRSASetKey(N)" for a manifest without key, under
+// "zelsRSAEncrypt" for a signature that isn't below the modulus.
 void verify_manifest(ImageManifest& manifest);
 
 }  // namespace tova_fw_builder

@@ -27,8 +27,7 @@ TEST(Registry, UnknownKeys) {
   }
 }
 
-// Key 4 has three entries, and the last one wins: nothing is read, and nothing
-// that signing does has an effect.
+// Nothing is read, and nothing that signing does has an effect.
 TEST(Registry, FirstWord4IsAnEmptyManifest) {
   TempDir dir;
   CapturedLog log;
@@ -48,7 +47,7 @@ TEST(Registry, FirstWord4IsAnEmptyManifest) {
   const auto image = make_image(small_image(kKelp30));
   std::ostringstream out;
   manifest->write(out,
-                  image->map());  // an entry of 1.8 or 2.5 would write here
+                  image->map());  // a manifest of 1.8 would write here
   manifest->write_raw(out);
   EXPECT_EQ("", out.str());
 }

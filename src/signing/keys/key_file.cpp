@@ -4,6 +4,7 @@
 #include "signing/keys/key_file.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -25,38 +26,24 @@ struct KeyFormat {
   std::span<const std::string_view> pieces;
 };
 
-constexpr std::string_view kPairPieces3[] = {
-    "(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e3:",
-    ")(1:n256:",
-    ")))(11:private-key(16:rsa-pkcs1-sha256(1:e3:",
-    ")(1:n256:",
-    ")(1:d256:",
-    ")(1:p128:",
-    ")(1:q128:",
-    ")(1:a128:",
-    ")(1:b128:",
-    ")(1:c128:",
-    "))))",
-};
+constexpr std::array<std::string_view, 11> pair_pieces(
+    std::string_view start, std::string_view private_start) {
+  return {start,       ")(1:n256:", private_start, ")(1:n256:",
+          ")(1:d256:", ")(1:p128:", ")(1:q128:",   ")(1:a128:",
+          ")(1:b128:", ")(1:c128:", "))))"};
+}
+
+constexpr auto kPairPieces3 =
+    pair_pieces("(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e3:",
+                ")))(11:private-key(16:rsa-pkcs1-sha256(1:e3:");
+constexpr auto kPairPieces1 =
+    pair_pieces("(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e1:",
+                ")))(11:private-key(16:rsa-pkcs1-sha256(1:e1:");
 
 constexpr std::string_view kPublicPieces3[] = {
     "(10:public-key(16:rsa-pkcs1-sha256(1:e3:",
     ")(1:n256:",
     ")))",
-};
-
-constexpr std::string_view kPairPieces1[] = {
-    "(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e1:",
-    ")(1:n256:",
-    ")))(11:private-key(16:rsa-pkcs1-sha256(1:e1:",
-    ")(1:n256:",
-    ")(1:d256:",
-    ")(1:p128:",
-    ")(1:q128:",
-    ")(1:a128:",
-    ")(1:b128:",
-    ")(1:c128:",
-    "))))",
 };
 
 constexpr std::string_view kPublicPieces1[] = {

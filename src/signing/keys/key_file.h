@@ -10,11 +10,11 @@
 
 namespace tova_fw_builder {
 
-// One key. All numbers stand least significant byte first, except that the
-// exponents keep the order of the file: right for 65537 and for every exponent
-// of one byte, and byte-reversed for other exponents of three, which is what
-// fielded images were signed with. A public key file leaves all `priv_` fields
-// zero. The memory is wiped when the key ends.
+// One key, wiped when it ends. All numbers stand least significant byte first,
+// except that the exponents keep the order of the file: right for 65537 and for
+// every exponent of one byte, and byte-reversed for other exponents of three,
+// which is what fielded images were signed with. A public key file leaves all
+// `priv_` fields zero.
 struct KeyMaterial {
   KeyMaterial() = default;
   KeyMaterial(const KeyMaterial&) = delete;
@@ -34,11 +34,9 @@ struct KeyMaterial {
   std::array<std::uint8_t, 128> priv_c{};
 };
 
-// Reads a key file of either form; the form is told by the file itself. What
-// stands behind the key is ignored, and no number is checked. Logs the path
-// at level 2 and each field at level 3, private ones included.
-//
-// Throws std::runtime_error
+// Reads a key file of either form and ignores what stands behind the key; no
+// number is checked. Logs each field at level 3, private ones included. Throws
+// std::runtime_error
 //   "Failed to open file: " and the path;
 //   "Key type not recognized :\r\n" and the file's first 100 bytes up to the
 //     first zero byte, if these hold the beginning of no known form;

@@ -56,6 +56,7 @@ void KeyList::add_key(const std::string& type_word,
     throw std::runtime_error("Not recognized key type : " + type_word +
                              " file path : " + key_path);
   }
+  // Of the key nothing but its hash outlives this function.
   const auto key = load_key_file(key_path);
   keys.push_back(std::make_shared<KeyData>(
       KeyData{type->value, key_path, digest_public_key(*key)}));

@@ -33,11 +33,9 @@ class KeyList {
     PublicKeyHash hash{};
   };
 
-  // Reads the list. Each line holds a type word ("debug" or "production") and
-  // the path of a key file, relative to the working directory, between white
-  // space; what follows is ignored. The list ends at the first empty line, and
-  // behind a line of more than 1023 characters, whose beginning still counts.
-  // The key files may have either form.
+  // Reads the list: in each line a type word and the path of a key file, whose
+  // form may be either one. It ends at the first empty line, and behind a line
+  // of more than 1023 characters, whose beginning still counts.
   //
   // Throws std::runtime_error "Failed to open file: " and the path, "Not
   // recognized key type : ", the word, " file path : ", the path of the line,

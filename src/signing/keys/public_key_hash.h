@@ -12,8 +12,7 @@ namespace tova_fw_builder {
 
 using PublicKeyHash = std::array<std::uint8_t, 32>;
 
-// SHA-256 over the 256 bytes of `pub_modulus` and the 4 of `pub_exponent`, in
-// their order in memory; the digest in the order of the standard.
+// SHA-256 over `pub_modulus` and `pub_exponent`, as they stand in memory.
 PublicKeyHash digest_public_key(const KeyMaterial& key);
 
 // Writes "Public key hash: ", a newline, the hash as a C array labelled
