@@ -29,24 +29,28 @@ struct KeyKind {
   const char* apply_name;
 };
 
-constexpr KeyKind kPublic{zelsRSA_GetSizePublicKey,
-                          zelsRSA_InitPublicKey,
-                          zelsRSA_SetPublicKey,
-                          zelsRSA_GetBufferSizePublicKey,
-                          zelsRSAEncrypt,
-                          1024,
-                          4,
-                          "zelsRSASetKey(N)",
-                          "zelsRSAEncrypt"};
-constexpr KeyKind kPrivate{zelsRSA_GetSizePrivateKey,
-                           zelsRSA_InitPrivateKey,
-                           zelsRSA_SetPrivateKey,
-                           zelsRSA_GetBufferSizePrivateKey,
-                           zelsRSADecrypt,
-                           kBits,
-                           kBytes,
-                           "zelsRSASetKey(N, D)",
-                           "zelsRSADecrypt"};
+constexpr KeyKind kPublic = {
+    .get_size = zelsRSA_GetSizePublicKey,
+    .init = zelsRSA_InitPublicKey,
+    .set = zelsRSA_SetPublicKey,
+    .get_buffer_size = zelsRSA_GetBufferSizePublicKey,
+    .apply = zelsRSAEncrypt,
+    .exponent_bits = 1024,
+    .exponent_bytes = 4,
+    .set_name = "zelsRSASetKey(N)",
+    .apply_name = "zelsRSAEncrypt",
+};
+constexpr KeyKind kPrivate = {
+    .get_size = zelsRSA_GetSizePrivateKey,
+    .init = zelsRSA_InitPrivateKey,
+    .set = zelsRSA_SetPrivateKey,
+    .get_buffer_size = zelsRSA_GetBufferSizePrivateKey,
+    .apply = zelsRSADecrypt,
+    .exponent_bits = kBits,
+    .exponent_bytes = kBytes,
+    .set_name = "zelsRSASetKey(N, D)",
+    .apply_name = "zelsRSADecrypt",
+};
 
 SecretBuffer make_key(const KeyKind& kind, const std::uint8_t* modulus,
                       const std::uint8_t* exponent) {

@@ -19,14 +19,9 @@ namespace {
 constexpr std::size_t kModulusBytes = 256;
 constexpr std::size_t kExponentBytes = 4;
 
-void log_bytes(const char* label, const std::uint8_t* bytes,
-               std::size_t length) {
-  log_detail(ByteDump{bytes, length, label});
-}
-
 void log_public_key(ImageManifest& manifest) {
-  log_bytes("pubKey.modulus", manifest.modulus(), kModulusBytes);
-  log_bytes("pubKey.exponent", manifest.exponent(), kExponentBytes);
+  log_detail(ByteDump{manifest.modulus(), kModulusBytes, "pubKey.modulus"});
+  log_detail(ByteDump{manifest.exponent(), kExponentBytes, "pubKey.exponent"});
   if (log_level() < kLogDetail) return;
   // Modulus and exponent are neighbours in the manifest.
   PublicKeyHash digest{};
@@ -41,9 +36,9 @@ RsaBlock decode_signature(ImageManifest& manifest) {
   // Ahead of the key, which refuses a manifest without one.
   log_public_key(manifest);
   const RsaPublicKey key(manifest.modulus(), manifest.exponent());
-  log_bytes("signature", manifest.signature(), RsaBlock{}.size());
+  log_detail(ByteDump{manifest.signature(), kModulusBytes, "signature"});
   const RsaBlock decoded = key.encrypt(manifest.signature());
-  log_bytes("sig_encrypted", decoded.data(), decoded.size());
+  log_detail(ByteDump{decoded.data(), decoded.size(), "sig_encrypted"});
   return decoded;
 }
 
