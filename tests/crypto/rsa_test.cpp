@@ -90,7 +90,6 @@ TEST(Rsa, PowersModuloOddAndEven) {
       {"23", "ffff", "0", "0"},  //
       {"1", "5", "0", "0"},      //
       {"2", "5", "1", "1"},      //
-      {"f2a74de52e6b439", "e5269e0d37", "c5c7fda6a3a450", "651daea8f1e41d8"},
       {"111e20b8f6b0d549a", "11738f7d9", "10f21ddb66cad4a26",
        "49b202a807fe997c"},
       {"b9263059f28c105d1fb17c2390c192ce", "f29d0da9953f48f1a09f76b5a170b338",
@@ -185,58 +184,71 @@ TEST(Rsa, ResultInPlaceOfTheInput) {
   EXPECT_EQ(97, bits);
 }
 
+// A status that is due, and the status that a call gave.
+using Calls = std::initializer_list<std::pair<ZelStatus, ZelStatus>>;
+
+void expect(const Calls& calls) {
+  for (const auto& call : calls) {
+    EXPECT_EQ(call.first, call.second) << "call " << &call - calls.begin();
+  }
+}
+
+SecretBuffer minus_two() {
+  SecretBuffer negative = MakeBigNum(8, nullptr);
+  const std::uint32_t two = 2;
+  zelsSet_BN(kNegative, 1, &two, negative.data());
+  return negative;
+}
+
+// In these tests each call breaks one condition and, where it can, all those
+// behind it.
 TEST(Rsa, BoundsInTheirOrder) {
   for (const Operation& rsa : {kPublic, kPrivate}) {
     std::int32_t size = 0;
-    EXPECT_EQ(zelStsNullPtrErr, rsa.get_size(0, 0, nullptr));
-    for (const std::int32_t bits : {-1, 0, 7, 16385}) {
-      EXPECT_EQ(zelStsNotSupportedModeErr, rsa.get_size(bits, 0, &size));
-    }
-    for (const std::int32_t bits : {-1, 0, 9}) {
-      EXPECT_EQ(zelStsBadArgErr, rsa.get_size(8, bits, &size));
-    }
-    EXPECT_EQ(zelStsNoErr, rsa.get_size(16384, 16384, &size));
-    EXPECT_EQ(zelStsNoErr, rsa.get_size(8, 1, &size));
-
+    expect({{zelStsNullPtrErr, rsa.get_size(0, 0, nullptr)},
+            {zelStsNotSupportedModeErr, rsa.get_size(7, 0, &size)},
+            {zelStsNotSupportedModeErr, rsa.get_size(16385, 0, &size)},
+            {zelStsBadArgErr, rsa.get_size(8, 0, &size)},
+            {zelStsBadArgErr, rsa.get_size(8, 9, &size)},
+            {zelStsNoErr, rsa.get_size(16384, 16384, &size)},
+            {zelStsNoErr, rsa.get_size(8, 1, &size)}});
     const SecretBuffer key(static_cast<std::size_t>(size));
-    EXPECT_EQ(zelStsNullPtrErr, rsa.init(7, 0, nullptr, 0));
-    EXPECT_EQ(zelStsNotSupportedModeErr, rsa.init(7, 0, key.data(), 0));
-    EXPECT_EQ(zelStsBadArgErr, rsa.init(8, 0, key.data(), 0));
-    EXPECT_EQ(zelStsMemAllocErr, rsa.init(8, 1, key.data(), size - 1));
+    expect({{zelStsNullPtrErr, rsa.init(7, 0, nullptr, 0)},
+            {zelStsNotSupportedModeErr, rsa.init(7, 0, key.data(), 0)},
+            {zelStsBadArgErr, rsa.init(8, 0, key.data(), 0)},
+            {zelStsMemAllocErr, rsa.init(8, 1, key.data(), size - 1)}});
     EXPECT_EQ(Bytes(8), Bytes(key.data(), key.data() + 8));  // untouched
     EXPECT_EQ(zelStsNoErr, rsa.init(8, 1, key.data(), size));
   }
 }
 
-// Each call breaks one condition and, where it can, those behind it.
 TEST(Rsa, KeyValueConditionsInTheirOrder) {
   const SecretBuffer zero = MakeBigNum(8, nullptr);
   const SecretBuffer nine_bits = number("1ff", 8);
   const SecretBuffer good = number("ff", 8);
-  const SecretBuffer negative = MakeBigNum(8, nullptr);
-  const std::uint32_t two = 2;
-  ASSERT_EQ(zelStsNoErr, zelsSet_BN(kNegative, 1, &two, negative.data()));
+  const SecretBuffer negative = minus_two();
   const SecretBuffer other(100);
   for (const Operation& rsa : {kPublic, kPrivate}) {
     const SecretBuffer key = empty_key(rsa, 8);
-    EXPECT_EQ(zelStsNullPtrErr, rsa.set(nullptr, nullptr, nullptr));
-    EXPECT_EQ(zelStsContextMatchErr, rsa.set(nullptr, nullptr, other.data()));
-    const struct {
-      const SecretBuffer* number;
-      ZelStatus status;
-    } cases[] = {{&other, zelStsContextMatchErr},
-                 {&zero, zelStsOutOfRangeErr},
-                 {&negative, zelStsOutOfRangeErr},
-                 {&nine_bits, zelStsSizeErr}};
-    EXPECT_EQ(zelStsNullPtrErr, rsa.set(nullptr, nullptr, key.data()));
-    EXPECT_EQ(zelStsNullPtrErr, rsa.set(good.data(), nullptr, key.data()));
-    for (const auto& c : cases) {
-      EXPECT_EQ(c.status, rsa.set(c.number->data(), nullptr, key.data()));
-      EXPECT_EQ(c.status, rsa.set(good.data(), c.number->data(), key.data()));
-    }
-    std::int32_t size = 0;  // no key was stored
-    EXPECT_EQ(zelStsIncompleteContextErr,
-              rsa.get_buffer_size(&size, key.data()));
+    const auto set = [&](std::uint8_t* n, std::uint8_t* e) {
+      return rsa.set(n, e, key.data());
+    };
+    std::int32_t size = 0;
+    expect(
+        {{zelStsNullPtrErr, rsa.set(nullptr, nullptr, nullptr)},
+         {zelStsContextMatchErr, rsa.set(nullptr, nullptr, other.data())},
+         {zelStsNullPtrErr, set(nullptr, nullptr)},
+         {zelStsContextMatchErr, set(other.data(), nullptr)},
+         {zelStsOutOfRangeErr, set(zero.data(), nullptr)},
+         {zelStsOutOfRangeErr, set(negative.data(), nullptr)},
+         {zelStsSizeErr, set(nine_bits.data(), nullptr)},
+         {zelStsNullPtrErr, set(good.data(), nullptr)},
+         {zelStsContextMatchErr, set(good.data(), other.data())},
+         {zelStsOutOfRangeErr, set(good.data(), zero.data())},
+         {zelStsOutOfRangeErr, set(good.data(), negative.data())},
+         {zelStsSizeErr, set(good.data(), nine_bits.data())},
+         // No key was stored.
+         {zelStsIncompleteContextErr, rsa.get_buffer_size(&size, key.data())}});
   }
 }
 
@@ -245,69 +257,63 @@ TEST(Rsa, OperationConditionsInTheirOrder) {
   const SecretBuffer n = number("1" + std::string(15, '0') + "1", 16);
   const SecretBuffer e = number("3", 16);
   const SecretBuffer narrow = MakeBigNum(8, nullptr);
-  const SecretBuffer negative = MakeBigNum(8, nullptr);
-  const std::uint32_t two = 2;
-  ASSERT_EQ(zelStsNoErr, zelsSet_BN(kNegative, 1, &two, negative.data()));
+  const SecretBuffer negative = minus_two();
+  const SecretBuffer work(4096);
   for (const Operation& rsa : {kPublic, kPrivate}) {
     const SecretBuffer key = empty_key(rsa, 128);
     const SecretBuffer wrong =
         empty_key(rsa.run == zelsRSAEncrypt ? kPrivate : kPublic, 128);
-    const SecretBuffer work(4096);
-    EXPECT_EQ(zelStsNullPtrErr, rsa.get_buffer_size(nullptr, nullptr));
-    EXPECT_EQ(zelStsContextMatchErr,
-              rsa.get_buffer_size(nullptr, wrong.data()));
-    EXPECT_EQ(zelStsIncompleteContextErr,
-              rsa.get_buffer_size(nullptr, key.data()));
-
-    const auto run = [&](const SecretBuffer* in, const SecretBuffer* out) {
-      return rsa.run(in ? in->data() : nullptr, out ? out->data() : nullptr,
-                     key.data(), work.data());
+    std::uint8_t* const none = nullptr;
+    const auto run = [&](std::uint8_t* in, std::uint8_t* out) {
+      return rsa.run(in, out, key.data(), work.data());
     };
-    EXPECT_EQ(zelStsNullPtrErr,
-              rsa.run(nullptr, nullptr, nullptr, work.data()));
-    EXPECT_EQ(zelStsNullPtrErr,
-              rsa.run(nullptr, nullptr, wrong.data(), nullptr));
-    EXPECT_EQ(zelStsContextMatchErr,
-              rsa.run(nullptr, nullptr, wrong.data(), work.data()));
-    EXPECT_EQ(zelStsIncompleteContextErr, run(nullptr, nullptr));
-    ASSERT_EQ(zelStsNoErr, rsa.set(n.data(), e.data(), key.data()));
-    EXPECT_EQ(zelStsNullPtrErr, rsa.get_buffer_size(nullptr, key.data()));
-    EXPECT_EQ(zelStsNullPtrErr, run(nullptr, nullptr));
-    EXPECT_EQ(zelStsContextMatchErr, run(&other, nullptr));
-    EXPECT_EQ(zelStsOutOfRangeErr, run(&negative, nullptr));
-    EXPECT_EQ(zelStsOutOfRangeErr, run(&n, nullptr));
-    EXPECT_EQ(zelStsNullPtrErr, run(&e, nullptr));
-    EXPECT_EQ(zelStsContextMatchErr, run(&e, &other));
-    EXPECT_EQ(zelStsSizeErr, run(&e, &narrow));
+    expect(
+        {{zelStsNullPtrErr, rsa.get_buffer_size(nullptr, none)},
+         {zelStsContextMatchErr, rsa.get_buffer_size(nullptr, wrong.data())},
+         {zelStsIncompleteContextErr, rsa.get_buffer_size(nullptr, key.data())},
+         {zelStsNullPtrErr, rsa.run(none, none, none, work.data())},
+         {zelStsNullPtrErr, rsa.run(none, none, wrong.data(), none)},
+         {zelStsContextMatchErr,
+          rsa.run(none, none, wrong.data(), work.data())},
+         {zelStsIncompleteContextErr, run(none, none)},
+         {zelStsNoErr, rsa.set(n.data(), e.data(), key.data())},
+         {zelStsNullPtrErr, rsa.get_buffer_size(nullptr, key.data())},
+         {zelStsNullPtrErr, run(none, none)},
+         {zelStsContextMatchErr, run(other.data(), none)},
+         {zelStsOutOfRangeErr, run(negative.data(), none)},
+         {zelStsOutOfRangeErr, run(n.data(), none)},
+         {zelStsNullPtrErr, run(e.data(), none)},
+         {zelStsContextMatchErr, run(e.data(), other.data())},
+         {zelStsSizeErr, run(e.data(), narrow.data())}});
     EXPECT_EQ(Bytes(8), value_of(narrow, 8));
   }
 }
 
 TEST(BigNum, SizesAndConditionsInTheirOrder) {
   std::int32_t size = 0;
-  EXPECT_EQ(zelStsNullPtrErr, zelsBigNumGetSize(0, nullptr));
-  EXPECT_EQ(zelStsLengthErr, zelsBigNumGetSize(0, &size));
-  EXPECT_EQ(zelStsLengthErr, zelsBigNumGetSize(513, &size));
   const std::int32_t sizes[][2] = {
       {1, 71}, {2, 71}, {3, 87}, {64, 567}, {512, 4151}};
   for (const auto& [words, expected] : sizes) {
     EXPECT_EQ(zelStsNoErr, zelsBigNumGetSize(words, &size));
     EXPECT_EQ(expected, size);
   }
-  EXPECT_EQ(zelStsLengthErr, zelsBigNumInit(0, nullptr));
-  EXPECT_EQ(zelStsNullPtrErr, zelsBigNumInit(1, nullptr));
-
   const std::uint32_t words[] = {1, 2, 3, 0, 0};
   const SecretBuffer other(100);
   const SecretBuffer narrow = MakeBigNum(4, nullptr);
-  EXPECT_EQ(zelStsNullPtrErr, zelsSet_BN(1, 0, nullptr, other.data()));
-  EXPECT_EQ(zelStsNullPtrErr, zelsSet_BN(1, 0, words, nullptr));
-  EXPECT_EQ(zelStsContextMatchErr, zelsSet_BN(1, 0, words, other.data()));
-  EXPECT_EQ(zelStsLengthErr, zelsSet_BN(1, 0, words, narrow.data()));
-  EXPECT_EQ(zelStsOutOfRangeErr, zelsSet_BN(1, 3, words, narrow.data()));
-  EXPECT_EQ(zelStsNullPtrErr, zelsRef_BN(nullptr, nullptr, nullptr, nullptr));
-  EXPECT_EQ(zelStsContextMatchErr,
-            zelsRef_BN(nullptr, nullptr, nullptr, other.data()));
+  std::uint8_t* const none = nullptr;
+  expect({{zelStsNullPtrErr, zelsBigNumGetSize(0, nullptr)},
+          {zelStsLengthErr, zelsBigNumGetSize(0, &size)},
+          {zelStsLengthErr, zelsBigNumGetSize(513, &size)},
+          {zelStsLengthErr, zelsBigNumInit(0, none)},
+          {zelStsNullPtrErr, zelsBigNumInit(1, none)},
+          {zelStsNullPtrErr, zelsSet_BN(1, 0, nullptr, other.data())},
+          {zelStsNullPtrErr, zelsSet_BN(1, 0, words, none)},
+          {zelStsContextMatchErr, zelsSet_BN(1, 0, words, other.data())},
+          {zelStsLengthErr, zelsSet_BN(1, 0, words, narrow.data())},
+          {zelStsOutOfRangeErr, zelsSet_BN(1, 3, words, narrow.data())},
+          {zelStsNullPtrErr, zelsRef_BN(nullptr, nullptr, nullptr, none)},
+          {zelStsContextMatchErr,
+           zelsRef_BN(nullptr, nullptr, nullptr, other.data())}});
 }
 
 TEST(BigNum, ValueSignAndSize) {

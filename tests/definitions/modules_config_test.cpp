@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/captured_log.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {
@@ -36,20 +35,6 @@ TEST(ModulesConfig, LongLineCountsUpTo1023CharactersAndEndsTheReading) {
   ASSERT_EQ(1023u, line.size());
   EXPECT_EQ((Consts{{"A", 12}, {"B", 1}}), read(line + "\n#define B 1\n"));
   EXPECT_EQ((Consts{{"A", 12}}), read(line + "3\n#define B 1\n"));
-}
-
-TEST(ModulesConfig, LogsAlignedColumns) {
-  TempDir dir;
-  FwOutMap map;
-  const std::string path =
-      dir.write("h", "#define A 7\n#define " + std::string(31, 'B') + " -1\n");
-  CapturedLog log(3);
-  read_modules_config(map, path);
-  EXPECT_EQ("Reading FW Modules Configuration...\nA" + std::string(29, ' ') +
-                "        7\n" + std::string(31, 'B') + " 4294967295\n\n",
-            log.text());
-  EXPECT_EQ("Failed to open file: ",
-            message_of([&] { read_modules_config(map, ""); }));
 }
 
 }  // namespace

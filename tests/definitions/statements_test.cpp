@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "definitions/image_block.h"
-#include "support/captured_log.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {
@@ -265,33 +264,6 @@ TEST(Statements, LastLineWithoutLineEnd) {
   EXPECT_EQ("| m", read("module m\ntype 1"));
   EXPECT_EQ("| m pin,0,0,0,0,0,c", read("module m\npin 0\nchannel_cfg c"));
   EXPECT_EQ("| m pin,0,0,0,0,0,0", read("module m\npin 0\nbinary_name A"));
-}
-
-TEST(Statements, LogOfModulesGroupsAndSections) {
-  CapturedLog log(3);
-  FwOutMap map;
-  map.rom_mode = true;
-  read_image_layout(map, std::make_unique<std::stringstream>("\n"));
-  read(
-      "module a \ngroup text \nsection ep .a \nsection o .b < .c \n"
-      "section .d < .e \ngroup on_demand rodata \ngroup bss \nmodule o b \n"
-      "module b c \nmodule ba d \nmodule da e \nmodule l f \n");
-  EXPECT_EQ(R"(Reading FW Image Layout (ROM mode On)...
-Reading FW Image Layout (ROM mode Off)...
- module: a (loadable) (base)
- group: .text
-  section: .a (entrypoint)
-  section: .b (optional)replacement: .c
-  section: .dreplacement: .e
- group: .rodata (on_demand)
- group: .bss
- module: b (loadable) (addon) (optional)
- module: c (builtin) (base)
- module: d (builtin) (base) (auto-init)
- module: e (loadable) (addon) (auto-init)
- module: f (loadable) (addon)
-)",
-            log.text());
 }
 
 }  // namespace

@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
-#include "driver/command_table.h"
 #include "driver/ground/log.h"
 #include "support/captured_log.h"
 
@@ -69,20 +67,6 @@ TEST(CommandLine, OnlyTheFirstWordCanBeTheSwitch) {
   EXPECT_EQ(0, result.status);
   EXPECT_EQ(3, result.level);
   EXPECT_EQ((std::vector<std::string>{"y"}), seen);
-}
-
-TEST(CommandTable, MinimumCounts) {
-  const std::pair<const char*, std::size_t> minimums[] = {
-      {"build", 15},    {"buildrom", 4}, {"asm", 2},      {"sign", 4},
-      {"verify", 1},    {"write_c", 2},  {"hash_key", 2}, {"split", 3},
-      {"build_img", 3}, {"make_hex", 3}};
-  ASSERT_EQ(std::size(minimums), command_table().size());
-  for (const auto& [word, minimum] : minimums) {
-    const auto command =
-        std::ranges::find(command_table(), std::string(word), &Command::word);
-    ASSERT_NE(command_table().end(), command) << word;
-    EXPECT_EQ(minimum, command->min_parameters) << word;
-  }
 }
 
 }  // namespace

@@ -73,6 +73,11 @@ for generation in 1.5:251 1.8:251 2.5:251 3.0:0; do
     $(build "${generation%:*}" out/ none/x)
 done
 
+# The outputs of a build are there before its definitions are read.
+# shellcheck disable=SC2046
+expect 251 "Error: Failed to open image defs file : $sample/definitions/gen_4.def" \
+  './firmware.bin ./firmware.man ./firmware.man.ext' $(build 4 out/ firmware)
+
 # The disk is full in the middle: what was written stays, and stays right.
 (
   ulimit -f 32

@@ -24,46 +24,6 @@ Written write(const FwOutMap& map, std::uint32_t base_offset) {
   return {out.str(), log.text()};
 }
 
-TEST(BinaryHeader, Log) {
-  const auto map = small_image(kKelp30);
-  map->modules.resize(1);
-  map->modules[0]->hash.fill(0xA5);
-  std::string row = "        ";
-  for (int i = 0; i < 16; ++i) row += "a5 ";
-  using namespace std::string_literals;
-  EXPECT_EQ(
-      "  TovaFwBinaryHeader\n"
-      "    header_id           $TM1\n"
-      "    name                TOVAFW\0\0\n"
-      "    fw_img_flags        10\n"
-      "    major_ver           1\n"
-      "    minor_ver           2\n"
-      "    hotfix_ver          3\n"
-      "    build_ver           4\n"
-      "    hw_buf_ba           b0000000\n"
-      "    hw_buf_len          2000 (bytes)\n"
-      "    load_offset         1000\n"
-      "    preload_page_count  8\n"
-      "    num_mods      1\n"
-      "Module Entries\n"
-      "  $TME BASEMODU uuid 01234567-89ab-cdef-0123-456789abcdef type 14b31 "
-      "aff_mask 3 ep a0001004 cfg_off 2 cfg_cnt 1 inst_max_cnt 2 domain_ll 1 "
-      "domain_dp 0 domain_rtos 1 core_type a5 inst_stack_size 1\n"
-      "    seg    0   flags   1f   vma a0001000   file_off     8000   len "
-      "       1\n"
-      "    seg    f\n"
-      "    seg    2   flags    2   vma a0004000   file_off        0   len "
-      "       2\n"
-      "      hash\n"s +
-          row + "\n" + row + "\n        \n" +
-          "  ModuleConfig par_0 1 par_1 2 par_2 3 par_3 4 is_bytes 5 cps 6 "
-          "ibs 7 obs 8 mod_flags 9 cpc 10 obls 11\n"
-          "Warning: Cannot match symbol << beta to segment, skipping\n"
-          "Warning: Cannot match symbol << gamma to segment, skipping\n"
-          "Exported 4 symbols\n",
-      write(*map, 0x8000).log);
-}
-
 TEST(BinaryHeader, LongNameIsDroppedAndBit31Warns) {
   const auto map = small_image(kKelp18);
   map->binary_name = "EIGHT__8";

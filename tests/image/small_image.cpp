@@ -2,8 +2,6 @@
 
 #include <sstream>
 
-#include "driver/ground/numbers.h"
-
 using namespace tova_fw_builder;
 
 namespace {
@@ -91,31 +89,6 @@ std::unique_ptr<FwOutMap> small_image(std::uint32_t binary_ver) {
                            {true, 'B', 0xA0005FFF, "delta"},
                            {true, 'D', 0xA0009010, "gamma"}};
   return map;
-}
-
-std::string bytes_of(std::string_view hex) {
-  std::string bytes;
-  int high = -1;
-  bool comment = false;
-  for (const char c : hex) {
-    comment = c == '#' || (comment && c != '\n');
-    const int digit = hex_digit_value(c);
-    if (comment || digit < 0) continue;
-    if (high >= 0) bytes += static_cast<char>(high * 16 + digit);
-    high = high < 0 ? digit : -1;
-  }
-  return bytes;
-}
-
-std::string le32(std::uint32_t value) {
-  std::string bytes;
-  for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> 8 * i & 0xFF);
-  return bytes;
-}
-
-std::string filled(std::string text, std::size_t length) {
-  text.resize(length);
-  return text;
 }
 
 std::string stored_pages() {

@@ -4,24 +4,15 @@
 #include <array>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "layout/records/out_map.h"
+#include "support/bytes.h"
 
 // A bound map of three modules, filled by hand: a base module with code, .bss
 // and one configuration; an addon with code and constants; a built-in module
 // off the page grid. Of its four exported symbols "beta" lies in no segment.
 std::unique_ptr<tova_fw_builder::FwOutMap> small_image(
     std::uint32_t binary_ver);
-
-// The bytes of pairs of hex digits. Blanks, and all from a '#' to the end of
-// its line, are for the reader.
-std::string bytes_of(std::string_view hex);
-
-std::string le32(std::uint32_t value);
-
-// `text` cut or filled with zero bytes to `length`.
-std::string filled(std::string text, std::size_t length);
 
 // The three stored pages of small_image() in module order.
 std::string stored_pages();

@@ -129,16 +129,6 @@ TEST(Binding, TakesOutWhatIsAbsent) {
   EXPECT_EQ("no exception", result.fault);
 }
 
-TEST(Binding, DetailsOfTheLog) {
-  EXPECT_EQ(
-      "Connecting module M\n  Attaching headers to group .bss (2)\n"
-      "  Attaching headers to group .rodata (1)\n",
-      build_rom(kStart + std::string("module M\ngroup bss\nsection bss\n"
-                                     "group rodata\nsection bss\n"),
-                "bss 0 0 0 0 2**2 a", "", true, 3)
-          .log);
-}
-
 TEST(Checks, AllocOnlyGroupsInBetween) {
   const std::string kNote =
       "Alloc-only section is placed in between other sections \n"
@@ -147,10 +137,12 @@ TEST(Checks, AllocOnlyGroupsInBetween) {
   const struct {
     const char* generation;
     std::string groups;  // of one letter each
+    std::string flags;   // of m
     std::string log;
-  } kCases[] = {{"1.8", "hlm", kNote}, {"2.5", "mlh", kNote},
-                {"3.0", "lm", kNote},  {"1.5", "lm", ""},
-                {"1.8", "mh", ""},     {"1.8", "lh", ""}};
+  } kCases[] = {{"1.8", "hlm", "ca", kNote}, {"2.5", "mlh", "la", kNote},
+                {"3.0", "lm", "ra", kNote},  {"1.5", "lm", "xa", ""},
+                {"1.8", "lm", "xa", kNote},  {"1.8", "lm", "da", kNote},
+                {"1.8", "mh", "xa", ""},     {"1.8", "lh", "xa", ""}};
   for (const auto& item : kCases) {
     std::string definition = "binary_ver " + std::string(item.generation) +
                              "\nmax_data 0\nmodule l M\n";
@@ -158,8 +150,9 @@ TEST(Checks, AllocOnlyGroupsInBetween) {
       definition += std::string("group on_demand bss\nsection ") + name + "\n";
     }
     EXPECT_EQ(item.log, build_rom(definition,
-                                  "l 1 0 1000 0 2**2 a;m 1 0 2000 0 2**2 cax;"
-                                  "h 1 0 3000 0 2**2 a")
+                                  "l 1 0 1000 0 2**2 a;h 1 0 3000 0 2**2 a;"
+                                  "m 1 0 2000 0 2**2 " +
+                                      item.flags)
                             .log);
   }
 }
@@ -168,13 +161,16 @@ TEST(Checks, UuidTailsAreUniqueButInGeneration15) {
   const std::string text = "group bss\nsection bss\n";
   const auto fault_of = [&](const std::string& generation,
                             const std::string& tail) {
-    return build_rom("binary_ver " + generation +
-                         "\nmodule l A\nuuid "
-                         "00000000-0000-0000-0000-000000000001\n" +
-                         text + "module l B\nuuid 00000000-0000-0000-0001-" +
-                         tail + "\n" + text,
-                     kSections)
-        .fault;
+    const RomBuild result =
+        build_rom("binary_ver " + generation +
+                      "\nmodule l A\nuuid "
+                      "00000000-0000-0000-0000-000000000001\n" +
+                      text + "module l B\nuuid 00000000-0000-0000-0001-" +
+                      tail + "\n" + text,
+                  kSections);
+    // What is unreferenced is told ahead of these checks.
+    EXPECT_TRUE(result.log.ends_with("Unreferenced loadable section text2\n"));
+    return result.fault;
   };
   EXPECT_EQ("no exception", fault_of("1.5", "000000000001"));
   for (const char* generation : {"1.8", "2.5", "3.0"}) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "layout/records/out_map.h"
+#include "support/bytes.h"
 
 namespace tova_fw_builder {
 
@@ -25,11 +26,5 @@ struct RomBuild {
 RomBuild build_rom(const std::string& definition, const std::string& sections,
                    const std::string& elf = "", bool rom_mode = true,
                    int level = 2, const std::string& binary_path = "");
-
-// The text and zeros behind it, `size` bytes in all.
-inline std::string padded(std::string text, std::size_t size) {
-  text.resize(size);
-  return text;
-}
 
 }  // namespace tova_fw_builder

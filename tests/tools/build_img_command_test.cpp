@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 
@@ -34,37 +35,28 @@ constexpr char kDigestOfAbc[] =
     "ba 78 16 bf 8f 01 cf ea 41 41 40 de 5d ae 22 23 \n"
     "b0 03 61 a3 96 17 7a 9c b4 10 ff 61 f2 00 15 ad \n";
 
-std::string bytes_of_hex(const std::string& text) {
-  std::istringstream in(text);
-  std::string bytes;
-  for (unsigned byte; in >> std::hex >> byte;) {
-    bytes += static_cast<char>(byte);
-  }
-  return bytes;
-}
-
 TEST(BuildImage, StatementsAndTheirLog) {
   const std::string digest = kDigestOfAbc;
   const std::tuple<const char*, std::string, std::string> kCases[] = {
       {"\n \n#bin abc\n# bin abc\nBIN abc\nbinabc\n", "", ""},
       {"bin abc", "61 62 63", "Appending abc size = 3\n"},
-      {"dd 1 0x2000000f", "1 0 0 0 f 0 0 20",
+      {"dd 1 0x2000000f", "01 00 00 00 0f 00 00 20",
        "Appending dd 0x1\nAppending dd 0x2000000f\n"},
       {"dw 12345 \n", "45 23", "Appending dw 0x12345\n"},
       {"db 1ff\tFE\r\n", "ff fe", "Appending db 0x1ff\nAppending db 0xfe\n"},
-      {"size abc", "3 0 0 0", "Appending size of abc = 3\n"},
+      {"size abc", "03 00 00 00", "Appending size of abc = 3\n"},
       {"sha abc", digest, "Appending hash of abc = sha256\n" + digest + "\n"},
-      {"offset 4\ndb 2\noffset 1\ndb 3\noffset 1", "0 3 0 0 2",
+      {"offset 4\ndb 2\noffset 1\ndb 3\noffset 1", "00 03 00 00 02",
        "Appending padding size = 4\nAppending db 0x2\nAppending db 0x3\n"},
-      {"dw 101 101\noffset 0\noffset 2\noffset 2\noffset 3", "0 0 0 1",
+      {"dw 101 101\noffset 0\noffset 2\noffset 2\noffset 3", "00 00 00 01",
        "Appending dw 0x101\nAppending dw 0x101\nAppending padding size = 2\n"
        "Appending padding size = 1\n"},
-      {"offset 0x3\noffset x9\noffset\ndb 7", "7 0 0",
+      {"offset 0x3\noffset x9\noffset\ndb 7", "07 00 00",
        "Appending padding size = 3\nAppending db 0x7\n"},
   };
   for (const auto& [script, image, log] : kCases) {
     const Result result = run(script);
-    EXPECT_EQ(bytes_of_hex(image), result.image) << script;
+    EXPECT_EQ(bytes_of(image), result.image) << script;
     EXPECT_EQ("Building Image\n" + log + "Finished\n", result.log);
   }
 }
@@ -74,21 +66,21 @@ TEST(BuildImage, StatementsAndTheirLog) {
 TEST(BuildImage, NumbersAndCurrentWords) {
   const std::pair<const char*, std::string> kCases[] = {
       {"db ", ""},
-      {"db 1x 2", "1 2"},
+      {"db 1x 2", "01 02"},
       {"db 10 zz 20", "10 20"},
-      {"db 0xzz 2", "2"},
-      {"db 0x 2 3", "3"},
-      {"db - 2 3", "3"},
-      {"db 100000000 2 3", "3"},
-      {"db ffffffff -1 +5", "ff ff 5"},
-      {"bin abc db 7 zz", "61 62 63 7"},
-      {"bin abc offset 5", "61 62 63 0 0"},
+      {"db 0xzz 2", "02"},
+      {"db 0x 2 3", "03"},
+      {"db - 2 3", "03"},
+      {"db 100000000 2 3", "03"},
+      {"db ffffffff -1 +5", "ff ff 05"},
+      {"bin abc db 7 zz", "61 62 63 07"},
+      {"bin abc offset 5", "61 62 63 00 00"},
       {"bin abc bin abc", "61 62 63"},
-      {"bin abc size", "61 62 63 4 0 0 0"},  // no operand: the word stays
-      {"size sha abc", "3 0 0 0 " + std::string(kDigestOfAbc)},
+      {"bin abc size", "61 62 63 04 00 00 00"},  // no operand: the word stays
+      {"size sha abc", "03 00 00 00 " + std::string(kDigestOfAbc)},
   };
   for (const auto& [script, image] : kCases) {
-    EXPECT_EQ(bytes_of_hex(image), run(script).image) << script;
+    EXPECT_EQ(bytes_of(image), run(script).image) << script;
   }
   EXPECT_EQ('\1', run("bin m\npt").image[1]);  // its name marks it
 }
@@ -96,8 +88,8 @@ TEST(BuildImage, NumbersAndCurrentWords) {
 TEST(BuildImage, PartitionTable) {
   const Result result =
       run("pt\noffset 44\nbin abc m\nbin abc\nbin abc m\nbin abc M\n");
-  EXPECT_EQ(bytes_of_hex("2 0 0 0 44 0 0 0 4a 0 0 0") + std::string(56, '\0') +
-                "abcabcabcabc",
+  EXPECT_EQ(bytes_of("02 00 00 00 44 00 00 00 4a 00 00 00") +
+                std::string(56, '\0') + "abcabcabcabc",
             result.image);
   // The later place counts, and the table may end the file.
   EXPECT_EQ("abc" + std::string(68, '\0'), run("pt\nbin abc\npt").image);

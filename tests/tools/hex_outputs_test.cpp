@@ -1,8 +1,7 @@
 // make_hex and split. Expected lines are written by hand.
 #include <gtest/gtest.h>
 
-#include <numeric>
-
+#include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 #include "tools/make_hex_command.h"
@@ -10,13 +9,6 @@
 
 namespace tova_fw_builder {
 namespace {
-
-// `count` bytes, counting up from 1.
-std::string counted(std::size_t count) {
-  std::string bytes(count, '\0');
-  std::iota(bytes.begin(), bytes.end(), '\1');
-  return bytes;
-}
 
 TEST(MakeHex, WordsLinesAndFilling) {
   const std::tuple<std::size_t, const char*, const char*> kCases[] = {
@@ -31,7 +23,7 @@ TEST(MakeHex, WordsLinesAndFilling) {
   TempDir dir;
   for (const auto& [size, depth, expected] : kCases) {
     CapturedLog log;
-    const std::string in = dir.write("in", counted(size));
+    const std::string in = dir.write("in", counting(size));
     make_hex_command(in, dir.file("out"), depth);
     EXPECT_EQ(expected, read_file(dir.file("out"))) << size << depth;
     EXPECT_EQ("Creating hex file from: " + in + "\n", log.text());
@@ -42,7 +34,7 @@ TEST(MakeHex, WordsLinesAndFilling) {
 TEST(MakeHex, RefusedDepthsAndInputs) {
   TempDir dir;
   std::filesystem::current_path(dir.path());
-  dir.write("in", counted(16));
+  dir.write("in", counting(16));
   const std::tuple<const char*, const char*, std::string> kCases[] = {
       {"in", "96", "Error: Unsupported hex file bit depth: 96\n\nno exception"},
       {"in", "-8", "Error: Unsupported hex file bit depth: -8\n\nno exception"},
@@ -73,7 +65,7 @@ TEST(Split, DealsWordsAndFillsTheLastPair) {
   TempDir dir;
   CapturedLog log;
   for (const auto& [size, hex_a, hex_b] : kCases) {
-    const std::string in = dir.write("in", counted(size));
+    const std::string in = dir.write("in", counting(size));
     split_command(in, dir.file("a"), dir.file("b"));
     EXPECT_EQ(hex_a, read_file(dir.file("a.hex"))) << size;
     EXPECT_EQ(hex_b, read_file(dir.file("b.hex"))) << size;

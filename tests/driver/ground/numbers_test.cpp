@@ -57,34 +57,31 @@ TEST(Numbers, StrictConversions) {
   }
 }
 
-TEST(Numbers, ForgivingHex) {
-  EXPECT_EQ(0x80000000u, hex_or_zero("80000000"));
-  EXPECT_EQ(0x80000000u, hex_or_zero("0x80000000"));
-  EXPECT_EQ(0u, hex_or_zero("zz"));
-  EXPECT_EQ(0u, hex_or_zero("0x"));
-  EXPECT_EQ(0x12u, hex_or_zero("12zz"));
-  EXPECT_EQ(0xFFFFFFFFu, hex_or_zero("100000000"));
-  EXPECT_EQ(0xFFFFFFFFu, hex_or_zero("-1"));
-}
-
-TEST(Numbers, ForgivingDecimalIsCutFrom64Bits) {
-  EXPECT_EQ(12u, decimal_or_zero(" +12x"));
-  EXPECT_EQ(0u, decimal_or_zero("x"));
-  EXPECT_EQ(0xFFFFFFFFu, decimal_or_zero("-1"));
-  EXPECT_EQ(1u, decimal_or_zero("4294967297"));
-  EXPECT_EQ(0xFFFFFFFFu, decimal_or_zero("9223372036854775808"));
-  EXPECT_EQ(0u, decimal_or_zero("-9223372036854775809"));
-}
-
-TEST(Numbers, ForgivingWithBaseByPrefix) {
-  EXPECT_EQ(16u, any_base_or_zero("0x10U"));
-  EXPECT_EQ(8u, any_base_or_zero("010"));
-  EXPECT_EQ(0u, any_base_or_zero("09"));
-  EXPECT_EQ(10u, any_base_or_zero("10"));
-  EXPECT_EQ(0u, any_base_or_zero("(16)"));
-  EXPECT_EQ(0u, any_base_or_zero(""));
-  EXPECT_EQ(0xFFFFFFFFu, any_base_or_zero("-1"));
-  EXPECT_EQ(0xFFFFFFFFu, any_base_or_zero("4294967296"));
+// Decimal numbers are cut from 64 bits, others stop at 32.
+TEST(Numbers, Forgiving) {
+  const struct {
+    const char* text;
+    std::uint32_t hex, decimal, any_base;
+  } cases[] = {
+      {" +12x", 0x12, 12, 12},
+      {"zz", 0, 0, 0},
+      {"0x", 0, 0, 0},
+      {"0x10U", 0x10, 0, 16},
+      {"010", 0x10, 10, 8},
+      {"09", 9, 9, 0},
+      {"(16)", 0, 0, 0},
+      {"", 0, 0, 0},
+      {"-1", 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF},
+      {"80000000", 0x80000000, 80000000, 80000000},
+      {"4294967297", 0xFFFFFFFF, 1, 0xFFFFFFFF},
+      {"9223372036854775808", 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF},
+      {"-9223372036854775809", 0xFFFFFFFF, 0, 0xFFFFFFFF},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.hex, hex_or_zero(c.text)) << c.text;
+    EXPECT_EQ(c.decimal, decimal_or_zero(c.text)) << c.text;
+    EXPECT_EQ(c.any_base, any_base_or_zero(c.text)) << c.text;
+  }
 }
 
 }  // namespace
