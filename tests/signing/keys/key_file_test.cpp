@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "signing/keys/key_list.h"
 #include "signing/keys/key_samples.h"
 #include "support/captured_log.h"
@@ -19,49 +17,24 @@ const std::string kPublic = public_key_file(kE3, kModulus);
 const std::string kPair =
     pair_key_file(kE3, kModulus, counting(256, 9), counting(256, 77));
 
-// As the log shows a number: bytes in memory order, sixteen in a row.
-std::string dump(const std::string& label, const std::string& bytes) {
-  std::string text = label + "\n";
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    text += "0123456789abcdef"[bytes[i] >> 4 & 15];
-    text += "0123456789abcdef"[bytes[i] & 15];
-    text += i % 16 == 15 ? " \n" : " ";
-  }
-  return text + "\n";
-}
-
-// The log at level 3 shows every field; the record is looked at where its
-// fields have neighbours of another size.
 TEST(KeyFile, AllFourForms) {
   TempDir dir;
-  const auto little = [](std::string bytes) {
-    std::reverse(bytes.begin(), bytes.end());
-    return bytes;
+  const CapturedLog quiet;
+  const auto shown = [](auto field) {  // in the order of the file
+    return std::string(field.rbegin(), field.rend());
   };
-  const std::string none(256, '\0'), n = counting(256, 9);
-  const std::string d = counting(256, 77);
   for (const std::string& e : {kE3, std::string("\x05")}) {
-    std::string expected = "Reading keys from: " + dir.file("key") + "\n" +
-                           dump("pub_exponent", e) +
-                           dump("pub_modulus", little(kModulus));
     for (const bool pair : {false, true}) {
-      if (pair) {
-        expected += dump("priv_exponent", e) + dump("priv_modulus", little(n)) +
-                    dump("priv_d", little(d));
-        for (const char c : {'p', 'q', 'a', 'b', 'c'}) {
-          expected += dump(std::string("priv_") + c, little(counting(128, c)));
-        }
-      }
+      const std::string n = counting(256, 9), d = counting(256, 77);
       const std::string file = pair ? pair_key_file(e, kModulus, n, d)
                                     : public_key_file(e, kModulus);
-      CapturedLog log(3);
       const auto key = load_key_file(dir.write("key", file + "behind"));
-      EXPECT_EQ(expected, log.text());
-      EXPECT_EQ(kModulus, std::string(key->pub_modulus.rbegin(),
-                                      key->pub_modulus.rend()));
-      EXPECT_EQ(pair ? d : none,
-                std::string(key->priv_d.rbegin(), key->priv_d.rend()));
-      EXPECT_EQ(0, key->pub_exponent[3]);
+      EXPECT_EQ(e, std::string(key->pub_exponent.begin(),
+                               key->pub_exponent.begin() + e.size()));
+      EXPECT_EQ(0, key->pub_exponent[e.size()]);
+      EXPECT_EQ(kModulus, shown(key->pub_modulus));
+      EXPECT_EQ(pair ? n : filled("", 256), shown(key->priv_modulus));
+      EXPECT_EQ(pair ? d : filled("", 256), shown(key->priv_d));
     }
   }
 }
@@ -108,26 +81,6 @@ TEST(KeyFile, FormIsSoughtInTheFirst100Bytes) {
             message_of([&] { load_key_file(dir.file("none")); }));
 }
 
-// A file that ends inside a field still logs it, as far as it was read.
-TEST(KeyFile, ShortFieldIsLogged) {
-  TempDir dir;
-  CapturedLog log(3);
-  const std::string cut = kPublic.substr(0, kPublic.find(":n256:") + 6 + 60);
-  EXPECT_EQ(kNotFound,
-            message_of([&] { load_key_file(dir.write("key", cut)); }));
-  EXPECT_NE(std::string::npos, log.text().find("00 00 00 00 3c 3b 3a 39"));
-}
-
-TEST(KeyMaterial, IsWipedWhenItEnds) {
-  alignas(KeyMaterial) std::array<std::uint8_t, sizeof(KeyMaterial)> memory;
-  memory.fill(1);
-  auto* key = new (memory.data()) KeyMaterial;
-  key->priv_d.fill(2);
-  key->~KeyMaterial();
-  const volatile std::uint8_t* bytes = memory.data();
-  for (std::size_t i = 0; i < memory.size(); ++i) ASSERT_EQ(0, bytes[i]) << i;
-}
-
 std::string store_of(const KeyList& list) { return list.stream->str(); }
 
 // The hashes are from Python's hashlib, over the modulus reversed and e in four
@@ -163,8 +116,6 @@ TEST(KeyList, WhereTheListEnds) {
       {"", 0},
       {"\n" + key + "\n", 0},
       {key + "\n\n" + key + "\n", 1},
-      {key + std::string(2000, ' ') + "\n" + key + "\n", 1},
-      {key + std::string(1023 - key.size(), ' ') + "\n" + key + "\n", 2},
       {key + std::string("\0tail\n", 6) + key, 2},
   };
   for (const auto& c : cases) {

@@ -2,18 +2,11 @@
 // Key files for tests, put together from their pieces.
 #pragma once
 
-#include <cstdint>
 #include <string>
-#include <vector>
+
+#include "support/bytes.h"
 
 namespace tova_fw_builder {
-
-// `length` bytes that count upwards from `first`.
-inline std::string counting(std::size_t length, int first) {
-  std::string bytes(length, '\0');
-  for (char& byte : bytes) byte = static_cast<char>(first++);
-  return bytes;
-}
 
 // Numbers most significant byte first, as in a file.
 inline std::string public_key_file(const std::string& e, const std::string& n) {
