@@ -52,6 +52,9 @@ TEST(FwImageMap, ReadsATripleInItsOrder) {
   text->stream->seekg(text->file_offset);
   EXPECT_EQ('B', text->stream->get());
   EXPECT_EQ(nullptr, map.find_section(".tex"));
+  map.add_stream_section(
+      ".text", std::make_shared<std::istringstream>(std::string(70000, 'x')));
+  EXPECT_EQ(70000u, map.find_section(".text")->size);
   const auto fault = [&](auto... paths) {
     return message_of([&] { map.read_image_map(paths...); });
   };

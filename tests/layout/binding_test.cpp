@@ -12,7 +12,7 @@ constexpr char kSections[] =
     "tie 0 11004 1000 0 2**2 x;tie2 0 0 1000 0 2**2 x;data 8 11020 1020 0 2**2 "
     "cald;"
     "bss 1001 14000 4000 0 2**2 a;bss0 1 0 0 0 2**2 a;odd 1 0 0 0 2**2 c;"
-    "none 1 0 7000 0 2**2 -;";
+    "none 1 0 7000 0 2**2 -;full 1 0 0 0 2**2 ca;";
 
 TEST(Binding, Faults) {
   const std::string module = "module M\n";
@@ -33,6 +33,7 @@ TEST(Binding, Faults) {
       {module + "group text\nsection ep bss", kType, false},
       {module + "group bss\nsection odd", kKind, false},
       {module + "group bss\nsection none", kKind, false},
+      {module + "group bss\nsection full", kKind, false},
       {module + "group text\nsection text",
        "Connecting M failed: No entrypoint defined for module M"},
       {"module l M\ngroup text\nsection text", "no exception"},

@@ -113,7 +113,7 @@ TEST(BuildImage, TakesItselfAsInput) {
   dir.write("in", bytes);
   const CapturedLog log;
   build_img_command(dir.write("script", "bin in\noffset 1000\nbin out\ndb 7\n"),
-              dir.path() + "/", dir.file("out"));
+                    dir.path() + "/", dir.file("out"));
   EXPECT_TRUE(bytes.substr(0, 0x1000) + bytes + '\7' ==
               read_file(dir.file("out")));
 }
@@ -143,8 +143,9 @@ TEST(BuildImage, Failures) {
   const std::string refused = "Offset out of range: ";
   EXPECT_EQ(start + refused + "18446744073709551615",
             run("offset ffffffffffffffff").log);
-  EXPECT_TRUE(run("offset 7fffffffffffffff")
-                  .log.ends_with("\n" + refused + "9223372036854775807"));
+  EXPECT_EQ(start + "Appending padding size = 9223372036854775807\n" + refused +
+                "9223372036854775807",
+            run("offset 7fffffffffffffff").log);
   EXPECT_EQ(start + "Appending padding size = 16\n" + refused + "16",
             run("offset 10", "/dev/full").log);
   EXPECT_EQ(start + "Appending abc size = 3\nFinished\n",
