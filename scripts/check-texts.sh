@@ -13,12 +13,15 @@ papers=docs/troubleshooting.md
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
+# The companion's rooms: its manual page tells of its texts.
+companion=(':!src/companion' ':!src/inspect')
+
 # Literals, one a line, adjacent ones joined, line ends and surrounding blanks
 # cut off. literals errors: those of functions that throw or warn. literals
 # all: all of them.
 literals() {
   git ls-files -z --cached --others --exclude-standard \
-    'src/*.cpp' 'src/*.h' ':!src/crypto/zels_status.*' |
+    'src/*.cpp' 'src/*.h' ':!src/crypto/zels_status.*' "${companion[@]}" |
     xargs -0 awk -v "mode=$1" -f scripts/literals.awk |
     sed 's/\\[nr]/\n/g; s/\\"/"/g' | sed 's/^ *//; s/ *$//' |
     grep '[A-Za-z]\{2\}' | sort -u

@@ -22,14 +22,7 @@ namespace {
 std::span<const std::string> secrets;
 std::size_t found;
 
-}  // namespace
-
-void* operator new(std::size_t size) {
-  void* const block = std::calloc(1, size);
-  return block != nullptr ? block : throw std::bad_alloc();
-}
-
-void operator delete(void* block) noexcept {
+void look_and_free(void* block) {
   const std::string_view bytes(
       static_cast<const char*>(block),
       block == nullptr ? 0 : malloc_usable_size(block));
@@ -39,8 +32,16 @@ void operator delete(void* block) noexcept {
   std::free(block);
 }
 
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* const block = std::calloc(1, size);
+  return block != nullptr ? block : throw std::bad_alloc();
+}
+
+void operator delete(void* block) noexcept { look_and_free(block); }
 void operator delete(void* block, std::size_t) noexcept {
-  operator delete(block);
+  look_and_free(block);
 }
 
 namespace tova_fw_builder {
