@@ -143,7 +143,8 @@ TEST(Checks, AllocOnlyGroupsInBetween) {
   } kCases[] = {{"1.8", "hlm", "ca", kNote}, {"2.5", "mlh", "la", kNote},
                 {"3.0", "lm", "ra", kNote},  {"1.5", "lm", "xa", ""},
                 {"1.8", "lm", "xa", kNote},  {"1.8", "lm", "da", kNote},
-                {"1.8", "mh", "xa", ""},     {"1.8", "lh", "xa", ""}};
+                {"1.8", "em", "xa", ""},     {"1.8", "mh", "xa", ""},
+                {"1.8", "lh", "xa", ""}};
   for (const auto& item : kCases) {
     std::string definition = "binary_ver " + std::string(item.generation) +
                              "\nmax_data 0\nmodule l M\n";
@@ -152,6 +153,7 @@ TEST(Checks, AllocOnlyGroupsInBetween) {
     }
     EXPECT_EQ(item.log, build_rom(definition,
                                   "l 1 0 1000 0 2**2 a;h 1 0 3000 0 2**2 a;"
+                                  "e 1 0 2000 0 2**2 a;"
                                   "m 1 0 2000 0 2**2 " +
                                       item.flags)
                             .log);

@@ -15,7 +15,7 @@ TEST(WriteC, BytesOfTheFileUnderTheOneLabel) {
   EXPECT_EQ("old", read_file(out));
   write_c_command(dir.write("in", ""), out);
   EXPECT_EQ("unsigned char rawData[0] = { \n};\n", read_file(out));
-  write_c_command(dir.write("in", std::string(262144 + 8, '\n')), out);
+  write_c_command(dir.write("in", std::string(262144 + 8192, '\n')), out);
   const std::string text = read_file(out);  // no seam between pieces shows
   EXPECT_EQ(std::string::npos, text.find("0x0a, \n"));
   EXPECT_TRUE(text.ends_with(" 0x0a, 0x0a\n};\n"));
