@@ -12,10 +12,9 @@ void add_colour_option(CLI::App& command, ColourWhen& when) {
       {"always", ColourWhen::kAlways},
       {"never", ColourWhen::kNever}};
   command
-      .add_option("--color", when,
-                  "Colour: auto (on a terminal), always or never")
+      .add_option("--color", when, "Colour; auto: on a terminal that wants it")
       ->transform(CLI::CheckedTransformer(values).description(""))
-      ->type_name("WHEN");
+      ->type_name("auto|always|never");
 }
 
 }  // namespace tova_fw_builder

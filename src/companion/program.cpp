@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "companion/completion_command.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/status.h"
 #include "companion/ground/trouble.h"
@@ -20,6 +21,7 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
     add_show_command,
+    add_completion_command,
 };
 
 // The command line as far as it was understood: "tova_fw" or "tova_fw show".

@@ -11,7 +11,9 @@
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
 #include "companion/ground/trouble.h"
+#include "driver/ground/files.h"
 #include "inspect/bytes.h"
+#include "inspect/flash_script.h"
 #include "inspect/inspect.h"
 #include "inspect/json.h"
 #include "inspect/text.h"
@@ -22,6 +24,8 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   std::string as;
+  std::string script;
+  std::string deploy;
   bool is_long = false;
   bool bytes = false;
   bool json = false;
@@ -59,20 +63,34 @@ void print_text(const std::string& path, const Inspected& inspected,
   print_problems(std::cout, inspected, colour);
 }
 
+Inspected inspect_as(const ByteSource& source, const Options& options) {
+  const bool whole = options.json || options.bytes;
+  return inspect(source,
+                 options.as.empty() ? std::nullopt : format_named(options.as),
+                 whole ? Depth::kWhole : Depth::kTables);
+}
+
+// The files that a script names lie beside the image unless told otherwise.
+Inspected inspect_scripted(const ByteSource& source, const std::string& path,
+                           const Options& options) {
+  const auto script = open_input(options.script);
+  const std::string prefix =
+      options.deploy.empty() ? directory_of(path) : options.deploy;
+  return inspect_flash_image(source, *script, prefix);
+}
+
 // Shows one file; false if nothing in it is known.
 bool show_file(const std::string& path, const Options& options, Json& files) {
   const ByteSource source = ByteSource::open(path);
-  const std::optional<Format> as =
-      options.as.empty() ? std::nullopt : format_named(options.as);
-  const bool whole = options.json || options.bytes;
-  const Inspected inspected =
-      inspect(source, as, whole ? Depth::kWhole : Depth::kTables);
+  const Inspected inspected = options.script.empty()
+                                  ? inspect_as(source, options)
+                                  : inspect_scripted(source, path, options);
   if (options.json) {
     files.push_back(file_json(path, source, inspected, options.bytes));
   } else {
     print_text(path, inspected, options);
   }
-  return as.has_value() || is_known(inspected);
+  return !options.as.empty() || !options.script.empty() || is_known(inspected);
 }
 
 Status show_files(const Options& options) {
@@ -85,8 +103,8 @@ Status show_files(const Options& options) {
     try {
       if (show_file(path, options, files)) continue;
       report_trouble(path,
-                     "nothing known is in it (the contents of generation 1.5 "
-                     "have no header: show their manifest)");
+                     "nothing known is in it (--as FORMAT takes it as what it "
+                     "should be)");
     } catch (const std::exception& error) {
       report_trouble(path, error.what());
     }
@@ -110,11 +128,20 @@ void add_show_command(CLI::App& program, Status& status) {
   std::vector<std::string> formats;
   for (const std::string_view name : format_names()) formats.emplace_back(name);
   command
-      ->add_option(
-          "--as", options->as,
-          "Take the files as FORMAT: " + CLI::detail::join(formats, ", "))
+      ->add_option("--as", options->as,
+                   "Take the files as this format, whatever they look like")
       ->check(CLI::IsMember(formats).description(""))
-      ->type_name("FORMAT");
+      ->type_name(CLI::detail::join(formats, "|"));
+  CLI::Option* script = command->add_option(
+      "--script", options->script,
+      "List a flash image by the statements of the script that made it");
+  script->type_name("SCRIPT")->excludes("--as");
+  command
+      ->add_option("--deploy-dir", options->deploy,
+                   "What stands in front of the script's file names, as for "
+                   "build_img; else the image's folder")
+      ->type_name("PREFIX")
+      ->needs(script);
   command->add_flag("--long", options->is_long, "Show every field");
   command->add_flag("--bytes", options->bytes,
                     "List every byte range instead: offset, length, field and "

@@ -4,6 +4,7 @@
 
 #include "inspect/decoders.h"
 #include "inspect/recognise.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -69,12 +70,17 @@ void decode_embedded(const ByteSource& source, Inspected& out) {
   contents.length = out.length;
 
   const std::size_t count = list.members.size();
-  out.title = out.length == 0 ? "an empty file, as the manifests of generation "
-                                "3.0 are"
-              : count == 0
-                  ? "contents without a header"
-                  : "contents with " + std::to_string(count) +
-                        (count == 1 ? " structure" : " structures") + " inside";
+  if (out.length == 0) {
+    out.title = "an empty file, as the manifests of generation 3.0 are";
+  } else if (count == 0) {
+    out.title = "contents without a header";
+    if (out.length % kPageSize == 0) {
+      out.title += ", " + std::to_string(out.length / kPageSize) + " pages";
+    }
+  } else {
+    out.title = "contents with " + std::to_string(count) +
+                (count == 1 ? " structure" : " structures") + " inside";
+  }
   out.root.add(std::move(contents));
 }
 

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "layout/records/out_map.h"
+
 namespace tova_fw_builder {
 namespace {
 
@@ -37,8 +39,9 @@ bool is_known(const Inspected& inspected) {
   if (inspected.format != Format::kEmbedded || inspected.length == 0) {
     return true;
   }
-  const Field* found = find(inspected.root, "embedded[0]");
-  return found != nullptr;
+  // What modules are made of has whole pages.
+  return inspected.length % kPageSize == 0 ||
+         find(inspected.root, "embedded[0]") != nullptr;
 }
 
 void add_problem(Inspected& inspected, std::uint64_t offset, std::string text) {

@@ -43,8 +43,8 @@ struct Inspected {
   std::vector<Problem> problems;  // by offset; empty when all is well
 };
 
-// Whether anything is known in the file: false for kEmbedded that found nothing
-// in a file that isn't empty.
+// Whether the file may be one of a build: false for one in which nothing was
+// found, unless it is empty or has whole pages, as the contents of 1.5 have.
 bool is_known(const Inspected& inspected);
 
 // Adds a problem; behind a thousand of them no more are kept.

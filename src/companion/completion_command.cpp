@@ -1,0 +1,76 @@
+#include "companion/completion_command.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "companion/completion_scripts.h"
+
+namespace tova_fw_builder {
+namespace {
+
+// The words of "auto|always|never"; none of "FILE".
+std::vector<std::string> values_of(const std::string& type_name) {
+  if (type_name.find('|') == type_name.npos) return {};
+  return CLI::detail::split(type_name, '|');
+}
+
+void collect(const CLI::App& app, const std::string& path,
+             std::vector<CommandWords>& commands) {
+  CommandWords words;
+  words.path = path;
+  words.description = app.get_description();
+  for (const CLI::Option* option : app.get_options()) {
+    const auto values = values_of(option->get_type_name());
+    if (option->get_positional()) words.values = values;
+    for (const std::string& name : option->get_lnames()) {
+      words.options.push_back({"--" + name, option->get_description(),
+                               option->get_items_expected_max() > 0, values});
+    }
+  }
+  const auto below = app.get_subcommands([](const CLI::App*) { return true; });
+  for (const CLI::App* command : below) {
+    words.commands.push_back(command->get_name());
+  }
+  commands.push_back(words);
+  for (const CLI::App* command : below) {
+    collect(*command, (path.empty() ? "" : path + ' ') + command->get_name(),
+            commands);
+  }
+}
+
+using Print = void (*)(std::ostream&, const std::vector<CommandWords>&);
+
+const std::map<std::string, Print>& shells() {
+  static const std::map<std::string, Print> table = {
+      {"bash", print_bash_completion},
+      {"fish", print_fish_completion},
+      {"zsh", print_zsh_completion},
+  };
+  return table;
+}
+
+}  // namespace
+
+void add_completion_command(CLI::App& program, Status& status) {
+  CLI::App* command = program.add_subcommand(
+      "completion", "Print the completion script of a shell");
+  const auto shell = std::make_shared<std::string>();
+  command->add_option("SHELL", *shell, "The shell")
+      ->required()
+      ->check(CLI::IsMember(&shells()).description(""))
+      ->type_name("bash|fish|zsh");
+  command->footer("Example: source <(tova_fw completion bash)");
+  command->callback([&program, shell, &status] {
+    std::vector<CommandWords> commands;
+    collect(program, "", commands);
+    shells().at (*shell)(std::cout, commands);
+    status = Status::kYes;
+  });
+}
+
+}  // namespace tova_fw_builder

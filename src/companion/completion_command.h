@@ -1,0 +1,16 @@
+// companion/completion_command.h
+#pragma once
+
+#include "companion/ground/status.h"
+
+namespace CLI {
+class App;
+}
+
+namespace tova_fw_builder {
+
+// completion SHELL: prints what the shell needs to complete command lines of
+// the program, out of the commands and options that it has.
+void add_completion_command(CLI::App& program, Status& status);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,285 @@
+// Goes through a script as build_img does, with a place in place of a file. The
+// statements are tested one after the other, each once, on a current word that
+// `bin` and `size` overwrite with their operands: a line may go on.
+#include "inspect/flash_script.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/wire.h"
+#include "inspect/coverage.h"
+#include "tools/partition_table.h"
+
+namespace tova_fw_builder {
+namespace {
+
+constexpr auto kHex = Field::Radix::kHex;
+constexpr auto kBytes = Field::Shown::kBytes;
+constexpr std::size_t kMostParts = 4096;
+
+constexpr Column kColumns[] = {
+    {"line", "line"},     {"statement", "statement"}, {"offset", "offset"},
+    {"length", "length"}, {"what", "what"},
+};
+
+// What one statement wrote.
+struct Part {
+  std::uint64_t line;
+  std::string statement;
+  std::optional<std::uint64_t> offset;
+  std::uint64_t length;
+  std::string what;      // the file, the numbers
+  std::string expected;  // the bytes, where the script tells them
+  bool is_marked = false;
+};
+
+class Script {
+ public:
+  Script(const std::string& prefix, Inspected& out)
+      : prefix_(prefix), out_(out) {}
+
+  std::vector<Part> run(std::istream& text) {
+    LineReader lines(text);
+    for (std::string_view line;
+         lines.next(line) && parts_.size() < kMostParts;) {
+      ++line_number_;
+      perform(line);
+    }
+    if (table_) {
+      line_number_ = table_line_;
+      add("pt", table_, sizeof(PartitionTable), "partition table");
+      parts_.back().expected = table_bytes();
+    }
+    return std::move(parts_);
+  }
+
+ private:
+  void perform(std::string_view line) {
+    line_ = LineFields(line);
+    word_ = line_.word();
+    if (word_ == "bin") append_file();
+    if (word_ == "pt") {
+      table_ = place_;
+      table_line_ = line_number_;
+    }
+    if (word_ == "offset") go_to_offset();
+    if (word_ == "dd") append_numbers(4);
+    if (word_ == "dw") append_numbers(2);
+    if (word_ == "db") append_numbers(1);
+    if (word_ == "size") append_size();
+    if (word_ == "sha") {
+      take_word();
+      append("sha", 32, word_);
+    }
+  }
+
+  void take_word() {
+    const std::string_view word = line_.word();
+    if (!word.empty()) word_ = word;
+  }
+
+  void add(const char* statement, std::optional<std::uint64_t> offset,
+           std::uint64_t length, std::string what) {
+    parts_.push_back(
+        {line_number_, statement, offset, length, std::move(what), {}});
+  }
+
+  void append(const char* statement, std::uint64_t length, std::string what) {
+    add(statement, place_, length, std::move(what));
+    if (place_) *place_ += length;
+  }
+
+  std::optional<std::uint64_t> length_of(const std::string& name) {
+    std::error_code error;
+    const std::uint64_t length =
+        std::filesystem::file_size(prefix_ + name, error);
+    if (!error) return length;
+    add_problem(out_, place_.value_or(out_.length),
+                "line " + std::to_string(line_number_) + ": " + prefix_ + name +
+                    " is not there");
+    return std::nullopt;
+  }
+
+  void append_file() {
+    take_word();
+    const std::string name = word_;
+    const auto length = length_of(name);
+    append("bin", length.value_or(0), name);
+    take_word();
+    if (word_ == "m") {
+      parts_.back().is_marked = true;
+      marked_.push_back(parts_.back().offset);
+    }
+    if (!length) place_.reset();
+  }
+
+  void go_to_offset() {
+    const std::uint64_t target = line_.wide_number(16);
+    if (target >> 63 != 0) {  // build_img refuses it
+      add_problem(out_, out_.length,
+                  "line " + std::to_string(line_number_) +
+                      ": the offset is out of range");
+      place_.reset();
+      return;
+    }
+    if (place_ && *place_ < target) {
+      append("offset", target - *place_, "zeros");
+    }
+    place_ = target;
+  }
+
+  // As build_img reads them: what is no number is passed over.
+  void append_numbers(std::size_t width) {
+    const std::string statement = word_;
+    std::string bytes;
+    std::string what;
+    while (!line_.failed() && !line_.at_end()) {
+      const std::uint32_t number = line_.number(16);
+      if (line_.failed()) {
+        line_.clear();
+        line_.word();
+        continue;
+      }
+      const Le32 wire = number;
+      bytes.append(reinterpret_cast<const char*>(&wire), width);
+      add_name(what, number_text(number, kHex));
+    }
+    append(statement.c_str(), bytes.size(), std::move(what));
+    parts_.back().expected = std::move(bytes);
+  }
+
+  void append_size() {
+    take_word();
+    const auto length = length_of(word_);
+    append("size", 4, word_);
+    if (!length) return;
+    const Le32 wire = static_cast<std::uint32_t>(*length);
+    parts_.back().expected.assign(reinterpret_cast<const char*>(&wire), 4);
+  }
+
+  // Empty if a position isn't known.
+  std::string table_bytes() const {
+    PartitionTable table;
+    if (marked_.size() > table.positions.size()) return {};
+    table.count = static_cast<std::uint32_t>(marked_.size());
+    for (std::size_t i = 0; i < marked_.size(); ++i) {
+      if (!marked_[i]) return {};
+      table.positions[i] = static_cast<std::uint32_t>(*marked_[i]);
+    }
+    return {reinterpret_cast<const char*>(&table), sizeof(table)};
+  }
+
+  const std::string& prefix_;
+  Inspected& out_;
+  std::optional<std::uint64_t> place_ = 0;
+  std::optional<std::uint64_t> table_;
+  std::uint64_t table_line_ = 0;
+  std::uint64_t line_number_ = 0;
+  LineFields line_;
+  std::string word_;
+  std::vector<Part> parts_;
+  std::vector<std::optional<std::uint64_t>> marked_;
+};
+
+std::string line_text(const Part& part) {
+  return "line " + std::to_string(part.line) + " (" + part.statement + ")";
+}
+
+void check_overlaps(const std::vector<Part>& parts, Inspected& out) {
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      if (!parts[i].offset || !parts[j].offset) continue;
+      const std::uint64_t begin = std::max(*parts[i].offset, *parts[j].offset);
+      const std::uint64_t end = std::min(*parts[i].offset + parts[i].length,
+                                         *parts[j].offset + parts[j].length);
+      // Zeros that room is kept with are meant to be written over.
+      if (begin >= end || parts[j].statement == "offset") continue;
+      add_problem(out, begin,
+                  line_text(parts[i]) + " writes over " +
+                      std::to_string(end - begin) + " bytes of " +
+                      line_text(parts[j]));
+    }
+  }
+}
+
+Field decode_part(const ByteSource& image, const Part& part,
+                  const std::vector<Span>& left, Inspected& out) {
+  Field field = object_field("");
+  field.add(number_field("line", part.line));
+  field.add(text_field("statement", part.statement));
+  Field& offset =
+      field.add(number_field("offset", part.offset.value_or(0), kHex));
+  if (!part.offset) offset.kind = Field::Kind::kNothing;
+  field.add(number_field("length", part.length));
+  field.add(text_field(
+      "what", part.what + (part.is_marked ? ", in the partition table" : "")));
+  Field bytes = list_field("bytes", kBytes);
+  std::uint64_t kept = 0;
+  for (const Span span : left) {
+    Field piece = text_field("", "");
+    piece.kind = part.statement == "offset" ? Field::Kind::kPadding
+                                            : Field::Kind::kContents;
+    bytes.add(placed(std::move(piece), span.offset, span.length));
+    kept += span.length;
+  }
+  field.add(std::move(bytes));
+  if (!part.offset) return field;
+  const bool is_inside =
+      *part.offset <= out.length && part.length <= out.length - *part.offset;
+  if (!is_inside) {
+    add_problem(out, std::min(*part.offset, out.length),
+                line_text(part) + " lies behind the end of the image");
+  } else if (!part.expected.empty() && kept == part.length &&
+             image.bytes(*part.offset, part.length) != part.expected) {
+    add_problem(out, *part.offset,
+                line_text(part) + ": the image has other bytes there");
+  }
+  return field;
+}
+
+}  // namespace
+
+Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
+                              const std::string& prefix) {
+  Inspected out;
+  out.length = image.size();
+  out.root.kind = Field::Kind::kObject;
+  const std::vector<Part> parts = Script(prefix, out).run(script);
+  check_overlaps(parts, out);
+
+  // What was written last is what is there.
+  Coverage coverage(out.length);
+  std::vector<std::vector<Span>> left(parts.size());
+  for (std::size_t i = parts.size(); i-- > 0;) {
+    if (parts[i].offset) {
+      left[i] = coverage.take({*parts[i].offset, parts[i].length});
+    }
+  }
+  Field statements = list_field("statements");
+  statements.columns = kColumns;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    statements.add(decode_part(image, parts[i], left[i], out));
+  }
+  out.root.add(std::move(statements));
+  Field rest = list_field("padding", kBytes);
+  for (const Span gap : coverage.gaps()) {
+    Field piece = text_field("", "");
+    piece.kind = Field::Kind::kPadding;
+    rest.add(placed(std::move(piece), gap.offset, gap.length));
+    add_problem(out, gap.offset,
+                std::to_string(gap.length) + " bytes that no statement wrote");
+  }
+  out.root.add(std::move(rest));
+  out.title = "flash image of " + std::to_string(parts.size()) + " parts";
+  std::stable_sort(
+      out.problems.begin(), out.problems.end(),
+      [](const Problem& a, const Problem& b) { return a.offset < b.offset; });
+  return out;
+}
+
+}  // namespace tova_fw_builder
