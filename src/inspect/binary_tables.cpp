@@ -219,6 +219,15 @@ std::uint64_t tables_end(std::uint64_t offset, const Inspected& out) {
   return std::min(out.length, offset + kTablesLimit);
 }
 
+// Whether an entry stands there. One whose mark is damaged has another one or
+// the end of the table behind it; a count that is damaged leads elsewhere.
+bool is_entry(const ByteSource& source, std::uint64_t offset, bool is_last) {
+  const auto has_mark = [&source](std::uint64_t at) {
+    return record_at<ModuleEntry>(source, at).struct_id == ModuleEntry::kMark;
+  };
+  return has_mark(offset) || is_last || has_mark(offset + sizeof(ModuleEntry));
+}
+
 std::uint64_t decode_modules(const ByteSource& source, std::uint64_t offset,
                              std::uint64_t count, std::uint64_t limit,
                              Inspected& out) {
@@ -226,15 +235,17 @@ std::uint64_t decode_modules(const ByteSource& source, std::uint64_t offset,
   modules.columns = kModuleColumns;
   for (std::uint64_t i = 0; i < count; ++i) {
     const RecordFields<ModuleEntry> entry(source, offset);
-    if (entry.end() > limit) {
+    const bool fits = entry.end() <= limit;
+    if (!fits || !is_entry(source, offset, i + 1 == count)) {
       add_problem(out, std::min(offset, out.length),
                   "only " + std::to_string(i) + " of " + std::to_string(count) +
                       " module entries can be shown");
-      // Of an entry that is cut, what is there.
-      if (offset < out.length && limit == out.length) {
+      if (fits) return offset;
+      // Of an entry that the file's end cuts, what is there.
+      if (offset < limit && limit == out.length) {
         modules.add(decode_module(entry, out));
       }
-      return std::min(entry.end(), limit);
+      return limit;
     }
     modules.add(decode_module(entry, out));
     offset = entry.end();

@@ -77,8 +77,10 @@ Inspected inspect(const ByteSource& source, std::optional<Format> as,
   Inspected out;
   out.length = source.size();
   out.root.kind = Field::Kind::kObject;
-  const bool is_private = may_be_private(source);
-  out.format = is_private ? Format::kKeyPair : as.value_or(recognise(source));
+  out.format = as.value_or(recognise(source));
+  if (out.format != Format::kEmbedded && may_be_private(source)) {
+    out.format = Format::kKeyPair;
+  }
   kDecoders[static_cast<std::size_t>(out.format)](source, out);
   check_reserved(out.root, out);
   name_padding(source, depth, out);

@@ -19,8 +19,9 @@ enum class Depth { kTables, kWhole };
 // doesn't is told by the problems. The leaves with a length, padding among
 // them, cover the file; contents may lie below other fields.
 //
-// What looks like a key pair is taken as one whatever is asked for, so that no
-// private number is ever shown under another name.
+// A file with the texts of a private key in it is taken as a key pair, or
+// searched, whatever is asked for: no private number is ever shown under
+// another name.
 Inspected inspect(const ByteSource& source, std::optional<Format> as = {},
                   Depth depth = Depth::kTables);
 

@@ -20,7 +20,11 @@ constexpr std::string_view kPairHead =
     "(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e";
 constexpr std::string_view kPublicHead =
     "(10:public-key(16:rsa-pkcs1-sha256(1:e";
-constexpr std::string_view kPrivateHead = "(11:private-key(";
+// Each stands ahead of a private number, or of all.
+constexpr std::string_view kPrivateTexts[] = {
+    "(11:private-key(", "(1:d256:", "(1:p128:", "(1:q128:",
+    "(1:a128:",         "(1:b128:", "(1:c128:"};
+constexpr std::uint64_t kPrivateSearched = 1024 * 1024;
 
 template <typename Record>
 Record record_of(std::string_view bytes) {
@@ -71,10 +75,10 @@ bool is_package_descriptor(const ByteSource& source) {
 }  // namespace
 
 bool may_be_private(const ByteSource& source) {
-  const std::string head = source.bytes(0, 4096);
-  return head.find(kPrivateHead) != head.npos ||
-         std::string_view(head).substr(0, 100).find(kPairHead) !=
-             std::string_view::npos;
+  const std::string head = source.bytes(0, kPrivateSearched);
+  return std::any_of(
+      std::begin(kPrivateTexts), std::end(kPrivateTexts),
+      [&head](std::string_view text) { return head.find(text) != head.npos; });
 }
 
 Found structure_at(std::string_view bytes) {
@@ -120,8 +124,8 @@ Found structure_at(std::string_view bytes) {
 }
 
 Format recognise(const ByteSource& source) {
-  if (may_be_private(source)) return Format::kKeyPair;
   const std::string head = source.bytes(0, 100);
+  if (head.find(kPairHead) != head.npos) return Format::kKeyPair;
   if (head.starts_with(kPublicHead)) return Format::kPublicKey;
   if (is_manifest(source)) return Format::kManifest15;
   if (head.starts_with(
@@ -138,6 +142,7 @@ Format recognise(const ByteSource& source) {
   }
   if (is_package_descriptor(source)) return Format::kPackageDescriptor;
   if (is_binary(source)) return Format::kBinary;
+  if (source.size() < 4096 && may_be_private(source)) return Format::kKeyPair;
   return Format::kEmbedded;
 }
 

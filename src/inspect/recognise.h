@@ -12,8 +12,8 @@ namespace tova_fw_builder {
 // The format that the file's content shows; kEmbedded if it shows none.
 Format recognise(const ByteSource& source);
 
-// Whether the file may hold private numbers: one that begins like a key pair,
-// or has the head of its private part in its first 4096 bytes.
+// Whether private numbers may stand where tables are looked for: the texts
+// ahead of them stand there.
 bool may_be_private(const ByteSource& source);
 
 // A structure that begins at the head of some bytes.

@@ -1,0 +1,73 @@
+#include "companion/ground/output_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+namespace fs = std::filesystem;
+
+mode_t rights_of(const std::string& path) {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+TEST(OutputFile, AppearsWholeOrNotAtAll) {
+  const TempDir dir;
+  const std::string path = dir.write("file", "old");
+  chmod(path.c_str(), 0640);
+  {
+    OutputFile file(path);
+    file.stream() << "half";
+    file.stream().flush();
+    EXPECT_EQ("old", read_file(path));
+  }
+  EXPECT_EQ("old", read_file(path));
+  write_output_file(path, "new");
+  EXPECT_EQ("new", read_file(path));
+  EXPECT_EQ(0640u, rights_of(path));  // kept
+  const auto files = fs::directory_iterator(dir.path());
+  EXPECT_EQ(1, std::distance(begin(files), end(files)));
+}
+
+TEST(OutputFile, RightsOfNewFiles) {
+  const TempDir dir;
+  const mode_t before = umask(0027);
+  write_output_file(dir.file("usual"), "x");
+  write_output_file(dir.file("private"), "x", OutputFile::Rights::kPrivate);
+  umask(before);
+  EXPECT_EQ(0640u, rights_of(dir.file("usual")));
+  EXPECT_EQ(0600u, rights_of(dir.file("private")));
+  // What stood in the place of a private file may have been open to all.
+  chmod(dir.file("usual").c_str(), 0644);
+  write_output_file(dir.file("usual"), "x", OutputFile::Rights::kPrivate);
+  EXPECT_EQ(0600u, rights_of(dir.file("usual")));
+}
+
+TEST(OutputFile, FollowsLinksAndWritesDevices) {
+  const TempDir dir;
+  fs::create_symlink("target", dir.file("link"));
+  write_output_file(dir.file("link"), "x");
+  EXPECT_TRUE(fs::is_symlink(dir.file("link")));
+  EXPECT_EQ("x", read_file(dir.file("target")));
+  write_output_file("/dev/null", "x");
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(OutputFile, FailuresHaveAReason) {
+  const TempDir dir;
+  EXPECT_EQ("cannot be written: No such file or directory",
+            message_of([&] { write_output_file(dir.file("none/x"), "x"); }));
+  EXPECT_EQ("cannot be written: Is a directory",
+            message_of([&] { write_output_file(dir.path(), "x"); }));
+  EXPECT_EQ("cannot be written: No space left on device",
+            message_of([&] { write_output_file("/dev/full", "x"); }));
+}
+
+}  // namespace
+}  // namespace tova_fw_builder

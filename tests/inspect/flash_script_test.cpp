@@ -1,0 +1,78 @@
+#include "inspect/flash_script.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "inspect/bytes.h"
+#include "sample_files.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+std::string problems_of(const Inspected& inspected) {
+  std::string text;
+  for (const Problem& problem : inspected.problems) {
+    text += std::to_string(problem.offset) + ": " + problem.text + '\n';
+  }
+  return text;
+}
+
+// As build_img makes it: the table at 0, zeros to 0x48, 5 bytes of file a, its
+// length, and two numbers.
+std::string image() {
+  return Bytes().u32(1).u32(0x48).fill(64).text("aaaaa").u32(5).u16(0x1234);
+}
+
+TEST(FlashScript, NamesEveryPart) {
+  const TempDir dir;
+  dir.write("a", "aaaaa");
+  const struct {
+    const char* script;
+    std::string image;
+    std::string problems;
+  } cases[] = {
+      {"pt\noffset 48\nbin a m\nsize a\ndw 1234\n", image(), ""},
+      // A number of the table, of `size` and of `dw` that the image lacks.
+      {"offset 48\nbin a\ndd 5\ndw 4321\n", image(),
+       "81: line 4 (dw): the image has other bytes there\n"},
+      {"pt\noffset 48\nbin a\nsize a\ndw 1234\n", image(),
+       "0: line 1 (pt): the image has other bytes there\n"},
+      // The second file goes over the end of the first one.
+      {"offset 48\nbin a\noffset 4c\ndb 61\ndd 5\ndw 1234\n", image(),
+       "76: line 4 (db) writes over 1 bytes of line 2 (bin)\n"},
+      // Behind a file that is missing, nothing is known up to an offset.
+      {"offset 48\nbin none\ndd 7\noffset 4d\ndd 5\ndw 1234\n", image(),
+       "72: line 2: PREFIXnone is not there\n"
+       "72: 5 bytes that no statement wrote\n"},
+      {"offset 50\ndd 5\n", image().substr(0, 0x52),
+       "80: line 2 (dd) lies behind the end of the image\n"},
+      {"offset 8000000000000000\ndd 1\n", "",
+       "0: line 1: the offset is out of "
+       "range\n"},
+      {"offset 7fffffffffffffff\ndd 1\n", "",
+       "0: line 1 (offset) lies behind the end of the image\n"
+       "0: line 2 (dd) lies behind the end of the image\n"},
+  };
+  const std::string prefix = dir.path() + "/";
+  for (const auto& c : cases) {
+    std::istringstream script(c.script);
+    const ByteSource source = ByteSource::of(c.image);
+    const Inspected inspected = inspect_flash_image(source, script, prefix);
+    std::string expected = c.problems;
+    if (const auto at = expected.find("PREFIX"); at != expected.npos) {
+      expected.replace(at, 6, prefix);
+    }
+    EXPECT_EQ(expected, problems_of(inspected)) << c.script;
+    std::uint64_t end = 0;
+    for (const ByteRange& range : byte_ranges(inspected)) {
+      EXPECT_EQ(end, range.offset) << c.script;
+      end += range.length;
+    }
+    EXPECT_EQ(c.image.size(), end) << c.script;
+  }
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
