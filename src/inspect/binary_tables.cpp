@@ -118,7 +118,8 @@ Field decode_segment(const RecordFields<ModuleEntry>& entry, std::size_t slot,
   Field segment = object_field("");
   segment.add(entry.at(text_field("type", segment_type_name(record.type())),
                        offset + 1, 1));
-  segment.add(names_field("flags", flag_names(flags)));
+  segment.add(
+      entry.derived(names_field("flags", flag_names(flags)), record.flags));
   segment.add(entry.at(number_field("flags_value", flags, kHex), offset, 1));
   segment.add(
       noted(entry.at(number_field("len", pages), offset + 2, 2),
@@ -143,18 +144,21 @@ std::string kind_text(std::uint32_t type) {
 
 Field decode_type(const RecordFields<ModuleEntry>& entry) {
   const std::uint32_t type = entry->type;
-  const auto bit = [type](std::uint32_t mask) { return (type & mask) != 0; };
   Field field = object_field("type");
   field.add(noted(entry.number("value", entry->type, kHex), kind_text(type)));
-  field.add(bool_field("loadable", (type & ModuleEntry::kLoadTypeMask) ==
-                                       FwOutMap::Module::kLoadable));
-  field.add(bool_field("auto_init", bit(ModuleEntry::kAutoInit)));
-  field.add(bool_field("domain_ll", bit(ModuleEntry::kDomainLl)));
-  field.add(bool_field("domain_dp", bit(ModuleEntry::kDomainDp)));
-  field.add(bool_field("library", bit(ModuleEntry::kLibrary)));
-  field.add(bool_field("domain_rtos", bit(ModuleEntry::kDomainRtos)));
-  field.add(
-      number_field("core_type", type >> ModuleEntry::kCoreTypeShift & 0xFF));
+  const auto add_bool = [&](std::string_view name, bool value) {
+    field.add(entry.derived(bool_field(name, value), entry->type));
+  };
+  add_bool("loadable",
+           (type & ModuleEntry::kLoadTypeMask) == FwOutMap::Module::kLoadable);
+  add_bool("auto_init", (type & ModuleEntry::kAutoInit) != 0);
+  add_bool("domain_ll", (type & ModuleEntry::kDomainLl) != 0);
+  add_bool("domain_dp", (type & ModuleEntry::kDomainDp) != 0);
+  add_bool("library", (type & ModuleEntry::kLibrary) != 0);
+  add_bool("domain_rtos", (type & ModuleEntry::kDomainRtos) != 0);
+  field.add(entry.derived(
+      number_field("core_type", type >> ModuleEntry::kCoreTypeShift & 0xFF),
+      entry->type));
   return field;
 }
 

@@ -117,7 +117,7 @@ Field shown(Field field, Field::Shown where) {
 }
 
 Field noted(Field field, std::string note) {
-  field.note = std::move(note);
+  if (field.kind != Field::Kind::kNothing) field.note = std::move(note);
   return field;
 }
 

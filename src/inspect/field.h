@@ -79,7 +79,8 @@ void add_name(std::string& names, std::string_view name);
 
 // The same field with bytes of its own.
 Field placed(Field field, std::uint64_t offset, std::uint64_t length);
-// The same field, shown less often; the same one with a note.
+// The same field, shown less often; the same one with a note, unless there is
+// nothing to be noted.
 Field shown(Field field, Field::Shown where);
 Field noted(Field field, std::string note);
 

@@ -36,8 +36,9 @@ void add_css(const RecordFields<CssPart>& part, Inspected& out) {
   to.add(shown(part.number("key_size", css.key_size), kLong));
   to.add(shown(part.number("mod_size", css.mod_size), kLong));
   to.add(shown(part.number("exp_size", css.exp_size), kLong));
-  to.add(
-      bool_field("debug", (css.module_id & CssHeader::kDebugSignature) != 0));
+  to.add(part.derived(
+      bool_field("debug", (css.module_id & CssHeader::kDebugSignature) != 0),
+      css.module_id));
   to.add(part.reserved("reserved", css.reserved_40));
 }
 

@@ -82,6 +82,16 @@ class RecordFields {
     return at(std::move(field), place(member), sizeof(Member));
   }
 
+  // A field that follows from the member: nothing without it.
+  template <typename Member>
+  Field derived(Field field, const Member& member) const {
+    if (place(member) + sizeof(Member) > file_end_) {
+      field.kind = Field::Kind::kNothing;
+      field.text.clear();
+    }
+    return field;
+  }
+
   // The field, placed; with no value if the file ends before it does.
   Field at(Field field, std::uint64_t offset, std::uint64_t length) const {
     const std::uint64_t there = file_end_ - std::min(offset, file_end_);

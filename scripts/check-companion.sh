@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# check-companion.sh
+# Holds what tova_fw prints for programs to what is promised: its JSON to the
+# schemas of docs/schema, also for damaged files, and its completions to what
+# the shells make of them. Builds the tools if they aren't yet.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/build-tool.sh
+tools=$PWD/build/tool/src
+export PATH=$tools/companion:$PATH
+sample=$PWD/examples/audio_firmware
+root=$PWD
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+scripts/run-sample.sh "$tools/driver/tova_fw_builder" "$work/made" >/dev/null
+
+die() {
+  echo "$*" >&2
+  exit 1
+}
+
+# JSON of whole files, of files cut anywhere, and of files taken as what they
+# are not.
+cd "$work"
+files=(made/gen-*/* "$sample"/keys/*)
+for file in "${files[@]}"; do
+  for percent in 99 50 10 2; do
+    head -c $(($(stat -c %s "$file") * percent / 100)) "$file" \
+      >"cut-$percent-$(basename "$file")"
+  done
+done
+printf '\x24TM1\xff\xff' >marks
+files+=(cut-* marks)
+show() {  # show NAME ARGUMENT...: unknown files are status 2, and shown
+  tova_fw show --json "${@:2}" >"$1.json" 2>/dev/null || [[ $? == 2 ]]
+}
+show plain "${files[@]}"
+show bytes --bytes "${files[@]}"
+for format in binary manifest-1.5 metadata extended-manifest \
+  package-descriptor key-pair public-key embedded; do
+  show "as-$format" --as "$format" "${files[@]}"
+done
+show script --script "$sample/flash.script" made/gen-1.5/flash.img
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/show.json" ./*.json
+
+# What each shell offers behind a line: all of the words, in any order.
+expect() {  # expect SHELL LINE WORD...
+  local offered
+  offered=$("offer_$1" "$2" | sort | tr '\n' ' ')
+  [[ $offered == "$(printf '%s\n' "${@:3}" | sort | tr '\n' ' ')" ]] ||
+    die "$1 offers '$offered' behind '$2'"
+}
+
+offer_bash() {
+  # shellcheck disable=SC2016 # the inner shell's variables
+  bash -c '
+    source <(tova_fw completion bash)
+    read -ra COMP_WORDS <<<"$1"
+    [[ $1 != *" " ]] || COMP_WORDS+=("")
+    COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+    _tova_fw
+    printf "%s\n" "${COMPREPLY[@]}"' bash "$1"
+}
+
+offer_fish() {
+  fish --no-config -c "tova_fw completion fish | source
+    complete -C '$1'" | cut -f 1
+}
+
+# zsh completes on a terminal alone: each word that is offered is told apart by
+# a function in place of compadd's.
+offer_zsh() {
+  # shellcheck disable=SC2016
+  zsh -f -c '
+    compdef() { :; }
+    source <(tova_fw completion zsh)
+    compset() { PREFIX=${PREFIX#*=}; }
+    compadd() { shift; print -l -- ${(M)@:#$PREFIX*}; }
+    _files() { print -l -- $PREFIX*(N); }
+    words=(${(z)1})
+    [[ $1 != *" " ]] || words+=("")
+    CURRENT=${#words}
+    PREFIX=${words[CURRENT]}
+    _tova_fw' zsh "$1"
+}
+
+mkdir shell
+cd shell
+touch firmware.bin firmware.man
+for shell in bash fish zsh; do
+  expect "$shell" 'tova_fw sh' show
+  expect "$shell" 'tova_fw completion ' bash fish zsh
+  expect "$shell" 'tova_fw show --l' --long
+  expect "$shell" 'tova_fw show --as k' key-pair
+  expect "$shell" 'tova_fw show --color ' auto always never
+  expect "$shell" 'tova_fw show --json firmware.b' firmware.bin
+  expect "$shell" 'tova_fw show --script firmware.m' firmware.man
+done
+echo "JSON and completions of tova_fw are as promised"
