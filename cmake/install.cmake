@@ -1,12 +1,11 @@
-# What `cmake --install` and the Debian package hold: the tool, its manual
-# page, the papers with the sample firmware, and the CMake module.
+# What `cmake --install` and the Debian packages hold: the tool, its manual
+# page, the papers with the sample firmware, and the CMake module; apart from
+# these the companion, its manual page and what shells complete.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME builder)
 
 install(TARGETS tova_fw_builder EXPORT TovaFwBuilderTargets)
-if(TOVA_COMPANION)
-  install(TARGETS tova_fw)
-endif()
 install(FILES docs/tova_fw_builder.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 # The papers refer to one another and to the sample by relative paths.
@@ -37,6 +36,25 @@ install(FILES
     cmake/TovaFwBuilderSign.cmake
     ${PROJECT_BINARY_DIR}/TovaFwBuilderConfigVersion.cmake
   DESTINATION ${module_dir})
+
+if(TOVA_COMPANION)
+  set(completions ${PROJECT_BINARY_DIR}/src/companion/completions)
+  install(TARGETS tova_fw COMPONENT companion)
+  install(FILES docs/tova_fw.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT companion)
+  install(FILES ${completions}/bash RENAME tova_fw COMPONENT companion
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${completions}/fish RENAME tova_fw.fish COMPONENT companion
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+  install(FILES ${completions}/zsh RENAME _tova_fw COMPONENT companion
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+  set(CPACK_COMPONENTS_ALL builder companion)
+  set(CPACK_DEB_COMPONENT_INSTALL ON)
+  set(CPACK_DEBIAN_BUILDER_PACKAGE_NAME tova-fw-builder)
+  set(CPACK_DEBIAN_COMPANION_PACKAGE_NAME tova-fw)
+  set(CPACK_COMPONENT_COMPANION_DESCRIPTION
+    "Looks into the firmware images of tova-fw-builder")
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tova-fw-builder)

@@ -92,7 +92,7 @@ do_block() {
     'text output') compare_output ;;
     'text demo')
       scripts/run-sample.sh "$TOVA_PREFIX/bin/tova_fw_builder" build/demo \
-        >"$copy/output"
+        "$TOVA_PREFIX/bin/tova_fw" >"$copy/output"
       compare_output
       ;;
     'def check') check_definition ;;

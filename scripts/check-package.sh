@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Makes the Debian package twice, in other folders, time zones and umasks, and
-# compares the bytes; unpacks it, and tries what it holds: the tool on the
-# sample firmware, its hardening, and the manual page.
+# Makes the Debian packages twice, in other folders, time zones and umasks, and
+# compares the bytes; unpacks them, and tries what they hold: both programs on
+# the sample firmware, their hardening, and the manual pages.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/quietly.sh
@@ -11,7 +11,7 @@ trap 'rm -rf "$work"' EXIT
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH
 
-make_package() {  # make_package FOLDER: out of a copy of the tree there
+make_packages() {  # make_packages FOLDER: out of a copy of the tree there
   mkdir -p "$1"
   git ls-files -z --cached --others --exclude-standard |
     xargs -0 cp --parents -t "$1"
@@ -22,34 +22,54 @@ make_package() {  # make_package FOLDER: out of a copy of the tree there
       cpack -G DEB --config build/tool/CPackConfig.cmake -B build/tool
   )
 }
-make_package "$work/one"
-(umask 077 && TZ=Asia/Tokyo make_package "$work/an/other")
-mkdir -p build
+make_packages "$work/one"
+(umask 077 && TZ=Asia/Tokyo make_packages "$work/an/other")
 one=$work/one/build/tool
 other=$work/an/other/build/tool
-cmp {"$one","$other"}/src/driver/tova_fw_builder
-# The frame around the two archives shows the umask, which nobody unpacks.
-for part in control data; do
-  cmp <(ar p "$one"/*.deb $part.tar.gz) <(ar p "$other"/*.deb $part.tar.gz)
+for program in driver/tova_fw_builder companion/tova_fw; do
+  cmp {"$one","$other"}/src/$program
 done
+# The frame around the two archives shows the umask, which nobody unpacks.
+for package in "$one"/*.deb; do
+  for part in control data; do
+    cmp <(ar p "$package" $part.tar.gz) \
+      <(ar p "$other/$(basename "$package")" $part.tar.gz)
+  done
+done
+mkdir -p build
 cp "$one"/*.deb build/
 
 files=$work/files
-dpkg-deb -x build/tova-fw-builder_*.deb "$files"
+dpkg-deb -x "$one"/tova-fw-builder_*.deb "$files"
+[[ ! -e $files/usr/bin/tova_fw ]]
+dpkg-deb -x "$one"/tova-fw_*.deb "$files"
 tool=$files/usr/bin/tova_fw_builder
+companion=$files/usr/bin/tova_fw
 tests/end_to_end/sample_chain_test.sh "$tool"
-# No function of the C library that the tool calls has a fortified form, and the
-# compiler's own library is linked in, which isn't made for control flow checks.
-hardening-check --quiet --nofortify --nocfprotection "$tool"
+tests/end_to_end/companion_test.sh "$tool" "$companion"
+# The compiler's own library is linked in, which isn't made for control flow
+# checks. No function of the C library that the tool calls has a fortified form.
+hardening-check --quiet --nofortify --nocfprotection "$tool" "$companion"
+for shell in bash-completion/completions/tova_fw \
+  zsh/vendor-completions/_tova_fw fish/vendor_completions.d/tova_fw.fish; do
+  [[ -s $files/usr/share/$shell ]]
+done
 
-page=$files/usr/share/man/man1/tova_fw_builder.1
-mandoc -T lint -W warning "$page"
-# Without the backspaces that print letters in bold.
-mandoc -T utf8 "$page" | sed 's/.\x08//g' >"$work/page"
-while read -r command; do
-  grep -q "^ *$command " "$work/page" || {
-    echo "The manual page lacks $command" >&2
-    exit 1
-  }
-done < <(sed -n 's/^ *{"\([a-z_]*\)", .*/\1/p' src/driver/command_table.cpp)
-echo "The package holds: $(cd build && ls ./*.deb)"
+page_lacks_nothing() {  # page_lacks_nothing PAGE: words on the standard input
+  local word page=$files/usr/share/man/man1/$1
+  mandoc -T lint -W warning "$page"
+  # Without the backspaces that print letters in bold.
+  mandoc -T utf8 "$page" | sed 's/.\x08//g' >"$work/page"
+  while read -r word; do
+    grep -q -e "^ *$word " -e " $word" "$work/page" || {
+      echo "The manual page $1 lacks $word" >&2
+      exit 1
+    }
+  done
+}
+sed -n 's/^ *{"\([a-z_]*\)", .*/\1/p' src/driver/command_table.cpp |
+  page_lacks_nothing tova_fw_builder.1
+# Every command, and every option of each.
+"$companion" completion bash | sed -n "s/^ *'[a-z -]*') choices='\(.*\)'.*/\1/p" |
+  tr ' ' '\n' | page_lacks_nothing tova_fw.1
+echo "The packages hold: $(cd build && echo ./*.deb)"

@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
-# run-sample.sh TOOL OUT_DIR
+# run-sample.sh TOOL OUT_DIR [COMPANION]
 # Runs the sample firmware through every command of the tool: images of all
 # four generations and a ROM, then a signed package and a flash image of
 # generation 1.5.
 # Prints a line a step and the table of the files made; the full logs lie in
-# OUT_DIR/logs. Starts from the committed linker output.
+# OUT_DIR/logs. With the companion, shows at the end what is in the image of
+# each generation. Starts from the committed linker output.
 set -euo pipefail
 
 tool=$(realpath "$1")
+companion=${3:+$(realpath "$3")}
 mkdir -p "$2"
 out=$(realpath "$2")
 sample=$(realpath "$(dirname "$0")/../examples/audio_firmware")
@@ -82,3 +84,7 @@ for file in gen-*/* rom/*; do
   sum=$(sha256sum "$file")
   printf '%-55s %8d  %s\n' "$file" "$(stat -c %s "$file")" "${sum%% *}"
 done
+
+[[ -n $companion ]] || exit 0
+echo
+"$companion" show gen-1.5/firmware.man.signed gen-{1.8,2.5,3.0}/firmware.bin
