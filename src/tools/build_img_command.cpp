@@ -202,7 +202,8 @@ void perform_line(Run& run, std::string_view text) {
 }  // namespace
 
 void build_img_command(const std::string& img_dscr_file,
-                 const std::string& deploy_dir, const std::string& out_file) {
+                       const std::string& deploy_dir,
+                       const std::string& out_file) {
   log_info("Building Image");
   log_detail("IMG DSCR file: ", img_dscr_file);
   log_detail("DEPLOY directory: ", deploy_dir);

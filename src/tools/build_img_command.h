@@ -35,6 +35,7 @@ namespace tova_fw_builder {
 //     log, for an offset of 2^63 or more, or when the padding can't be written
 // Any other failure to write is not reported.
 void build_img_command(const std::string& img_dscr_file,
-                 const std::string& deploy_dir, const std::string& out_file);
+                       const std::string& deploy_dir,
+                       const std::string& out_file);
 
 }  // namespace tova_fw_builder

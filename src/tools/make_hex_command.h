@@ -18,6 +18,6 @@ namespace tova_fw_builder {
 // " and the path, with `output` made by then. An output that can't be written
 // is not reported.
 void make_hex_command(const std::string& input, const std::string& output,
-                   const std::string& depth_text);
+                      const std::string& depth_text);
 
 }  // namespace tova_fw_builder

@@ -57,7 +57,7 @@ void deal(std::span<const std::uint8_t> bytes, Bank& a, Bank& b) {
 }  // namespace
 
 void split_command(const std::string& input, const std::string& name_a,
-                  const std::string& name_b) {
+                   const std::string& name_b) {
   log_info("Spliting binary file: ", input);
   Bank a;
   Bank b;

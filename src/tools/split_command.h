@@ -20,6 +20,6 @@ namespace tova_fw_builder {
 // or "Cannot tell the length of file: " and the path, with the four outputs
 // made by then. An output that can't be written is not reported.
 void split_command(const std::string& input, const std::string& name_a,
-                  const std::string& name_b);
+                   const std::string& name_b);
 
 }  // namespace tova_fw_builder

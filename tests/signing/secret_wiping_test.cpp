@@ -70,7 +70,7 @@ TEST(Secrets, LeaveNoTraceInFreedMemory) {
       message_of([&] { sign_command("release", key, manifest, out); });
   // That the eyes are open: this block is given back as it is.
   const std::size_t found_by_signing = found;
-  std::string(pieces[0] + std::string(100, ' '));
+  { const std::string unwiped = pieces[0] + std::string(100, ' '); }
   secrets = {};
   EXPECT_EQ("no exception", message);
   EXPECT_EQ(0u, found_by_signing);
