@@ -31,5 +31,7 @@ void fuzz_one(const std::string& input) {
   print_fields(out, inspected.root, true, {});
   print_byte_ranges(out, inspected);
   print_problems(out, inspected, {});
-  out << json_text(field_json(inspected.root));
+  print_member(out, inspected.root, 0);
+  print_ranges_member(out, inspected, 0);
+  print_problems_member(out, inspected, 0);
 }

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "companion/colour_option.h"
-#include "companion/ground/json.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "inspect/bytes.h"
@@ -32,22 +31,32 @@ struct Options {
   ColourWhen colour = ColourWhen::kAuto;
 };
 
-Json file_json(const std::string& path, const ByteSource& source,
-               const Inspected& inspected, bool bytes) {
+void print_json(const std::string& path, const ByteSource& source,
+                const Inspected& inspected, bool bytes) {
   const auto digest = sha256_of(source);
-  Json json = {
-      {"path", path},
-      {"length", inspected.length},
-      {"sha256",
-       hex_text({reinterpret_cast<const char*>(digest.data()), digest.size()})},
-      {"format", format_name(inspected.format)}};
-  if (bytes) {
-    json["ranges"] = byte_ranges_json(inspected);
-  } else {
-    json.update(field_json(inspected.root));
+  const std::string digest_text =
+      hex_text({reinterpret_cast<const char*>(digest.data()), digest.size()});
+  constexpr std::size_t kIndent = 6;
+  std::cout << "    {\n";
+  for (const Field& head :
+       {text_field("path", path), number_field("length", inspected.length),
+        text_field("sha256", digest_text),
+        text_field("format", std::string(format_name(inspected.format)))}) {
+    print_member(std::cout, head, kIndent);
+    std::cout << ",\n";
   }
-  json["problems"] = problems_json(inspected);
-  return json;
+  if (bytes) {
+    print_ranges_member(std::cout, inspected, kIndent);
+    std::cout << ",\n";
+  } else {
+    for (const Field& member : inspected.root.members) {
+      if (member.shown == Field::Shown::kBytes) continue;
+      print_member(std::cout, member, kIndent);
+      std::cout << ",\n";
+    }
+  }
+  print_problems_member(std::cout, inspected, kIndent);
+  std::cout << "\n    }";
 }
 
 void print_text(const std::string& path, const Inspected& inspected,
@@ -80,14 +89,16 @@ Inspected inspect_scripted(const ByteSource& source, const std::string& path,
 }
 
 // Shows one file; false if nothing in it is known.
-bool show_file(const std::string& path, const Options& options, Json& files) {
+bool show_file(const std::string& path, const Options& options, bool is_first) {
   const ByteSource source = ByteSource::open(path);
   const Inspected inspected = options.script.empty()
                                   ? inspect_as(source, options)
                                   : inspect_scripted(source, path, options);
   if (options.json) {
-    files.push_back(file_json(path, source, inspected, options.bytes));
+    std::cout << (is_first ? "\n" : ",\n");
+    print_json(path, source, inspected, options.bytes);
   } else {
+    if (!is_first) std::cout << '\n';
     print_text(path, inspected, options);
   }
   return !options.as.empty() || !options.script.empty() || is_known(inspected);
@@ -95,13 +106,13 @@ bool show_file(const std::string& path, const Options& options, Json& files) {
 
 Status show_files(const Options& options) {
   Status status = Status::kYes;
-  Json files = Json::array();
-  bool first = true;
+  bool is_first = true;
+  if (options.json) std::cout << "{\n  \"schema\": 1,\n  \"files\": [";
   for (const std::string& path : options.files) {
-    if (!options.json && !first) std::cout << '\n';
-    first = false;
     try {
-      if (show_file(path, options, files)) continue;
+      const bool known = show_file(path, options, is_first);
+      is_first = false;
+      if (known) continue;
       report_trouble(path,
                      "nothing known is in it (--as FORMAT takes it as what it "
                      "should be)");
@@ -110,9 +121,7 @@ Status show_files(const Options& options) {
     }
     status = Status::kTrouble;
   }
-  if (options.json) {
-    std::cout << json_text(Json({{"schema", 1}, {"files", std::move(files)}}));
-  }
+  if (options.json) std::cout << (is_first ? "]\n}\n" : "\n  ]\n}\n");
   return status;
 }
 

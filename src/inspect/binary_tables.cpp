@@ -301,7 +301,7 @@ std::uint64_t decode_binary_tables(const ByteSource& source,
   std::uint64_t end =
       decode_modules(source, std::min(header.end(), limit), count, limit, out);
   end = decode_configurations(source, end, limit, out);
-  return decode_symbol_table(source, end, out);
+  return decode_symbol_table(source, end, limit, out);
 }
 
 std::string image_name(const Field& root) {

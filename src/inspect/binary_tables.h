@@ -16,9 +16,11 @@ namespace tova_fw_builder {
 std::uint64_t decode_binary_tables(const ByteSource& source,
                                    std::uint64_t offset, Inspected& out);
 
-// Adds `symbols` and `symbol_table`, the part behind the configurations.
+// Adds `symbols` and `symbol_table`, the part behind the configurations, as far
+// as it stands below `limit`.
 std::uint64_t decode_symbol_table(const ByteSource& source,
-                                  std::uint64_t offset, Inspected& out);
+                                  std::uint64_t offset, std::uint64_t limit,
+                                  Inspected& out);
 
 // Name and version out of the decoded header: "TOVADEMO 1.4.0.27".
 std::string image_name(const Field& root);

@@ -71,15 +71,21 @@ void print_byte_ranges(std::ostream& out, const Inspected& inspected) {
   }
 }
 
-Json byte_ranges_json(const Inspected& inspected) {
-  Json list = Json::array();
-  for (const ByteRange& range : byte_ranges(inspected)) {
-    list.push_back({{"offset", range.offset},
-                    {"length", range.length},
-                    {"path", range.path},
-                    {"value", field_json(*range.field)}});
+void print_ranges_member(std::ostream& out, const Inspected& inspected,
+                         std::size_t indent) {
+  const std::string blanks(indent, ' ');
+  const std::vector<ByteRange> ranges = byte_ranges(inspected);
+  out << blanks << "\"ranges\": [";
+  const char* separator = "\n";
+  for (const ByteRange& range : ranges) {
+    out << separator << blanks << "  {\"offset\": " << range.offset
+        << ", \"length\": " << range.length << ", \"path\": \"" << range.path
+        << "\", \"value\": " << value_text_json(field_json(*range.field))
+        << '}';
+    separator = ",\n";
   }
-  return list;
+  if (!ranges.empty()) out << '\n' << blanks;
+  out << ']';
 }
 
 }  // namespace tova_fw_builder

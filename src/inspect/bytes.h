@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "companion/ground/json.h"
 #include "inspect/inspected.h"
 
 namespace tova_fw_builder {
@@ -28,7 +27,9 @@ std::vector<ByteRange> byte_ranges(const Inspected& inspected);
 // A line for each range: offset, length, path and value.
 void print_byte_ranges(std::ostream& out, const Inspected& inspected);
 
-// [{offset, length, path, value}]; the value of contents and padding is null.
-Json byte_ranges_json(const Inspected& inspected);
+// Prints "ranges": [{offset, length, path, value}], a range a line, as
+// print_member does; the value of contents and padding is null.
+void print_ranges_member(std::ostream& out, const Inspected& inspected,
+                         std::size_t indent);
 
 }  // namespace tova_fw_builder

@@ -26,6 +26,6 @@ std::optional<std::uint64_t> find_binary_header(const ByteSource& source);
 
 // How far tables, texts and lists are taken apart. Nothing that is built comes
 // near it, and a hostile file can't fill the memory with fields.
-inline constexpr std::uint64_t kTablesLimit = 512 * 1024;
+inline constexpr std::uint64_t kTablesLimit = 192 * 1024;
 
 }  // namespace tova_fw_builder

@@ -27,7 +27,34 @@ Json names_json(const std::string& names) {
   return json;
 }
 
+void print_value(std::ostream& out, const Field& field, std::size_t indent) {
+  if (!field.has_members()) {
+    out << value_text_json(field_json(field));
+    return;
+  }
+  const bool is_list = field.kind == Field::Kind::kList;
+  const char* separator = "\n";
+  out << (is_list ? '[' : '{');
+  for (const Field& member : field.members) {
+    if (member.shown == Field::Shown::kBytes) continue;
+    out << separator;
+    if (is_list) {
+      out << std::string(indent + 2, ' ');
+      print_value(out, member, indent + 2);
+    } else {
+      print_member(out, member, indent + 2);
+    }
+    separator = ",\n";
+  }
+  if (*separator == ',') out << '\n' << std::string(indent, ' ');
+  out << (is_list ? ']' : '}');
+}
+
 }  // namespace
+
+std::string value_text_json(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
 
 Json field_json(const Field& field) {
   switch (field.kind) {
@@ -54,12 +81,23 @@ Json field_json(const Field& field) {
   return nullptr;
 }
 
-Json problems_json(const Inspected& inspected) {
-  Json list = Json::array();
+void print_member(std::ostream& out, const Field& field, std::size_t indent) {
+  out << std::string(indent, ' ') << '"' << field.name << "\": ";
+  print_value(out, field, indent);
+}
+
+void print_problems_member(std::ostream& out, const Inspected& inspected,
+                           std::size_t indent) {
+  const std::string blanks(indent, ' ');
+  out << blanks << "\"problems\": [";
+  const char* separator = "\n";
   for (const Problem& problem : inspected.problems) {
-    list.push_back({{"offset", problem.offset}, {"text", problem.text}});
+    out << separator << blanks << "  {\"offset\": " << problem.offset
+        << ", \"text\": " << value_text_json(problem.text) << '}';
+    separator = ",\n";
   }
-  return list;
+  if (!inspected.problems.empty()) out << '\n' << blanks;
+  out << ']';
 }
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,8 @@
 // inspect/json.h
 #pragma once
 
+#include <ostream>
+
 #include "companion/ground/json.h"
 #include "inspect/inspected.h"
 
@@ -11,7 +13,16 @@ namespace tova_fw_builder {
 // reserved zeros are null.
 Json field_json(const Field& field);
 
-// [{offset, text}].
-Json problems_json(const Inspected& inspected);
+// A small value in one line.
+std::string value_text_json(const Json& value);
+
+// Prints a member of a JSON object on lines of its own, `indent` blanks deep,
+// without a comma or a newline behind it: "name": value. As field_json makes
+// it, but with nothing else in memory.
+void print_member(std::ostream& out, const Field& field, std::size_t indent);
+
+// The same for the problems, [{offset, text}].
+void print_problems_member(std::ostream& out, const Inspected& inspected,
+                           std::size_t indent);
 
 }  // namespace tova_fw_builder

@@ -160,8 +160,7 @@ void complete(Inspected& out) {
 }  // namespace
 
 void decode_package_descriptor(const ByteSource& source, Inspected& out) {
-  // A word of two bytes becomes a field: less text than bytes of tables.
-  const std::string bytes = source.bytes(0, kTablesLimit / 2);
+  const std::string bytes = source.bytes(0, kTablesLimit);
   Parts parts;
   parts.files.columns = kFileColumns;
   for (std::size_t at = 0; at < bytes.size();) {

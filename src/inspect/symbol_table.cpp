@@ -5,7 +5,6 @@
 
 #include "image/records/binary_header.h"
 #include "inspect/binary_tables.h"
-#include "inspect/decoders.h"
 #include "inspect/record_fields.h"
 
 namespace tova_fw_builder {
@@ -155,10 +154,13 @@ Field decode_symbol(const ByteSource& source, const Table& table,
 }  // namespace
 
 std::uint64_t decode_symbol_table(const ByteSource& source,
-                                  std::uint64_t offset, Inspected& out) {
+                                  std::uint64_t offset, std::uint64_t limit,
+                                  Inspected& out) {
   Field& symbols = out.root.add(list_field("symbols"));
   symbols.columns = kSymbolColumns;
-  Table table{offset, source.bytes(offset, kTablesLimit), 0, 0, 0, 0};
+  Table table{offset, source.bytes(offset, limit - std::min(offset, limit)),
+              0,      0,
+              0,      0};
   if (!table.has(0, kNumber)) {
     add_problem(out, out.length, "the file ends ahead of the symbol table");
     return std::min(offset, out.length);
