@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "companion/check_command.h"
 #include "companion/completion_command.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/status.h"
@@ -21,6 +22,7 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
     add_show_command,
+    add_check_command,
     add_completion_command,
 };
 

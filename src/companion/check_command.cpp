@@ -1,0 +1,214 @@
+#include "companion/check_command.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "companion/colour_option.h"
+#include "companion/ground/json.h"
+#include "companion/ground/trouble.h"
+#include "companion/trusted_key.h"
+#include "inspect/check/check.h"
+#include "inspect/field.h"
+
+namespace tova_fw_builder {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Options {
+  std::vector<std::string> files;
+  std::vector<std::string> trust;
+  bool release = false;
+  std::string key_list;
+  bool summary = false;
+  bool json = false;
+  ColourWhen colour = ColourWhen::kAuto;
+};
+
+// The files of the command line, folders replaced by what they hold.
+struct Given {
+  std::vector<CheckedFile> files;
+  std::set<std::string> in_folders;
+  bool trouble = false;
+
+  void report(const std::string& path, const std::string& text) {
+    report_trouble(path, text);
+    trouble = true;
+  }
+
+  void open(const std::string& path) {
+    try {
+      files.push_back(open_checked_file(path));
+    } catch (const std::exception& error) {
+      report(path, error.what());
+    }
+  }
+
+  void open_folder(const std::string& folder) {
+    std::vector<std::string> paths;
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end;
+         at.increment(error)) {
+      if (at->is_regular_file(error)) paths.push_back(at->path().string());
+    }
+    if (error) report(folder, "cannot be read: " + error.message());
+    std::ranges::sort(paths);
+    for (const std::string& path : paths) {
+      open(path);
+      in_folders.insert(path);
+    }
+    if (paths.empty() && !error) report(folder, "no file is in it");
+  }
+};
+
+Given open_files(const std::vector<std::string>& paths) {
+  Given given;
+  for (const std::string& path : paths) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) {
+      given.open_folder(path);
+    } else {
+      given.open(path);
+    }
+  }
+  return given;
+}
+
+CheckOptions check_options(const Options& options) {
+  CheckOptions wanted;
+  wanted.release = options.release;
+  for (const std::string& text : options.trust) {
+    wanted.trusted.push_back(trusted_key_hash(text));
+  }
+  if (!options.key_list.empty()) {
+    wanted.key_store = key_store_of(options.key_list);
+  }
+  return wanted;
+}
+
+Json checks_json(const Checked& checked, bool all_hold) {
+  Json lines = Json::array();
+  for (const CheckLine& line : checked.lines) {
+    lines.push_back({{"id", line.id},
+                     {"result", result_name(line.result)},
+                     {"file", line.file},
+                     {"text", line.text}});
+  }
+  return {{"schema", 1}, {"holds", all_hold}, {"checks", std::move(lines)}};
+}
+
+void print_summary(const Checked& checked, bool all_hold) {
+  std::string failed;
+  for (const CheckLine& line : checked.lines) {
+    if (line.result != CheckResult::kFailed) continue;
+    if ((' ' + failed + ',').find(' ' + std::string(line.id) + ',') !=
+        std::string::npos) {
+      continue;
+    }
+    failed += (failed.empty() ? "" : ", ") + std::string(line.id);
+  }
+  std::cout << (checked.summary.empty() ? "no image" : checked.summary) << "  "
+            << (!failed.empty() ? "FAILED: " + failed
+                : all_hold      ? "all checks hold"
+                                : "files are missing")
+            << '\n';
+}
+
+void print_lines(const Checked& checked, const Colours& colour) {
+  constexpr std::size_t kResultWidth = 13;
+  constexpr std::size_t kIdWidth = 19;
+  for (const CheckLine& line : checked.lines) {
+    const char* tone = line.result == CheckResult::kOk       ? colour.good
+                       : line.result == CheckResult::kFailed ? colour.bad
+                                                             : colour.faint;
+    const std::string_view result = result_name(line.result);
+    std::cout << tone << result << colour.plain
+              << std::string(kResultWidth - result.size(), ' ') << line.id
+              << std::string(kIdWidth - line.id.size(), ' ');
+    if (!line.file.empty()) std::cout << printable(line.file) << ": ";
+    std::cout << printable(line.text) << '\n';
+  }
+}
+
+Status check_files(const Options& options) {
+  const CheckOptions wanted = check_options(options);
+  Given given = open_files(options.files);
+  const Checked checked = check_image(given.files, wanted);
+  bool any_known = false;
+  std::set<std::size_t> unknown(checked.unknown.begin(), checked.unknown.end());
+  for (std::size_t i = 0; i < given.files.size(); ++i) {
+    const std::string& path = given.files[i].path;
+    if (!unknown.contains(i)) {
+      any_known = true;
+    } else if (!given.in_folders.contains(path)) {
+      given.report(path,
+                   "nothing known is in it, and it belongs to none of the "
+                   "other files (contents of generation 1.5 need their "
+                   "manifest)");
+    }
+  }
+  if (!any_known && !given.trouble) {
+    given.report(options.files[0], "no file of an image is in it");
+  }
+  const bool checks_hold = holds(checked);
+  const bool all_hold = checks_hold && !given.trouble;
+  if (options.json) {
+    std::cout << json_text(checks_json(checked, all_hold));
+  } else if (options.summary) {
+    print_summary(checked, all_hold);
+  } else {
+    print_lines(checked, colours(wants_colour(options.colour)));
+  }
+  return worse_of(given.trouble ? Status::kTrouble : Status::kYes,
+                  checks_hold ? Status::kYes : Status::kNo);
+}
+
+}  // namespace
+
+void add_check_command(CLI::App& program, Status& status) {
+  CLI::App* command = program.add_subcommand(
+      "check", "Check that the files of an image belong together");
+  const auto options = std::make_shared<Options>();
+  command
+      ->add_option("FILE", options->files,
+                   "Files of one image, in any order; a folder stands for the "
+                   "files in it")
+      ->required()
+      ->type_name("");
+  command
+      ->add_option("--trust", options->trust,
+                   "Demand a signature with this key: its hash, or a key file; "
+                   "one of several if given more than once")
+      ->type_name("KEY")
+      ->expected(1)
+      ->take_all()
+      ->allow_extra_args(false);
+  command->add_flag("--release", options->release,
+                    "Refuse debug signatures, unsigned manifests and the key "
+                    "of the sample");
+  command
+      ->add_option("--key-list", options->key_list,
+                   "Compare the store of trusted keys in the contents with "
+                   "this key list")
+      ->type_name("FILE");
+  auto* summary =
+      command->add_flag("--summary", options->summary, "Print one line");
+  command->add_flag("--json", options->json, "Print one JSON document")
+      ->excludes(summary);
+  add_colour_option(*command, options->colour);
+  command->footer(
+      "Example: tova_fw check firmware.bin firmware.man.signed firmware.pkg\n"
+      "Example: tova_fw check --release --trust release-key-public.key out/\n"
+      "Example: tova_fw check --json out/ | jq '.checks[] | "
+      "select(.result == \"FAILED\")'");
+  command->callback([options, &status] { status = check_files(*options); });
+}
+
+}  // namespace tova_fw_builder

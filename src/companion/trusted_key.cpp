@@ -1,0 +1,79 @@
+#include "companion/trusted_key.h"
+
+#include <charconv>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+#include <string_view>
+
+#include "signing/keys/key_file.h"
+#include "signing/keys/key_list.h"
+
+namespace tova_fw_builder {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The builder's text for what is no key file shows the file's first bytes,
+// which may be somebody's private key.
+std::string reason_of(const std::exception& error) {
+  const std::string_view text = error.what();
+  return text.starts_with("Key type not recognized") ? "it is no key file"
+                                                     : std::string(text);
+}
+
+// Works in another directory as long as it lives.
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const fs::path& path) : old_(fs::current_path()) {
+    fs::current_path(path);
+  }
+  ~WorkingDirectory() {
+    std::error_code ignored;
+    fs::current_path(old_, ignored);
+  }
+  WorkingDirectory(const WorkingDirectory&) = delete;
+  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+
+ private:
+  fs::path old_;
+};
+
+}  // namespace
+
+PublicKeyHash trusted_key_hash(const std::string& text) {
+  PublicKeyHash hash{};
+  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
+  if (text.size() == 2 * hash.size() &&
+      text.find_first_not_of(kDigits) == text.npos) {
+    for (std::size_t i = 0; i < hash.size(); ++i) {
+      const char* digits = text.data() + 2 * i;
+      std::from_chars(digits, digits + 2, hash[i], 16);
+    }
+    return hash;
+  }
+  try {
+    return digest_public_key(*load_key_file(text));
+  } catch (const std::exception& error) {
+    throw std::runtime_error(text + ": " + reason_of(error));
+  }
+}
+
+std::string key_store_of(const std::string& list) {
+  try {
+    return KeyList(list).stream->str();
+  } catch (const std::exception& error) {
+    const fs::path path = fs::absolute(list);
+    if (!fs::is_regular_file(path)) {
+      throw std::runtime_error(list + ": " + reason_of(error));
+    }
+    try {
+      const WorkingDirectory beside(path.parent_path());
+      return KeyList(path.string()).stream->str();
+    } catch (const std::exception& other) {
+      throw std::runtime_error(list + ": " + reason_of(other));
+    }
+  }
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,145 @@
+#include "inspect/check/check.h"
+
+#include <algorithm>
+#include <set>
+
+#include "inspect/check/checks.h"
+#include "inspect/inspect.h"
+#include "inspect/recognise.h"
+
+namespace tova_fw_builder {
+namespace {
+
+struct Check {
+  std::string_view id;
+  void (*run)(const ImageFiles& image, Report& report);
+  const char* needs;  // what to give if nothing could be checked
+};
+
+constexpr Check kChecks[] = {
+    {"structure", check_structure, "no file with a header is given"},
+    {"length", check_length, "no file tells a length: give the manifest, too"},
+    {"signed-part", check_signed_part, "give the manifest of generation 1.5"},
+    {"pages", check_pages, "give the binary, or the manifest of 1.5"},
+    {"segments-apart", check_segments_apart,
+     "give the binary, or the manifest of 1.5"},
+    {"symbol-names", check_symbol_names,
+     "give the binary, or the manifest of 1.5"},
+    {"symbols-kept", check_symbols_kept, "give the manifest of generation 1.5"},
+    {"uuids", check_uuids, "give the binary, or the manifest of 1.5"},
+    {"module-hash", check_module_hash,
+     "give the binary, and of generation 1.5 the manifest, too"},
+    {"image-digest", check_image_digest,
+     "give binary and manifest of generation 1.8 or 2.5"},
+    {"image-length", check_image_length,
+     "give binary and manifest of generation 1.8 or 2.5"},
+    {"extended-manifest", check_extended_manifest,
+     "give the extended manifest, and the binary or the manifest of 1.5"},
+    {"package", check_package,
+     "give the package descriptor, and the binary or the manifest of 1.5"},
+    {"signature", check_signature, "give the signed manifest"},
+    {"key-trusted", check_key_trusted, "give the signed manifest"},
+    {"debug-signature", check_debug_signature, "give the signed manifest"},
+    {"sample-key", check_sample_key, "give the signed manifest"},
+    {"key-store", check_key_store, "give --key-list, and the contents"},
+};
+
+std::vector<std::size_t> unknown_files(const std::vector<CheckedFile>& files,
+                                       const ImageFiles& image) {
+  std::set<const CheckedFile*> known;
+  for (const ContentsPlan& plan : image.plans) {
+    for (const BareFile& bare : plan.bare) known.insert(bare.file);
+    for (const ModulePlace& place : plan.modules) known.insert(place.file);
+  }
+  std::vector<std::size_t> unknown;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const Inspected& inspected = files[i].inspected;
+    if (inspected.format == Format::kEmbedded && inspected.length != 0 &&
+        !known.contains(&files[i])) {
+      unknown.push_back(i);
+    }
+  }
+  return unknown;
+}
+
+std::string generation_of(const ImageFiles& image, const CheckedFile& header) {
+  if (header.inspected.format == Format::kManifest15) return "1.5";
+  if (is_30(header)) return "3.0";
+  return image.metadata.empty()
+             ? "1.8 or 2.5"
+             : std::string(
+                   text_at(image.metadata[0]->inspected.root, "generation"));
+}
+
+std::string signature_of(const CheckedFile& manifest) {
+  constexpr std::size_t kDigits = 8;
+  const Field& root = manifest.inspected.root;
+  if (number_at(root, "signed") == 0) return "unsigned";
+  return std::string("signed ") +
+         (number_at(root, "css.debug") != 0 ? "debug " : "release ") +
+         std::string(text_at(root, "public_key_hash").substr(0, kDigits)) +
+         "\u2026";
+}
+
+// Of several headers, that of a signed manifest.
+std::string summary_of(const ImageFiles& image) {
+  if (image.headers.empty()) return "";
+  const auto found =
+      std::ranges::find_if(image.headers, [](const CheckedFile* file) {
+        return number_at(file->inspected.root, "signed") != 0;
+      });
+  const CheckedFile& header =
+      found == image.headers.end() ? *image.headers[0] : **found;
+  const bool is_15 = header.inspected.format == Format::kManifest15;
+  const std::string version = image_version(header.inspected.root);
+  std::string text =
+      "firmware " + version + "  generation " + generation_of(image, header) +
+      "  " +
+      counted(is_15 ? main_length(header) : header.inspected.length, "byte");
+  if (is_15) text += "  " + signature_of(header);
+  return text;
+}
+
+}  // namespace
+
+CheckedFile open_checked_file(const std::string& path) {
+  ByteSource source = ByteSource::open(path);
+  Inspected inspected;
+  inspected.length = source.size();
+  // A search in what has no form would read all of it.
+  if (const Format format = recognise(source); format != Format::kEmbedded) {
+    inspected = inspect(source, format, Depth::kWhole);
+  }
+  return {path, std::move(source), std::move(inspected)};
+}
+
+Checked check_image(const std::vector<CheckedFile>& files,
+                    const CheckOptions& options) {
+  ImageFiles image = sort_files(files, options);
+  find_key_stores(image);
+  image.digests.read();
+  for (KeyStoreSearch& search : image.searches) search.finish();
+  Checked checked;
+  for (const Check& check : kChecks) {
+    const std::size_t before = checked.lines.size();
+    Report report(check.id, checked.lines);
+    check.run(image, report);
+    if (checked.lines.size() == before) report.not_checked(check.needs);
+  }
+  checked.unknown = unknown_files(files, image);
+  checked.summary = summary_of(image);
+  return checked;
+}
+
+bool holds(const Checked& checked) {
+  return std::ranges::none_of(checked.lines, [](const CheckLine& line) {
+    return line.result == CheckResult::kFailed;
+  });
+}
+
+std::string_view result_name(CheckResult result) {
+  constexpr std::string_view kNames[] = {"ok", "FAILED", "not checked"};
+  return kNames[static_cast<std::size_t>(result)];
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,36 @@
+// inspect/check/check.h
+// Whether the files of one image belong together, are whole, and who signed
+// them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "inspect/check/checked_file.h"
+
+namespace tova_fw_builder {
+
+struct Checked {
+  // By the order of the checks; each has at least one.
+  std::vector<CheckLine> lines;
+  // Indices of files in which nothing is known and that belong to no other.
+  std::vector<std::size_t> unknown;
+  // The image in a few words, for one line of a log; empty without a header.
+  std::string summary;
+};
+
+// Takes a file apart as far as the checks need it: tables, and padding, but not
+// contents. Throws what ByteSource::open throws.
+CheckedFile open_checked_file(const std::string& path);
+
+// Makes all checks that the files allow. Each byte of contents is read once.
+Checked check_image(const std::vector<CheckedFile>& files,
+                    const CheckOptions& options);
+
+bool holds(const Checked& checked);
+
+// "ok", "FAILED", "not checked".
+std::string_view result_name(CheckResult result);
+
+}  // namespace tova_fw_builder

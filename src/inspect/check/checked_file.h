@@ -1,0 +1,40 @@
+// inspect/check/checked_file.h
+// What goes into a check and what comes out.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "inspect/byte_source.h"
+#include "inspect/inspected.h"
+#include "signing/keys/public_key_hash.h"
+
+namespace tova_fw_builder {
+
+// A file of the image. What has no form of its own, such as the contents of
+// 1.5, is told by its name, its length and the other files.
+struct CheckedFile {
+  std::string path;
+  ByteSource source;
+  Inspected inspected;
+};
+
+struct CheckOptions {
+  std::vector<PublicKeyHash> trusted;
+  bool release = false;  // debug signatures, and none at all, are failures
+  // The store of a key list, as it stands in an image.
+  std::optional<std::string> key_store;
+};
+
+enum class CheckResult { kOk, kFailed, kNotChecked };
+
+struct CheckLine {
+  std::string_view id;
+  CheckResult result = CheckResult::kNotChecked;
+  std::string file;  // its path; empty if none is at hand
+  std::string text;  // what was found; of what isn't checked, the cure
+};
+
+}  // namespace tova_fw_builder

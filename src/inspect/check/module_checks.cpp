@@ -1,0 +1,198 @@
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+
+#include "inspect/check/checks.h"
+
+namespace tova_fw_builder {
+namespace {
+
+std::string name_of(const Field& module) {
+  const std::string name = printable(text_at(module, "name"));
+  return name.empty() ? "a module without a name" : name;
+}
+
+// Whether the whole symbol table is there.
+bool has_whole_table(const CheckedFile& header) {
+  const Field& root = header.inspected.root;
+  const Field* count = find(root, "symbol_table.count");
+  const Field* names = find(root, "symbol_table.names_length");
+  return count != nullptr && names != nullptr &&
+         names->offset + names->length + names->number <=
+             header.inspected.length;
+}
+
+// The module's index has 8 bits: one of several it may be.
+bool lies_in_segment(const Field& symbol, const std::vector<Field>& modules) {
+  const std::uint64_t address = number_at(symbol, "address");
+  const std::string slot =
+      "segments[" + std::to_string(number_at(symbol, "segment")) + ']';
+  for (std::size_t i = number_at(symbol, "module"); i < modules.size();
+       i += 256) {
+    const Field* segment = find(modules[i], slot);
+    if (segment == nullptr) continue;
+    const std::uint64_t start = number_at(*segment, "vma");
+    if (start <= address && address < start + bytes_of(*segment)) return true;
+  }
+  return false;
+}
+
+void check_names(const CheckedFile& header, Report& report) {
+  const Field& root = header.inspected.root;
+  const std::vector<Field>& symbols = find(root, "symbols")->members;
+  const std::uint64_t missing =
+      number_at(root, "symbol_table.count") - symbols.size();
+  if (missing != 0) {
+    report.failed(header, counted(missing, "exported symbol") +
+                              " lie in no segment and have no record, so that "
+                              "the names' offsets point too far");
+  }
+  std::set<std::string_view> names;
+  for (const Field& symbol : symbols) {
+    const std::string_view name = text_at(symbol, "name");
+    if (name.empty()) {
+      report.failed(header, "a symbol has no name");
+    } else if (!names.insert(name).second) {
+      report.failed(header, printable(name) + " is there twice");
+    } else if (!lies_in_segment(symbol, find(root, "modules")->members)) {
+      report.failed(header, printable(name) + " lies outside its segment");
+    }
+  }
+}
+
+// What of the contents could be compared.
+struct Hashed {
+  bool all = true;
+  std::uint64_t modules = 0;
+  std::uint64_t bytes = 0;
+};
+
+void check_place(const ImageFiles& image, const ContentsPlan& plan,
+                 const ModulePlace& place, Hashed& hashed, Report& report) {
+  const CheckedFile& file = place.file ? *place.file : *plan.header;
+  const std::string name = name_of(*place.module);
+  if (!place.unknown.empty()) {
+    report.not_checked(file, name + ": " + place.unknown);
+    return;
+  }
+  const std::uint64_t end = place.spans.empty() ? 0
+                                                : place.spans.back().offset +
+                                                      place.spans.back().length;
+  const bool is_same =
+      image.digests.text(place.digest) == text_at(*place.module, "hash");
+  hashed.all = hashed.all && is_same && end <= file.inspected.length;
+  if (end > file.inspected.length) {
+    report.failed(file, name + ": the file ends ahead of its contents");
+  } else if (is_same) {
+    ++hashed.modules;
+    for (const Span& span : place.spans) hashed.bytes += span.length;
+  } else if (place.doubt.empty()) {
+    report.failed(file, name + ": the contents are not those that were hashed");
+  } else {
+    report.not_checked(file, name + ": " + place.doubt);
+  }
+}
+
+void check_built_in(const CheckedFile& header, Report& report) {
+  for (const Field& module : find(header.inspected.root, "modules")->members) {
+    const std::string_view hash = text_at(module, "hash");
+    if (number_at(module, "type.value") % 16 == 0 &&
+        hash.find_first_not_of('0') != hash.npos) {
+      report.failed(header, name_of(module) + ": a built-in module has a hash");
+    }
+  }
+}
+
+}  // namespace
+
+void check_symbol_names(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* header : image.headers) {
+    if (!has_whole_table(*header)) {
+      report.not_checked(*header,
+                         "the symbol table is cut off: give the manifest as "
+                         "build wrote it");
+      continue;
+    }
+    const std::size_t before = report.failures();
+    check_names(*header, report);
+    if (report.failures() != before) continue;
+    report.ok(*header,
+              counted(find(header->inspected.root, "symbols")->members.size(),
+                      "symbol"));
+  }
+}
+
+void check_symbols_kept(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* manifest : image.manifests) {
+    const Field& root = manifest->inspected.root;
+    const bool is_signed = number_at(root, "signed") != 0;
+    if (!has_whole_table(*manifest)) {
+      report.failed(*manifest, is_signed
+                                   ? "signing has cut off the symbol table"
+                                   : "the symbol table is cut off");
+      continue;
+    }
+    const Field* names = find(root, "symbol_table.names_length");
+    if (is_signed) {
+      report.ok(*manifest, "the symbol table is whole");
+    } else if (names->offset + names->length + names->number >
+               number_at(root, "css.size") * 4) {
+      report.not_checked(*manifest,
+                         "not signed yet; signing will cut off the symbol "
+                         "table: export less, or expect no symbols");
+    } else {
+      report.not_checked(*manifest, "not signed; signing will keep the table");
+    }
+  }
+}
+
+void check_uuids(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* header : image.headers) {
+    const std::size_t before = report.failures();
+    const std::vector<Field>& modules =
+        find(header->inspected.root, "modules")->members;
+    std::map<std::string_view, const Field*> seen;
+    for (const Field& module : modules) {
+      const std::string_view uuid = text_at(module, "uuid");
+      if (uuid.find_first_not_of("0-") == uuid.npos) {
+        report.failed(*header, name_of(module) + " has no UUID");
+      } else if (const auto [first, is_new] = seen.emplace(uuid, &module);
+                 !is_new) {
+        report.failed(*header, name_of(module) + " has the UUID of " +
+                                   name_of(*first->second) + ", " +
+                                   std::string(uuid));
+      }
+    }
+    if (report.failures() == before) {
+      report.ok(*header, counted(modules.size(), "module"));
+    }
+  }
+}
+
+void check_module_hash(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* binary : image.binaries) {
+    if (is_30(*binary)) {
+      report.not_checked(*binary, "the modules of 3.0 have no hashes");
+    }
+  }
+  for (const CheckedFile* header : image.headers) {
+    if (header->inspected.format != Format::kBinary || !is_30(*header)) {
+      check_built_in(*header, report);
+    }
+  }
+  for (const ContentsPlan& plan : image.plans) {
+    std::map<const CheckedFile*, Hashed> files;
+    for (const ModulePlace& place : plan.modules) {
+      const CheckedFile* file = place.file ? place.file : plan.header;
+      check_place(image, plan, place, files[file], report);
+    }
+    for (const auto& [file, hashed] : files) {
+      if (!hashed.all || hashed.modules == 0) continue;
+      report.ok(*file, counted(hashed.modules, "module") + ", " +
+                           counted(hashed.bytes, "byte"));
+    }
+  }
+}
+
+}  // namespace tova_fw_builder

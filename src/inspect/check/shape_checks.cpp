@@ -1,0 +1,259 @@
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "image/records/binary_header.h"
+#include "inspect/check/checks.h"
+#include "layout/records/out_map.h"
+
+namespace tova_fw_builder {
+namespace {
+
+using Files = std::vector<const CheckedFile*>;
+
+void check_files(const Files& files, Report& report) {
+  for (const CheckedFile* file : files) {
+    const std::vector<Problem>& problems = file->inspected.problems;
+    if (problems.empty()) {
+      report.ok(*file, file->inspected.title);
+      continue;
+    }
+    std::string text = "at " +
+                       number_text(problems[0].offset, Field::Radix::kHex) +
+                       ": " + problems[0].text;
+    if (problems.size() > 1) {
+      text += ", and " + std::to_string(problems.size() - 1) + " more";
+    }
+    report.failed(*file, text + " (tova_fw show tells all)");
+  }
+}
+
+void compare_length(const CheckedFile& file, std::uint64_t expected,
+                    const std::string& teller, Report& report) {
+  const std::uint64_t length = file.inspected.length;
+  if (length == expected) {
+    report.ok(file, counted(length, "byte"));
+    return;
+  }
+  const bool is_cut = length < expected;
+  report.failed(
+      file, std::to_string(length) + " bytes, " +
+                std::to_string(is_cut ? expected - length : length - expected) +
+                (is_cut ? " fewer" : " more") + " than " + teller + " tells");
+}
+
+// Unsigned, the symbol table makes a manifest longer than its size.
+void check_manifest_length(const CheckedFile& manifest, Report& report) {
+  const Field& root = manifest.inspected.root;
+  std::uint64_t expected = number_at(root, "css.size") * 4;
+  const Field* count = find(root, "symbol_table.count");
+  const Field* names = find(root, "symbol_table.names_length");
+  if (number_at(root, "signed") == 0 && count != nullptr && names != nullptr) {
+    expected += names->offset + names->length + names->number - count->offset;
+  }
+  compare_length(manifest, expected, "its size", report);
+}
+
+// The header of 3.0 is written ahead of the contents and counts none of them.
+void check_length_30(const CheckedFile& binary, Report& report) {
+  std::uint64_t least = kContentsOffset;
+  for (const Field& module : find(binary.inspected.root, "modules")->members) {
+    for (const Field* segment : stored_segments(module)) {
+      least += bytes_of(*segment);
+    }
+  }
+  const std::uint64_t length = binary.inspected.length;
+  if (length == least) {
+    report.ok(binary, counted(length, "byte"));
+  } else if (length < least) {
+    report.failed(binary, std::to_string(length) + " bytes, " +
+                              std::to_string(least - length) +
+                              " fewer than its segments have");
+  } else {
+    report.not_checked(
+        binary, std::to_string(length - least) +
+                    " bytes belong to no segment: padding ahead of addons, or "
+                    "the file has grown; the header of 3.0 doesn't tell");
+  }
+}
+
+// Whether all of a module stands on the page grid.
+void check_module_pages(const CheckedFile& header, const Field& module,
+                        Report& report) {
+  if (number_at(module, "type.loadable") == 0) return;
+  for (const Field& segment : find(module, "segments")->members) {
+    if (text_at(segment, "type") == "unused") continue;
+    for (const char* place : {"vma", "file_off"}) {
+      const std::uint64_t value = number_at(segment, place);
+      if (value % kPageSize == 0) continue;
+      report.failed(header, std::string(text_at(segment, "type")) + " of " +
+                                printable(text_at(module, "name")) +
+                                " isn't on the page grid: " + place + " is " +
+                                number_text(value, Field::Radix::kHex));
+    }
+  }
+}
+
+// The end of the header and its tables.
+std::uint64_t tables_end(const Field& field) {
+  std::uint64_t end = 0;
+  if (!field.has_members()) return field.offset + field.length;
+  for (const Field& member : field.members) {
+    end = std::max(end, tables_end(member));
+  }
+  return end;
+}
+
+std::uint64_t header_end(const Field& root) {
+  std::uint64_t end = 0;
+  for (const char* name : {"header", "modules", "symbols", "symbol_table"}) {
+    const Field* field = find(root, name);
+    if (field != nullptr) end = std::max(end, tables_end(*field));
+  }
+  return end;
+}
+
+// A segment at its place in the file, or, in 1.5, in the module.
+struct Placed {
+  std::uint64_t offset;
+  std::uint64_t end;
+  std::string name;
+};
+
+void check_apart(const CheckedFile& header, std::vector<Placed> segments,
+                 std::uint64_t tables, Report& report) {
+  std::ranges::stable_sort(segments, {}, &Placed::offset);
+  Placed last{0, tables, "the header and its tables"};
+  for (Placed& segment : segments) {
+    if (segment.offset < last.end) {
+      report.failed(
+          header, segment.name + " and " + last.name + " share " +
+                      counted(std::min(last.end, segment.end) - segment.offset,
+                              "byte") +
+                      " of the file");
+    }
+    if (segment.end > last.end) last = std::move(segment);
+  }
+}
+
+void add_segments(const Field& module, std::uint64_t room,
+                  std::vector<Placed>& to) {
+  for (const Field* segment : stored_segments(module)) {
+    const std::uint64_t offset = number_at(*segment, "file_off");
+    const std::uint64_t at = offset - std::min(room, offset);
+    to.push_back({at, at + bytes_of(*segment),
+                  std::string(text_at(*segment, "type")) + " of " +
+                      printable(text_at(module, "name"))});
+  }
+}
+
+// Of a manifest, file_off counts from the contents of a signed package on, but
+// not alike for all modules: only the segments of one can be compared.
+void check_header_apart(const CheckedFile& header, Report& report) {
+  const Field& root = header.inspected.root;
+  const std::vector<Field>& modules = find(root, "modules")->members;
+  if (header.inspected.format == Format::kManifest15) {
+    for (const Field& module : modules) {
+      std::vector<Placed> segments;
+      add_segments(module, 0, segments);
+      check_apart(header, std::move(segments), number_at(root, "css.size") * 4,
+                  report);
+    }
+    return;
+  }
+  const std::uint64_t room =
+      kSignedHeaderOffset - number_at(root, "header_offset");
+  std::vector<Placed> segments;
+  if (is_30(header)) {
+    segments.push_back(
+        {kContentsOffset, header.inspected.length, "the contents"});
+  } else {
+    for (const Field& module : modules) add_segments(module, room, segments);
+  }
+  check_apart(header, std::move(segments), header_end(root), report);
+}
+
+}  // namespace
+
+void check_structure(const ImageFiles& image, Report& report) {
+  for (const Files* files : {&image.headers, &image.metadata, &image.extended,
+                             &image.packages, &image.others}) {
+    check_files(*files, report);
+  }
+}
+
+void check_length(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* binary : image.binaries) {
+    if (is_30(*binary)) {
+      check_length_30(*binary, report);
+      continue;
+    }
+    const Field& root = binary->inspected.root;
+    const std::uint64_t told =
+        number_at(root, "header.preload_page_count") * kPageSize;
+    const std::uint64_t room =
+        kSignedHeaderOffset - number_at(root, "header_offset");
+    compare_length(*binary, told - std::min(told, room), "its page count",
+                   report);
+  }
+  for (const CheckedFile* manifest : image.manifests) {
+    check_manifest_length(*manifest, report);
+  }
+  std::set<std::pair<const CheckedFile*, std::uint64_t>> done;
+  for (const ContentsPlan& plan : image.plans) {
+    for (const BareFile& bare : plan.bare) {
+      if (done.emplace(bare.file, bare.expected).second) {
+        compare_length(*bare.file, bare.expected, "the manifest", report);
+      }
+    }
+  }
+  for (const CheckedFile* metadata : image.metadata) {
+    compare_length(*metadata,
+                   number_at(metadata->inspected.root, "extension_length"),
+                   "its extension_length", report);
+  }
+  for (const CheckedFile* extended : image.extended) {
+    compare_length(*extended,
+                   number_at(extended->inspected.root, "heading.length"),
+                   "its heading", report);
+  }
+}
+
+void check_pages(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* header : image.headers) {
+    const std::size_t before = report.failures();
+    const Field& root = header->inspected.root;
+    if (number_at(root, "header.preload_page_count") == 0) {
+      report.failed(*header, "preload_page_count is 0");
+    }
+    for (const Field& module : find(root, "modules")->members) {
+      check_module_pages(*header, module, report);
+    }
+    if (header->inspected.format == Format::kBinary && is_30(*header) &&
+        header->inspected.length % kPageSize != 0) {
+      report.failed(*header,
+                    "the contents don't end on the page grid: an addon stands "
+                    "off it, or the file was cut or has grown");
+    }
+    if (report.failures() == before) {
+      report.ok(*header, "all segments stand on the page grid");
+    }
+  }
+}
+
+void check_segments_apart(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* header : image.headers) {
+    const std::size_t before = report.failures();
+    check_header_apart(*header, report);
+    if (report.failures() != before) continue;
+    if (header->inspected.format == Format::kBinary && is_30(*header)) {
+      report.ok(*header,
+                "the tables end ahead of the contents; in 3.0 the header "
+                "doesn't tell where segments stand");
+    } else {
+      report.ok(*header, "no byte belongs to two segments or to the tables");
+    }
+  }
+}
+
+}  // namespace tova_fw_builder

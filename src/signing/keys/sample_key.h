@@ -1,0 +1,12 @@
+// signing/keys/sample_key.h
+#pragma once
+
+#include "signing/keys/public_key_hash.h"
+
+namespace tova_fw_builder {
+
+// Whether this is the hash of the key in examples/, whose private part
+// everyone has.
+bool is_sample_key(const PublicKeyHash& hash);
+
+}  // namespace tova_fw_builder
