@@ -43,6 +43,16 @@ for format in binary manifest-1.5 metadata extended-manifest \
 done
 show script --script "$sample/flash.script" made/gen-1.5/flash.img
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/show.json" ./*.json
+rm ./*.json
+check() {  # check NAME ARGUMENT...: whatever the answer is
+  tova_fw check --json "${@:2}" >"$1.json" 2>/dev/null || [[ $? -le 2 ]]
+}
+for generation in 1.5 1.8 2.5 3.0; do
+  check "check-$generation" "made/gen-$generation"
+done
+check check-cut cut-*
+check check-none nothing
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/check.json" ./*.json
 
 # What each shell offers behind a line: all of the words, in any order.
 expect() {  # expect SHELL LINE WORD...

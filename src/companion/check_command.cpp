@@ -45,7 +45,7 @@ struct Given {
 
   void open(const std::string& path) {
     try {
-      files.push_back(open_checked_file(path));
+      files.push_back(checked_file(path, ByteSource::open(path)));
     } catch (const std::exception& error) {
       report(path, error.what());
     }

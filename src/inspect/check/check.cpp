@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "inspect/check/checks.h"
 #include "inspect/inspect.h"
@@ -102,15 +103,14 @@ std::string summary_of(const ImageFiles& image) {
 
 }  // namespace
 
-CheckedFile open_checked_file(const std::string& path) {
-  ByteSource source = ByteSource::open(path);
+CheckedFile checked_file(std::string path, ByteSource source) {
   Inspected inspected;
   inspected.length = source.size();
   // A search in what has no form would read all of it.
   if (const Format format = recognise(source); format != Format::kEmbedded) {
     inspected = inspect(source, format, Depth::kWhole);
   }
-  return {path, std::move(source), std::move(inspected)};
+  return {std::move(path), std::move(source), std::move(inspected)};
 }
 
 Checked check_image(const std::vector<CheckedFile>& files,

@@ -21,8 +21,8 @@ struct Checked {
 };
 
 // Takes a file apart as far as the checks need it: tables, and padding, but not
-// contents. Throws what ByteSource::open throws.
-CheckedFile open_checked_file(const std::string& path);
+// contents.
+CheckedFile checked_file(std::string path, ByteSource source);
 
 // Makes all checks that the files allow. Each byte of contents is read once.
 Checked check_image(const std::vector<CheckedFile>& files,

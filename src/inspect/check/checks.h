@@ -13,6 +13,9 @@ void check_length(const ImageFiles& image, Report& report);
 void check_pages(const ImageFiles& image, Report& report);
 void check_segments_apart(const ImageFiles& image, Report& report);
 
+// length_30.cpp: the length of a binary of 3.0, a part of check_length.
+void check_length_30(const CheckedFile& binary, Report& report);
+
 // module_checks.cpp: the modules and their contents.
 void check_symbol_names(const ImageFiles& image, Report& report);
 void check_symbols_kept(const ImageFiles& image, Report& report);

@@ -42,6 +42,11 @@ void compare_length(const CheckedFile& file, std::uint64_t expected,
                 (is_cut ? " fewer" : " more") + " than " + teller + " tells");
 }
 
+// The names stand behind their length.
+std::uint64_t names_end(const Field& names_length) {
+  return names_length.offset + names_length.length + names_length.number;
+}
+
 // Unsigned, the symbol table makes a manifest longer than its size.
 void check_manifest_length(const CheckedFile& manifest, Report& report) {
   const Field& root = manifest.inspected.root;
@@ -49,32 +54,9 @@ void check_manifest_length(const CheckedFile& manifest, Report& report) {
   const Field* count = find(root, "symbol_table.count");
   const Field* names = find(root, "symbol_table.names_length");
   if (number_at(root, "signed") == 0 && count != nullptr && names != nullptr) {
-    expected += names->offset + names->length + names->number - count->offset;
+    expected += names_end(*names) - count->offset;
   }
   compare_length(manifest, expected, "its size", report);
-}
-
-// The header of 3.0 is written ahead of the contents and counts none of them.
-void check_length_30(const CheckedFile& binary, Report& report) {
-  std::uint64_t least = kContentsOffset;
-  for (const Field& module : find(binary.inspected.root, "modules")->members) {
-    for (const Field* segment : stored_segments(module)) {
-      least += bytes_of(*segment);
-    }
-  }
-  const std::uint64_t length = binary.inspected.length;
-  if (length == least) {
-    report.ok(binary, counted(length, "byte"));
-  } else if (length < least) {
-    report.failed(binary, std::to_string(length) + " bytes, " +
-                              std::to_string(least - length) +
-                              " fewer than its segments have");
-  } else {
-    report.not_checked(
-        binary, std::to_string(length - least) +
-                    " bytes belong to no segment: padding ahead of addons, or "
-                    "the file has grown; the header of 3.0 doesn't tell");
-  }
 }
 
 // Whether all of a module stands on the page grid.
@@ -110,7 +92,8 @@ std::uint64_t header_end(const Field& root) {
     const Field* field = find(root, name);
     if (field != nullptr) end = std::max(end, tables_end(*field));
   }
-  return end;
+  const Field* names = find(root, "symbol_table.names_length");
+  return names == nullptr ? end : std::max(end, names_end(*names));
 }
 
 // A segment at its place in the file, or, in 1.5, in the module.

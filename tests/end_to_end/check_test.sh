@@ -1,0 +1,184 @@
+#!/usr/bin/env bash
+# check_test.sh BUILDER TOVA_FW
+# `tova_fw check` on the sample firmware: whole it passes, and each fault that
+# is planted is seen by the checks that it belongs to, and by no others.
+set -euo pipefail
+
+builder=$(realpath "$1")
+tool=$(realpath "$2")
+root=$(realpath "$(dirname "$0")/../..")
+keys=$root/examples/audio_firmware/keys
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+"$root/scripts/run-sample.sh" "$builder" "$work/made" >/dev/null
+"$keys/make-test-key.sh" "$work/own"
+cd "$work"
+
+die() {
+  echo "FAILED: $1" >&2
+  exit 1
+}
+
+check() {  # check STATUS FAILED_IDS ARGUMENT...
+  local status=0 failed
+  "$tool" check "${@:3}" >"$work/out" 2>"$work/err" || status=$?
+  failed=$(sed -n 's/^FAILED *\([a-z-]*\).*/\1/p' "$work/out" | uniq | xargs)
+  [[ $status == "$1" && $failed == "$2" ]] ||
+    die "${row:-} check ${*:3}: status $status, failed '$failed', not '$2': \
+$(cat "$work/out" "$work/err")"
+}
+
+says() {  # says RESULT ID TEXT: one of the lines
+  grep -q "^$1 *$2 .*$3" "$work/out" || die "no $1 $2 $3: $(cat "$work/out")"
+}
+
+# Where a field stands is looked up.
+bytes() {  # bytes FILE OFFSET HEX: puts them there
+  local text
+  text=$(sed 's/../\\x&/g' <<<"$3")
+  # shellcheck disable=SC2059 # \x and digits
+  printf "$text" | dd of="$1" bs=1 seek="$(($2))" conv=notrunc status=none
+}
+put() {  # put FILE FIELD HEX
+  local offset
+  offset=$("$tool" show --bytes "$1" |
+    awk -v field="$2" '$3 == field { print $1 }')
+  bytes "$1" "${offset:?no field $2}" "$3"
+}
+flip() {  # flip FILE OFFSET
+  local old
+  old=$(od -An -tu1 -j "$(($2))" -N 1 "$1")
+  bytes "$1" "$2" "$(printf '%02x' $((old ^ 1)))"
+}
+sign() {  # sign KEY_NAME debug|release
+  "$builder" sign "$2" "$1-pair.key" firmware.man firmware.man.signed >/dev/null
+}
+
+# Everything whole: as folders, as files in another order, in part, joined.
+for generation in 1.5 1.8 2.5 3.0; do
+  check 0 '' "made/gen-$generation"
+done
+cd made/gen-1.5
+check 0 '' firmware.pkg firmware_*.bin firmware.man firmware.bin
+says ok module-hash 'firmware.bin: 1 module, 24576 bytes'
+says 'not checked' key-trusted 'give the signed one'
+check 0 '' package.bin firmware.man.signed
+says ok module-hash 'package.bin: 4 modules, 49152 bytes'
+check 0 '' firmware.man.signed
+says 'not checked' module-hash 'mixer: .*: give NAME_5a3c0004'
+check 0 '' --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
+says ok key-store 'stand at 0x3040'
+check 0 '' --summary .
+[[ $(<"$work/out") == 'firmware 1.4.0.27  generation 1.5  24576 bytes  signed '`
+  `'debug 966d4e58…  all checks hold' ]] || die "$(cat "$work/out")"
+
+# What can't be read or is of no image is named, and the rest is checked.
+check 2 '' nothing firmware.bin.txt firmware.man.signed
+says ok signature "made with the key $(sed 's/../&/16;q' <<<966d4e58)"
+check 2 '' firmware.bin
+check 2 '' ../rom
+check 2 '' --trust firmware.bin firmware.man.signed
+check 2 '' --json --summary .
+cd ../..
+
+# Who signed: whether it is told with a key file or with a hash, and in release
+# and debug form.
+hash=$("$builder" hash_key pub own-public.key | grep -o '0x[0-9a-f][0-9a-f]' |
+  tr -d '\n' | sed 's/0x//g')
+other=$(tr '0-9a-f' '1-9a-f0' <<<"$hash")
+cp -r made/gen-1.5 own
+cd own
+sign "$work/own" release
+for trust in "$hash" "${hash^^}" "$work/own-public.key" "$work/own-pair.key"; do
+  check 0 '' --release --trust "$other" --trust "$trust" .
+  says ok key-trusted "$hash"
+done
+check 1 key-trusted --trust "$other" .
+check 1 'key-trusted sample-key' --trust "$keys/test-key-public.key" .
+check 1 'signature key-trusted' --release --trust "$hash" firmware.man
+check 1 key-trusted --trust "$hash" ../made/gen-1.8
+sign "$work/own" debug
+check 1 debug-signature --release --trust "$hash" .
+check 0 '' --trust "$hash" .
+sign "$keys/test-key" release
+check 1 sample-key --release .
+# The modulus of a trusted key with the exponent 1: anyone can make that.
+sign "$work/own" release
+put firmware.man.signed exponent 01000000
+check 1 'signature key-trusted' --trust "$hash" firmware.man.signed
+cd ..
+
+# A fault a row: GENERATION | FAILED_IDS | COMMAND, in a folder with the files
+# of the build, the manifest of 1.5 unsigned or, in a row that speaks of it,
+# signed.
+while IFS='|' read -r generation failed command; do
+  row="$command:"
+  rm -rf fault
+  mkdir fault
+  cp "made/gen-$generation"/firmware{,_*}.{bin,man,man.ext,pkg} fault \
+    2>/dev/null || true
+  [[ $command != *signed* ]] || cp made/gen-1.5/firmware.man.signed fault
+  (cd fault && eval "$command")
+  read -ra ids <<<"$failed"
+  check 1 "${ids[*]}" --key-list "$keys/trusted-keys.list" fault
+done <<'TABLE'
+1.5|structure|put firmware.man css.reserved 01
+1.8|structure image-digest|bytes firmware.bin 100 01
+1.8|structure image-digest|put firmware.bin modules[0].struct_id 00
+1.5|length module-hash|truncate -s -4096 firmware.bin
+1.5|length|truncate -s +4096 firmware.bin
+1.5|length module-hash|truncate -s -1 firmware_*04*.bin
+1.5|structure length|truncate -s -1 firmware.man
+1.5|structure length|truncate -s +1 firmware.man.signed
+1.8|structure length module-hash image-digest image-length|truncate -s -4096 firmware.bin
+2.5|structure length image-digest image-length|truncate -s +4096 firmware.bin
+2.5|structure length|truncate -s +1 firmware.man
+1.8|structure length|truncate -s +1 firmware.man.ext
+3.0|length|truncate -s 73728 firmware.bin
+3.0|length|truncate -s -4096 firmware.bin
+3.0|length|truncate -s +4096 firmware.bin
+3.0|length pages|truncate -s -1 firmware.bin
+1.5|structure signed-part|put firmware.man css.header_len 00040000
+1.5|structure length signed-part|put firmware.man css.size a2000000
+1.5|pages|put firmware.man modules[0].segments[0].vma 10
+1.8|pages image-digest|put firmware.bin modules[3].segments[2].vma 01
+1.8|segments-apart image-digest|put firmware.bin modules[3].segments[0].len 02
+1.5|segments-apart|put firmware.man modules[0].segments[1].file_off 00100000
+3.0|structure segments-apart|put firmware.bin symbol_table.names_length 00800000
+1.5|symbol-names|put firmware.man symbols[0].address 00000020
+1.8|symbol-names image-digest|put firmware.bin symbols[1].name 66775f7265676973746572
+1.5|structure symbols-kept signature|put firmware.man.signed symbol_table.names_length 00100000
+1.5|uuids extended-manifest|put firmware.man modules[1].uuid 00000000000000000000000000000000
+1.8|uuids image-digest extended-manifest|put firmware.bin modules[2].uuid 02003c5a1e7b524c9d401f2e3d4c5b02
+1.5|module-hash|flip firmware.man 0x2d8
+1.5|module-hash|put firmware.man modules[1].hash 01
+1.8|image-digest|put firmware.man digest 00
+2.5|image-digest|put firmware.man digest 00
+2.5|image-length|put firmware.man limit_offset 01
+1.8|extended-manifest|put firmware.man.ext modules[5].uuid 00
+1.5|structure length extended-manifest|head -c 272 firmware.man.ext >x; bytes x 12 05; mv x firmware.man.ext
+1.8|package|sed -i 's/^ver 1.4/ver 1.5/' firmware.pkg
+1.5|package|sed -i 's/^bld 2/bld 1/' firmware.pkg
+2.5|package|sed -i 's/^flg 0x1/flg 0x3/' firmware.pkg
+3.0|package|sed -i 's/^sku 0xff/sku 0xfe/' firmware.pkg
+1.5|package|sed -i '12{h;d};13G' firmware.pkg
+1.5|package|sed -i 's/5B04.bin/5B14.bin/' firmware.pkg
+1.5|package|sed -i 's|/[^ ]*/||' firmware.pkg; rm firmware_*06*.bin
+1.5|signature|flip firmware.man.signed 0x200
+1.5|structure signature|flip firmware.man.signed 0xf00
+1.5|module-hash key-store|flip firmware.bin 0x3050
+TABLE
+unset row
+
+# A flipped byte in the contents of each module, first and last.
+for place in 1.5:firmware.bin:0 1.5:firmware.bin:24575 1.5:_04:0 1.5:_04:8191 \
+  1.5:_05:4096 1.5:_06:4095 1.8:firmware.bin:30720 1.8:firmware.bin:55295 \
+  1.8:firmware.bin:63488 1.8:firmware.bin:104447; do
+  IFS=: read -r generation name offset <<<"$place"
+  file=("made/gen-$generation"/firmware*"${name#firmware}"*bin)
+  flip "${file[0]}" "$offset"
+  row="$place:"
+  check 1 "module-hash$([[ $generation == 1.5 ]] || echo ' image-digest')" \
+    "made/gen-$generation"/firmware{.man,*.bin}
+  flip "${file[0]}" "$offset"
+done
