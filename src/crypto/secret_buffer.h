@@ -19,6 +19,7 @@ class SecretBuffer {
       : bytes_(new std::uint8_t[size](), Wipe{size}) {}
 
   std::uint8_t* data() const { return bytes_.get(); }
+  std::size_t size() const { return bytes_.get_deleter().size; }
 
  private:
   struct Wipe {

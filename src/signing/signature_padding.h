@@ -9,6 +9,8 @@
 namespace tova_fw_builder {
 
 inline constexpr std::size_t kDigestBytes = 32;
+// The digest and the DER prefix that names its algorithm.
+inline constexpr std::size_t kDigestInfoBytes = 19 + kDigestBytes;
 
 // The encoded message of PKCS#1 v1.5 for SHA-256 and a modulus of 2048 bits,
 // with zeros in the digest's place: the digest, the DER prefix of its algorithm

@@ -3,36 +3,12 @@
 // form and in one with the private key behind the public one.
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <memory>
 #include <string>
 
+#include "signing/keys/key_material.h"
+
 namespace tova_fw_builder {
-
-// One key, wiped when it ends. All numbers stand least significant byte first,
-// except that the exponents keep the order of the file: right for 65537 and for
-// every exponent of one byte, and byte-reversed for other exponents of three,
-// which is what fielded images were signed with. A public key file leaves all
-// `priv_` fields zero.
-struct KeyMaterial {
-  KeyMaterial() = default;
-  KeyMaterial(const KeyMaterial&) = delete;
-  KeyMaterial& operator=(const KeyMaterial&) = delete;
-  ~KeyMaterial();
-
-  std::array<std::uint8_t, 4> pub_exponent{};  // 1 or 3 bytes, then zeros
-  std::array<std::uint8_t, 256> pub_modulus{};
-  std::array<std::uint8_t, 4> priv_exponent{};
-  std::array<std::uint8_t, 256> priv_modulus{};
-  std::array<std::uint8_t, 256> priv_d{};
-  // Read and logged, but never used.
-  std::array<std::uint8_t, 128> priv_p{};
-  std::array<std::uint8_t, 128> priv_q{};
-  std::array<std::uint8_t, 128> priv_a{};
-  std::array<std::uint8_t, 128> priv_b{};
-  std::array<std::uint8_t, 128> priv_c{};
-};
 
 // Reads a key file of either form and ignores what stands behind the key; no
 // number is checked. Logs each field at level 3, private ones included. Throws

@@ -1,0 +1,112 @@
+// The layouts of a key file as tables, and their reading.
+#include "signing/keys/key_form.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/log.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::array<std::string_view, 11> pair_pieces(
+    std::string_view start, std::string_view private_start) {
+  return {start,       ")(1:n256:", private_start, ")(1:n256:",
+          ")(1:d256:", ")(1:p128:", ")(1:q128:",   ")(1:a128:",
+          ")(1:b128:", ")(1:c128:", "))))"};
+}
+
+constexpr auto kPairPieces3 =
+    pair_pieces("(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e3:",
+                ")))(11:private-key(16:rsa-pkcs1-sha256(1:e3:");
+constexpr auto kPairPieces1 =
+    pair_pieces("(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e1:",
+                ")))(11:private-key(16:rsa-pkcs1-sha256(1:e1:");
+
+constexpr std::string_view kPublicPieces3[] = {
+    "(10:public-key(16:rsa-pkcs1-sha256(1:e3:",
+    ")(1:n256:",
+    ")))",
+};
+
+constexpr std::string_view kPublicPieces1[] = {
+    "(10:public-key(16:rsa-pkcs1-sha256(1:e1:",
+    ")(1:n256:",
+    ")))",
+};
+
+constexpr KeyForm kKeyForms[] = {
+    {3, false, kPairPieces3},
+    {3, true, kPublicPieces3},
+    {1, false, kPairPieces1},
+    {1, true, kPublicPieces1},
+};
+
+// Goes through a file piece by piece.
+class KeyFileReader {
+ public:
+  KeyFileReader(std::string_view file, const KeyForm& form)
+      : rest_(file), next_piece_(form.pieces.begin()) {}
+
+  void expect_piece() {
+    if (!rest_.starts_with(*next_piece_)) {
+      throw std::runtime_error("Expected std::string not found");
+    }
+    rest_.remove_prefix(next_piece_++->size());
+  }
+
+  // The next piece and the field behind it. A file that ends inside the field
+  // fails only at the piece that should follow.
+  void read_field(const KeyField& field) {
+    expect_piece();
+    rest_.remove_prefix(rest_.copy(reinterpret_cast<char*>(field.bytes.data()),
+                                   field.bytes.size()));
+    if (field.reversed) {
+      std::reverse(field.bytes.begin(), field.bytes.end());
+    }
+    log_detail(ByteDump{field.bytes.data(), field.bytes.size(), field.label});
+  }
+
+ private:
+  std::string_view rest_;
+  std::span<const std::string_view>::iterator next_piece_;
+};
+
+}  // namespace
+
+std::span<const KeyForm> key_forms() { return kKeyForms; }
+
+std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {
+  const std::size_t e = form.exponent_length;
+  std::vector<KeyField> fields = {
+      {"pub_exponent", std::span(key.pub_exponent).first(e), false},
+      {"pub_modulus", key.pub_modulus, true},
+  };
+  if (form.public_only) return fields;
+  const KeyField pair[] = {
+      {"priv_exponent", std::span(key.priv_exponent).first(e), false},
+      {"priv_modulus", key.priv_modulus, true},
+      {"priv_d", key.priv_d, true},
+      {"priv_p", key.priv_p, true},
+      {"priv_q", key.priv_q, true},
+      {"priv_a", key.priv_a, true},
+      {"priv_b", key.priv_b, true},
+      {"priv_c", key.priv_c, true},
+  };
+  fields.insert(fields.end(), std::begin(pair), std::end(pair));
+  return fields;
+}
+
+std::unique_ptr<KeyMaterial> key_of_form(std::string_view file,
+                                         const KeyForm& form) {
+  auto key = std::make_unique<KeyMaterial>();
+  KeyFileReader reader(file, form);
+  for (const KeyField& field : fields_of(*key, form)) reader.read_field(field);
+  reader.expect_piece();
+  return key;
+}
+
+}  // namespace tova_fw_builder

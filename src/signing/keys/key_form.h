@@ -1,0 +1,46 @@
+// signing/keys/key_form.h
+// The four layouts of a key file, told once for reading and writing. Byte by
+// byte: docs/file-formats.md.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "signing/keys/key_material.h"
+
+namespace tova_fw_builder {
+
+// One layout: literal pieces of text, and between each two of them a field in
+// binary.
+struct KeyForm {
+  std::uint32_t exponent_length;
+  bool public_only;
+  std::span<const std::string_view> pieces;
+};
+
+// In the order of recognition: the public form's first piece stands inside the
+// pair form's, so the pair form is tried first.
+std::span<const KeyForm> key_forms();
+
+// A number of a key file, and its place in the key.
+struct KeyField {
+  const char* label;
+  std::span<std::uint8_t> bytes;
+  bool reversed;  // the file has the most significant byte first
+};
+
+// The fields of a form in the order of the file, so that each stands behind
+// the piece of its index. They point into `key`.
+std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form);
+
+// The key of a key file's bytes. What stands behind the key is ignored, and no
+// number is checked. Logs each field at level 3, private ones included. Throws
+// std::runtime_error "Expected std::string not found" where the bytes depart
+// from the form or end too early.
+std::unique_ptr<KeyMaterial> key_of_form(std::string_view file,
+                                         const KeyForm& form);
+
+}  // namespace tova_fw_builder

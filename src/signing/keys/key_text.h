@@ -1,0 +1,25 @@
+// signing/keys/key_text.h
+// Key files in memory, for programs that read keys of several kinds, or write
+// one.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "crypto/secret_buffer.h"
+#include "signing/keys/key_material.h"
+
+namespace tova_fw_builder {
+
+// The key of a key file's bytes, or null if they don't begin like one. Throws
+// as key_of_form does.
+std::unique_ptr<KeyMaterial> key_of_text(std::string_view file);
+
+// The bytes of the key file for `key`, in the pair form or the public one. An
+// exponent of one byte gets the form for one byte. `key` is only read.
+SecretBuffer text_of_key(KeyMaterial& key, bool public_only);
+
+// Whether the key has more than its public part.
+bool has_private_part(const KeyMaterial& key);
+
+}  // namespace tova_fw_builder
