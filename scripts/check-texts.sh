@@ -14,7 +14,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # The companion's rooms: its manual page tells of its texts.
-companion=(':!src/companion' ':!src/inspect')
+companion=(':!src/companion' ':!src/inspect' ':!src/outside_keys')
 
 # Literals, one a line, adjacent ones joined, line ends and surrounding blanks
 # cut off. literals errors: those of functions that throw or warn. literals

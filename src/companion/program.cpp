@@ -11,6 +11,7 @@
 #include "companion/ground/standard_output.h"
 #include "companion/ground/status.h"
 #include "companion/ground/trouble.h"
+#include "companion/key_command.h"
 #include "companion/show_command.h"
 #include "driver/ground/log.h"
 
@@ -24,6 +25,7 @@ constexpr AddCommand kCommands[] = {
     add_show_command,
     add_check_command,
     add_completion_command,
+    add_key_command,
 };
 
 // The command line as far as it was understood: "tova_fw" or "tova_fw show".

@@ -53,6 +53,8 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
     fail(error);
   }
   close(file);
+  // Without a buffer, no copy of private bytes stays behind in memory.
+  if (rights_ == Rights::kPrivate) out_.rdbuf()->pubsetbuf(nullptr, 0);
   out_.open(beside_, std::ios_base::binary);
 }
 

@@ -1,0 +1,27 @@
+// companion/ground/byte_text.h
+// Bytes as text, and back.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tova_fw_builder {
+
+// Two lower-case digits a byte.
+std::string hexadecimal(std::span<const std::uint8_t> bytes);
+
+// In one line, padded, as of RFC 4648.
+std::string base64(std::span<const std::uint8_t> bytes);
+
+// Both pass over white space anywhere, and take either case of digits. They
+// yield nothing for a text with any other character, or of no whole number of
+// bytes.
+std::optional<std::vector<std::uint8_t>> from_hexadecimal(
+    std::string_view text);
+std::optional<std::vector<std::uint8_t>> from_base64(std::string_view text);
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,237 @@
+// The command `key`: what a key is, and its conversion to and from the forms of
+// other programs.
+#include "companion/key_command.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+#include "companion/ground/byte_text.h"
+#include "companion/ground/json.h"
+#include "companion/ground/naming.h"
+#include "companion/ground/output_file.h"
+#include "companion/ground/trouble.h"
+#include "companion/key_input.h"
+#include "outside_keys/any_key.h"
+#include "outside_keys/outside_key.h"
+#include "signing/key_halves.h"
+#include "signing/keys/key_text.h"
+#include "signing/keys/public_key_hash.h"
+#include "signing/keys/sample_key.h"
+
+namespace tova_fw_builder {
+namespace {
+
+constexpr char kHalvesDiffer[] =
+    "its public and its private half don't belong together";
+
+struct KeyFacts {
+  std::string path;
+  bool pair;
+  bool halves_match;  // of a pair
+  int bits;
+  std::uint32_t exponent;
+  std::vector<std::uint8_t> modulus;  // most significant byte first
+  PublicKeyHash hash;
+  std::string problem;  // why no manifest can be signed with it
+};
+
+KeyFacts facts_of(const std::string& path, const KeyMaterial& key) {
+  KeyFacts facts = {
+      .path = path,
+      .pair = has_private_part(key),
+      .halves_match = halves_belong_together(key),
+      .bits = modulus_bits(key),
+      .exponent = exponent_of(key),
+      .modulus = {key.pub_modulus.rbegin(), key.pub_modulus.rend()},
+      .hash = digest_public_key(key),
+      .problem = {},
+  };
+  try {
+    require_manifest_key(key);
+  } catch (const std::runtime_error& error) {
+    facts.problem = error.what();
+  }
+  if (facts.pair && !facts.halves_match) {
+    facts.problem = kHalvesDiffer;
+  }
+  return facts;
+}
+
+void print_text(const KeyFacts& facts) {
+  std::cout << facts.path << ": " << (facts.pair ? "key pair" : "public key")
+            << "\n  bits      " << facts.bits << "\n  exponent  "
+            << facts.exponent << "\n  hash      " << hexadecimal(facts.hash)
+            << "\n  halves    ";
+  if (facts.pair) {
+    std::cout << (facts.halves_match ? "belong together"
+                                     : "DON'T belong together");
+  } else {
+    std::cout << "the public one alone";
+  }
+  std::cout << '\n';
+  if (is_sample_key(facts.hash)) {
+    std::cout
+        << "  This is the key of the sample: everyone has it. Never trust "
+           "it.\n";
+  }
+  if (!facts.problem.empty()) {
+    std::cout << "  No manifest can be signed with it: " << facts.problem
+              << '\n';
+  }
+}
+
+Json json_of(const KeyFacts& facts) {
+  Json key = {{"path", facts.path},
+              {"format", facts.pair ? "key-pair" : "public-key"},
+              {"bits", facts.bits},
+              {"exponent", facts.exponent},
+              {"modulus", hexadecimal(facts.modulus)},
+              {"public_key_hash", hexadecimal(facts.hash)},
+              {"halves_match", nullptr},
+              {"sample_key", is_sample_key(facts.hash)},
+              {"problems", Json::array()}};
+  if (facts.pair) key["halves_match"] = facts.halves_match;
+  if (!facts.problem.empty()) {
+    key["problems"].push_back({{"offset", 0}, {"text", facts.problem}});
+  }
+  return key;
+}
+
+struct ShowOptions {
+  std::vector<std::string> keys;
+  std::string passphrase_file;
+  bool json = false;
+};
+
+Status show_keys(const ShowOptions& options) {
+  Status status = Status::kYes;
+  Json files = Json::array();
+  for (const std::string& path : options.keys) {
+    try {
+      const KeyFacts facts =
+          facts_of(path, *load_key(path, options.passphrase_file));
+      if (!facts.problem.empty()) status = worse_of(status, Status::kNo);
+      if (options.json) {
+        files.push_back(json_of(facts));
+      } else {
+        print_text(facts);
+      }
+    } catch (const std::runtime_error& error) {
+      report_trouble("", error.what());
+      status = Status::kTrouble;
+    }
+  }
+  if (options.json) {
+    std::cout << json_text({{"schema", 1}, {"files", std::move(files)}});
+  }
+  return status;
+}
+
+struct ConvertOptions {
+  std::string from;
+  std::string to;
+  std::string passphrase_file;
+  bool public_only = false;
+};
+
+// The key that is asked for, whole: a converted key must work.
+std::unique_ptr<KeyMaterial> load_whole_key(const ConvertOptions& options) {
+  auto key = load_key(options.from, options.passphrase_file);
+  naming(options.from, [&] {
+    require_manifest_key(*key);
+    if (!has_private_part(*key)) {
+      if (!options.public_only) {
+        throw std::runtime_error(
+            "it holds a public key alone; take that with --public");
+      }
+    } else if (!halves_belong_together(*key)) {
+      throw std::runtime_error(kHalvesDiffer);
+    }
+    if (!numbers_hold(*key)) {
+      throw std::runtime_error(
+          "its numbers are not those of an RSA key of two primes");
+    }
+  });
+  return key;
+}
+
+using MakeText = SecretBuffer (*)(KeyMaterial& key, bool public_only);
+
+void convert(const ConvertOptions& options, MakeText make_text) {
+  const auto key = load_whole_key(options);
+  const SecretBuffer text = make_text(*key, options.public_only);
+  naming(options.to, [&] {
+    write_output_file(options.to,
+                      {reinterpret_cast<char*>(text.data()), text.size()},
+                      options.public_only ? OutputFile::Rights::kUsual
+                                          : OutputFile::Rights::kPrivate);
+  });
+}
+
+constexpr char kPassphraseHelp[] =
+    "Take the passphrase from the first line of FILE";
+
+void add_show(CLI::App& key, Status& status) {
+  CLI::App* show = key.add_subcommand(
+      "show",
+      "Bits, exponent, hash as loaders know it, and whether the halves "
+      "belong together");
+  const auto options = std::make_shared<ShowOptions>();
+  show->add_option("KEY", options->keys, "Key file, PEM or DER")->required();
+  show->add_option("--passphrase-file", options->passphrase_file,
+                   kPassphraseHelp)
+      ->type_name("FILE");
+  show->add_flag("--json", options->json, "Print one JSON document");
+  show->footer(
+      "Status 1: no manifest can be signed with a key.\n"
+      "Example:\n  tova_fw key show release.pem");
+  show->callback([options, &status] { status = show_keys(*options); });
+}
+
+void add_conversion(CLI::App& command, const char* from, MakeText make_text) {
+  const auto options = std::make_shared<ConvertOptions>();
+  command.add_option("KEY", options->from, from)->required();
+  command.add_option("-o,--output", options->to, "The file to write")
+      ->type_name("FILE")
+      ->required();
+  command.add_flag("--public", options->public_only, "The public half alone");
+  command
+      .add_option("--passphrase-file", options->passphrase_file,
+                  kPassphraseHelp)
+      ->type_name("FILE");
+  command.callback([options, make_text] { convert(*options, make_text); });
+}
+
+}  // namespace
+
+void add_key_command(CLI::App& program, Status& status) {
+  CLI::App* key = program.add_subcommand(
+      "key", "Show keys, and convert them to and from PEM");
+  key->require_subcommand(1);
+  add_show(*key, status);
+  if (!outside_keys_are_known()) {
+    key->footer(
+        "This tova_fw was built without OpenSSL: import, export, PEM "
+        "and DER are left out.");
+    return;
+  }
+  CLI::App* import =
+      key->add_subcommand("import", "Make a key file of a PEM or DER key");
+  add_conversion(*import, "PEM or DER, also encrypted", text_of_key);
+  import->footer(
+      "Only RSA keys of 2048 bits are taken, with the exponent 65537 or an "
+      "odd\n"
+      "one of one byte. Private key files get mode 0600.\n"
+      "Example:\n  tova_fw key import release.pem -o release.key");
+  CLI::App* export_command =
+      key->add_subcommand("export", "Make a PEM key of a key file");
+  add_conversion(*export_command, "Key file", pem_of_key);
+  export_command->footer(
+      "The PEM is not encrypted; private ones get mode 0600.\n"
+      "Example:\n  tova_fw key export release.key --public -o release.pem");
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,120 @@
+// Keys of any form: the form is told by the first bytes.
+#include "outside_keys/any_key.h"
+
+#include <algorithm>
+#include <bit>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+#include "driver/ground/files.h"
+#include "driver/ground/numbers.h"
+#include "outside_keys/outside_key.h"
+#include "signing/keys/key_text.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+std::optional<PublicKeyHash> hash_in_hexadecimal(std::string_view text) {
+  PublicKeyHash hash{};
+  if (text.size() != 2 * hash.size()) return std::nullopt;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const int digit = hex_digit_value(text[i]);
+    if (digit < 0) return std::nullopt;
+    hash[i / 2] = static_cast<std::uint8_t>(hash[i / 2] << 4 | digit);
+  }
+  return hash;
+}
+
+// read_start's message names the file; that is for the caller to do.
+std::size_t read_bytes(const std::string& path, const SecretBuffer& bytes) {
+  try {
+    return read_start(path, {bytes.data(), bytes.size()});
+  } catch (const std::runtime_error&) {
+    throw std::runtime_error("cannot be read");
+  }
+}
+
+std::unique_ptr<KeyMaterial> key_of_file(std::string_view text) {
+  try {
+    return key_of_text(text);
+  } catch (const std::runtime_error&) {
+    throw std::runtime_error("the key file is damaged or cut off");
+  }
+}
+
+SecretBuffer first_bytes(const SecretBuffer& bytes, std::size_t length) {
+  SecretBuffer first(length);
+  std::copy_n(bytes.data(), length, first.data());
+  return first;
+}
+
+}  // namespace
+
+SecretBuffer read_secret_file(const std::string& path) {
+  const SecretBuffer bytes(kLongestKeyFile + 1);
+  const std::size_t length = read_bytes(path, bytes);
+  if (length > kLongestKeyFile) throw std::runtime_error("is too long");
+  return first_bytes(bytes, length);
+}
+
+SecretBuffer read_passphrase_file(const std::string& path) {
+  const SecretBuffer bytes = read_secret_file(path);
+  const std::uint8_t* begin = bytes.data();
+  const std::uint8_t* line_end = std::find(begin, begin + bytes.size(), '\n');
+  return first_bytes(bytes, static_cast<std::size_t>(line_end - begin));
+}
+
+std::unique_ptr<KeyMaterial> load_any_key(const std::string& path,
+                                          const SecretBuffer* passphrase) {
+  const SecretBuffer file = read_secret_file(path);
+  const std::span<const std::uint8_t> bytes(file.data(), file.size());
+  const std::string_view text(reinterpret_cast<char*>(file.data()),
+                              file.size());
+  if (auto key = key_of_file(text)) return key;
+  return read_outside_key(bytes, passphrase, path);
+}
+
+std::uint32_t exponent_of(const KeyMaterial& key) {
+  std::uint32_t exponent = 0;
+  for (std::size_t i = key.pub_exponent.size(); i-- > 0;) {
+    exponent = exponent << 8 | key.pub_exponent[i];
+  }
+  return exponent;
+}
+
+int modulus_bits(const KeyMaterial& key) {
+  std::size_t size = key.pub_modulus.size();
+  while (size > 0 && key.pub_modulus[size - 1] == 0) --size;
+  if (size == 0) return 0;
+  const int top = std::bit_width(key.pub_modulus[size - 1]);
+  return static_cast<int>(8 * (size - 1)) + top;
+}
+
+void require_manifest_key(const KeyMaterial& key) {
+  const int bits = modulus_bits(key);
+  if (bits != 2048) {
+    throw std::runtime_error("its modulus has " + std::to_string(bits) +
+                             " bits; manifests take 2048");
+  }
+  if (key.pub_modulus[0] % 2 == 0) {
+    throw std::runtime_error("its modulus is even, so this is no RSA key");
+  }
+  const std::uint32_t exponent = exponent_of(key);
+  if (exponent == 65537) return;
+  if (exponent > 255 || exponent < 3 || exponent % 2 == 0) {
+    throw std::runtime_error(
+        "its exponent is " + std::to_string(exponent) +
+        "; manifests take 65537, or an odd one of one byte from 3 on");
+  }
+}
+
+PublicKeyHash trusted_key_hash(const std::string& text) {
+  if (const auto hash = hash_in_hexadecimal(text)) return *hash;
+  const auto key = load_any_key(text);
+  require_manifest_key(*key);
+  return digest_public_key(*key);
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,42 @@
+// outside_keys/outside_key.h
+// RSA keys as PEM and DER. In a build without OpenSSL's libcrypto all but
+// outside_keys_are_known throw std::runtime_error "this tova_fw was built
+// without OpenSSL, and knows no PEM and no DER".
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+#include "crypto/secret_buffer.h"
+#include "signing/keys/key_material.h"
+
+namespace tova_fw_builder {
+
+bool outside_keys_are_known();
+
+// Reads an RSA key of 2048 bits: PEM or DER of PKCS#1, PKCS#8 or
+// SubjectPublicKeyInfo. A private key fills both parts of the result, a public
+// one the public part alone; the numbers are not compared.
+//
+// An encrypted key is opened with `passphrase`. If that is null, it is asked
+// for on the terminal, with `name` in the prompt. Of a passphrase, 1023 bytes
+// count.
+//
+// Throws std::runtime_error with the reason: no key, a certificate, no or a
+// wrong passphrase, another kind of key, another length, a number that has no
+// room in a key file.
+std::unique_ptr<KeyMaterial> read_outside_key(
+    std::span<const std::uint8_t> bytes, const SecretBuffer* passphrase,
+    const std::string& name);
+
+// The key as PEM: PKCS#8, or SubjectPublicKeyInfo of the public part.
+SecretBuffer pem_of_key(KeyMaterial& key, bool public_only);
+
+// Whether the numbers are those of an RSA key: of the private part, if there
+// is one, that primes, modulus, exponents and coefficient belong together,
+// else that the modulus can be one.
+bool numbers_hold(KeyMaterial& key);
+
+}  // namespace tova_fw_builder
