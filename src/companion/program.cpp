@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "companion/attach_command.h"
 #include "companion/check_command.h"
 #include "companion/completion_command.h"
 #include "companion/ground/standard_output.h"
@@ -13,6 +14,7 @@
 #include "companion/ground/trouble.h"
 #include "companion/key_command.h"
 #include "companion/show_command.h"
+#include "companion/to_sign_command.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -22,10 +24,8 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
-    add_show_command,
-    add_check_command,
-    add_completion_command,
-    add_key_command,
+    add_show_command,    add_check_command,  add_key_command,
+    add_to_sign_command, add_attach_command, add_completion_command,
 };
 
 // The command line as far as it was understood: "tova_fw" or "tova_fw show".

@@ -1,0 +1,40 @@
+// companion/manifest_input.h
+// Manifests that are to be signed outside.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "image/image.h"
+
+namespace CLI {
+class App;
+}
+
+namespace tova_fw_builder {
+
+// The bytes of a manifest's file, of which one more than a manifest can have
+// is enough. Throws std::runtime_error "cannot be read".
+std::vector<std::uint8_t> read_manifest_bytes(const std::string& path);
+
+// The manifest of these bytes, with the debug mark if `debug`; without, the
+// mark stays as it is.
+//
+// Takes only what a signature covers as `sign` makes it. Throws
+// std::runtime_error for anything but a manifest of generation 1.5, for a
+// header_len other than 161, which moves the bytes that are covered, and for a
+// file that is shorter than its `size`, or longer by more than zeros.
+std::unique_ptr<ImageManifest> manifest_to_sign(
+    const std::vector<std::uint8_t>& bytes, bool debug);
+
+// Says on the standard error that a release signature is about to cover a debug
+// mark, which `sign` does, too. `bytes` are what manifest_to_sign has taken.
+void note_debug_mark(const std::string& path,
+                     const std::vector<std::uint8_t>& bytes, bool debug);
+
+// Adds --debug and --release, of which one is to be given, and sets `debug`.
+void add_kind_of_signature(CLI::App& command, bool& debug);
+
+}  // namespace tova_fw_builder

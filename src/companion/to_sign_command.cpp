@@ -1,0 +1,102 @@
+// The command `to-sign`. Signers differ in how much of the work they do: some
+// hash the message themselves, some take a digest, and some pad and sign what
+// they are given, which then has to name the digest's algorithm, too.
+#include "companion/to_sign_command.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "companion/ground/byte_text.h"
+#include "companion/ground/naming.h"
+#include "companion/ground/output_file.h"
+#include "companion/manifest_input.h"
+#include "signing/signature_padding.h"
+
+namespace tova_fw_builder {
+namespace {
+
+struct Options {
+  std::string manifest;
+  std::string form = "message";
+  std::string output;
+  bool debug = false;
+  bool hexadecimal = false;
+  bool base64 = false;
+};
+
+std::vector<std::uint8_t> bytes_to_sign(ImageManifest& manifest,
+                                        const std::string& form) {
+  if (form == "message") {
+    std::vector<std::uint8_t> message;
+    for (const auto part : manifest.signed_parts()) {
+      message.insert(message.end(), part.begin(), part.end());
+    }
+    return message;
+  }
+  // The block to sign begins with the DigestInfo, last byte first, and that
+  // ends with the digest.
+  const RsaBlock block = block_to_sign(manifest);
+  const std::size_t length = form == "digest" ? kDigestBytes : kDigestInfoBytes;
+  return {block.rend() - static_cast<std::ptrdiff_t>(length), block.rend()};
+}
+
+std::string text_of(const std::vector<std::uint8_t>& bytes,
+                    const Options& options) {
+  if (options.hexadecimal) return hexadecimal(bytes) + '\n';
+  if (options.base64) return base64(bytes) + '\n';
+  return {bytes.begin(), bytes.end()};
+}
+
+void write_bytes_to_sign(const Options& options) {
+  const std::string text = naming(options.manifest, [&] {
+    const auto file = read_manifest_bytes(options.manifest);
+    const auto manifest = manifest_to_sign(file, options.debug);
+    note_debug_mark(options.manifest, file, options.debug);
+    return text_of(bytes_to_sign(*manifest, options.form), options);
+  });
+  if (options.output.empty()) {
+    std::cout << text;
+  } else {
+    naming(options.output, [&] { write_output_file(options.output, text); });
+  }
+}
+
+}  // namespace
+
+void add_to_sign_command(CLI::App& program, Status&) {
+  CLI::App* command = program.add_subcommand(
+      "to-sign", "Write what a signer outside has to sign");
+  const auto options = std::make_shared<Options>();
+  command->add_option("MANIFEST", options->manifest, "Manifest of a 1.5 image")
+      ->required();
+  add_kind_of_signature(*command, options->debug);
+  command
+      ->add_option("--as", options->form,
+                   "message: for signers that hash it themselves\n"
+                   "digest: 32 bytes of SHA-256\n"
+                   "digest-info: the digest and its algorithm in DER, for a "
+                   "raw RSA mechanism")
+      ->check(CLI::IsMember({"message", "digest", "digest-info"}))
+      ->capture_default_str();
+  command
+      ->add_option("-o,--output", options->output,
+                   "The file to write; else the standard output")
+      ->type_name("FILE");
+  auto* hexadecimal_flag = command->add_flag("--hex", options->hexadecimal,
+                                             "Write hexadecimal digits");
+  command->add_flag("--base64", options->base64, "Write base64")
+      ->excludes(hexadecimal_flag);
+  command->footer(
+      "The signature has to be RSASSA-PKCS1-v1_5 with SHA-256. Put it into "
+      "the\n"
+      "manifest with tova_fw attach.\n"
+      "Example:\n"
+      "  tova_fw to-sign firmware.man --release |\n"
+      "    openssl dgst -sha256 -sign release.pem -out firmware.sig");
+  command->callback([options] { write_bytes_to_sign(*options); });
+}
+
+}  // namespace tova_fw_builder
