@@ -49,6 +49,7 @@ for work in "$@"; do
       ;;
     test)
       need libgtest-dev has_header gtest/gtest.h
+      need jq has_command jq
       need make has_command make
       need openssl has_command openssl
       need valgrind has_command valgrind
