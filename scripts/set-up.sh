@@ -66,6 +66,8 @@ for work in "$@"; do
       need mandoc has_command mandoc
       need zsh has_command zsh
       need fish has_command fish
+      need softhsm2 has_command softhsm2-util
+      need opensc has_command pkcs11-tool
       need python3-jsonschema python3 -c 'import jsonschema'
       ;;
     coverage)
