@@ -39,6 +39,14 @@ quietly() {
 quietly openssl genrsa -traditional -out "$pem" 2048
 quietly openssl rsa -in "$pem" -pubout -out "$work/public"
 
+# tova_fw does the rest where it is installed, and built with OpenSSL.
+if tova_fw key import "$pem" -o "$name-pair.key" 2>/dev/null; then
+  umask "$public_umask"
+  quietly tova_fw key import "$pem" --public -o "$name-public.key"
+  cat "$work/public" >"$name-public.pem"
+  exit
+fi
+
 # Modulus, exponent, d, p, q and the three numbers that speed up the private
 # operation, in this order, most significant byte first.
 mapfile -t numbers < <(
