@@ -12,10 +12,12 @@
 
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
+#include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
-#include "companion/trusted_key.h"
+#include "companion/key_store.h"
 #include "inspect/check/check.h"
 #include "inspect/field.h"
+#include "outside_keys/any_key.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -85,7 +87,8 @@ CheckOptions check_options(const Options& options) {
   CheckOptions wanted;
   wanted.release = options.release;
   for (const std::string& text : options.trust) {
-    wanted.trusted.push_back(trusted_key_hash(text));
+    wanted.trusted.push_back(
+        naming(text, [&] { return trusted_key_hash(text); }));
   }
   if (!options.key_list.empty()) {
     wanted.key_store = key_store_of(options.key_list);

@@ -59,9 +59,13 @@ has out ' at 0x2b8: only 0 of 6 module entries can be shown'
 # A pipe has no places to go to.
 "$tool" show <(cat gen-3.0/firmware.bin) | grep -q 'generation 3.0' ||
   die "a pipe isn't read"
-# A big file is read in pieces: there is no memory for all of it.
+# A big file is read in pieces: there is no memory for all of it. A build with
+# sanitizers can't run with so little.
 truncate -s 256M gen-3.0/firmware.bin
-(ulimit -v 100000 && "$tool" show --json gen-3.0/firmware.bin >../out)
+limited() { (ulimit -v 100000 && "$tool" "$@"); }
+if limited --version >../out 2>&1; then
+  limited show --json gen-3.0/firmware.bin >../out || die "no memory for 256 MiB"
+fi
 rm gen-3.0/firmware.bin
 
 # Wrong words, and outputs that can't be written.

@@ -1,12 +1,10 @@
-#include "companion/trusted_key.h"
+#include "companion/key_store.h"
 
-#include <charconv>
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <string_view>
 
-#include "signing/keys/key_file.h"
 #include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {
@@ -40,24 +38,6 @@ class WorkingDirectory {
 };
 
 }  // namespace
-
-PublicKeyHash trusted_key_hash(const std::string& text) {
-  PublicKeyHash hash{};
-  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
-  if (text.size() == 2 * hash.size() &&
-      text.find_first_not_of(kDigits) == text.npos) {
-    for (std::size_t i = 0; i < hash.size(); ++i) {
-      const char* digits = text.data() + 2 * i;
-      std::from_chars(digits, digits + 2, hash[i], 16);
-    }
-    return hash;
-  }
-  try {
-    return digest_public_key(*load_key_file(text));
-  } catch (const std::exception& error) {
-    throw std::runtime_error(text + ": " + reason_of(error));
-  }
-}
 
 std::string key_store_of(const std::string& list) {
   try {
