@@ -1,4 +1,4 @@
-# One way to make a library and a test, so that warnings, include roots and
+# One way to make a library, a program and a test, so that warnings, include roots and
 # sanitizers are the same everywhere.
 
 add_library(tova_options INTERFACE)

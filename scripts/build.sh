@@ -7,11 +7,11 @@ cd "$(dirname "$0")/.."
 source scripts/quietly.sh
 
 test=
-if [[ $1 == --test ]]; then
+if [[ ${1:-} == --test ]]; then
   test=yes
   shift
 fi
-preset=$1
+preset=${1:?usage: build.sh [--test] PRESET [CMAKE ARGUMENT...]}
 shift
 
 echo "Configuring ($preset), log in build/$preset-configure.log"

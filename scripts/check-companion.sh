@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/build-tool.sh
+scripts/build.sh tool
 tools=$PWD/build/tool/src
 export PATH=$tools/companion:$PATH
 sample=$PWD/examples/audio_firmware

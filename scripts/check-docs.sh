@@ -76,7 +76,7 @@ check_in_ci() {
   while IFS= read -r line; do
     line=${line%%  *#*}
     [[ -z $line ]] ||
-      grep -hv '^ *#' .ci/run */*.sh tests/*/*.sh |
+      grep -hv '^ *#' .ci/run ./*/*.sh tests/*/*.sh |
         grep -F -- "$line" >/dev/null ||
       die "not run in CI: $line"
   done <"$copy/block"

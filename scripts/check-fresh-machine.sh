@@ -31,7 +31,7 @@ echo "== as nobody, who may not install"
   inside 'setpriv --reuid=65534 --regid=65534 --clear-groups ./run-demo.sh' 2>&1 ||
     true
 } |
-  grep -x 'Please install these packages first: g++ cmake ninja-build'
+  grep '^Please install these packages first: g++ cmake ninja-build '
 echo "== the demo"
 inside 'time ./run-demo.sh'
 echo "== the tests"
@@ -44,9 +44,9 @@ inside 'time (./run-demo.sh && ./run-tests.sh)'
 }
 
 echo "== the package"
-scripts/set-up.sh check
+scripts/set-up.sh build companion check
 scripts/check-package.sh
-cp build/tova-fw-builder_*.deb "$root/tmp/"
+cp build/tova-fw*.deb "$root/tmp/"
 inside 'apt-get -qq install -y --no-install-recommends man-db /tmp/*.deb \
   >/dev/null && cd / && tova_fw_builder hash_key pub \
   /checkout/examples/audio_firmware/keys/test-key-public.key &&

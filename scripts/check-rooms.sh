@@ -2,9 +2,12 @@
 # Holds the includes of src/ to what the rooms' CMakeLists.txt say. A room is a
 # folder with a tova_room; its folder internal/ belongs to it and is closed to
 # all others. Fails when a file includes from a room that its own doesn't name
-# under USES, when USES names a room for nothing, and when rooms or files
-# include each other in a circle. A folder is found by name: an include without
-# one, with dots, or of a macro fails. A source and its header count as one file.
+# under USES, when USES names a room for nothing, when rooms or files include
+# each other in a circle (a source and its header count as one file), and when a
+# foreign library is included outside the room that it stands behind.
+#
+# Includes are read as text, so they have one form: #include at the start of a
+# line, and "FOLDER/FILE.h" from src/ or <...> for what is not of this tree.
 set -euo pipefail
 cd "$(dirname "$0")/../src"
 
@@ -13,32 +16,45 @@ fail() {
   echo "$*" >&2
   status=1
 }
+files() { git ls-files -z --cached --others --exclude-standard -- "$@"; }
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # USER USED for each room, out of the words behind USES.
-git ls-files --cached --others --exclude-standard -- '*CMakeLists.txt' |
-  while IFS= read -r list; do
-    awk -v room="${list%/CMakeLists.txt}" '
-      /^tova_room\(/ { inside = 1 }
-      inside {
-        ends = sub(/\).*/, "")
-        for (i = 1; i <= NF; ++i) {
-          if (uses) print room, $i
-          if ($i == "USES") uses = 1
-        }
-        if (ends) exit
-      }' "$list"
-  done | sort -u >"$work/declared"
+files '*CMakeLists.txt' | while IFS= read -rd '' list; do
+  awk -v room="${list%/CMakeLists.txt}" '
+    /^tova_room\(/ { inside = 1 }
+    inside {
+      ends = sub(/\).*/, "")
+      for (i = 1; i <= NF; ++i) {
+        if (uses) print room, $i
+        if ($i == "USES") uses = 1
+      }
+      if (ends) exit
+    }' "$list"
+done | sort -u >"$work/declared"
 
-# FILE INCLUDED for each include of the tree's own files: "...", or <...> that
-# begins with one of its folders.
+# What would get past the text.
+while IFS= read -r line; do
+  fail "$line: not the one form of an include"
+done < <(files '*.h' '*.cpp' |
+  xargs -0 grep -HnE '(#|%:|\?\?=).*(include|import)|(#|%:|\?\?=).*\\$' |
+  grep -vE ':#include ("([a-z0-9_]+/)+[a-z0-9_]+\.h"|<[A-Za-z0-9_][A-Za-z0-9_/.+-]*>)( +//.*)?$')
+while IFS= read -rd '' file; do
+  fail "$file: sources end in .cpp and headers in .h"
+done < <(files '*.c' '*.cc' '*.cxx' '*.c++' '*.hh' '*.hpp' '*.hxx' '*.inc' \
+  '*.ipp' '*.tpp' '*.def')
+while IFS= read -r line; do
+  fail "src/$line: a room is joined to others by USES alone"
+done < <(files '*CMakeLists.txt' | xargs -0 grep -HnE \
+  '\.\./|-include|target_link_libraries\(.*[ (]tova_[a-z_]+.* tova_(driver|crypto|input|definitions|layout|signing|image|tools|inspect|companion)')
+
+# FILE INCLUDED for each include of the tree's own files, also in <...>.
 folders=$(printf '%s|' */)
-git ls-files -z --cached --others --exclude-standard -- '*.h' '*.cpp' |
-  xargs -0 grep -HE '^[[:space:]]*#[[:space:]]*(include|import)' |
-  sed -E 's/:[^:]*(include|import)[[:space:]]*/ /' |
-  grep -E " ([^<]|<(${folders%|}))" >"$work/includes"
+files '*.h' '*.cpp' | xargs -0 grep -HE '^#include ' |
+  sed -E 's/:#include (["<][^">]*[">]).*/ \1/' |
+  grep -E " (\"|<(${folders%|}))" | tr -d '"<>' >"$work/includes"
 
 room_of() {
   local room=${1%/*}
@@ -46,11 +62,6 @@ room_of() {
 }
 
 while read -r file include; do
-  [[ $include =~ ^\"([a-z0-9_]+/)+[a-z0-9_]+\.h\"$ ]] || {
-    fail "$file: an include must be \"FOLDER/FILE.h\": $include"
-    continue
-  }
-  include=${include//\"/}
   room=$(room_of "$file")
   used=$(room_of "$include")
   echo "${file%.*} ${include%.*}" >>"$work/files"
@@ -83,9 +94,7 @@ foreign() {  # foreign ROOM PATTERN: PATTERN is included in ROOM alone
   while IFS= read -r file; do
     [[ $(room_of "$file") == "$1" ]] ||
       fail "$file: $2 may be included in src/$1 alone"
-  done < <(git ls-files -z --cached --others --exclude-standard \
-    -- '*.h' '*.cpp' |
-    xargs -0 grep -lE "^[[:space:]]*#[[:space:]]*include[[:space:]]*[<\"]$2")
+  done < <(files '*.h' '*.cpp' | xargs -0 grep -lE "^#include [<\"]$2")
 }
 foreign companion/ground 'nlohmann/'
 foreign companion 'CLI/'

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Everything that is said about the text of the tree without running it:
 # clang-format, shellcheck, clang-tidy, who includes whom, and the error texts
-# of the papers. clang-tidy needs the compile commands of the sanitize preset.
+# of the papers. clang-tidy takes the compile commands of the sanitize preset and
+# what its build makes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-source scripts/quietly.sh
 
 files() { git ls-files -z --cached --others --exclude-standard -- "$@"; }
 
@@ -13,7 +13,7 @@ files '*.sh' .ci/run | xargs -0 shellcheck -x
 scripts/check-rooms.sh
 scripts/check-texts.sh
 
-quietly sanitize-configure cmake --preset sanitize
+scripts/build.sh sanitize
 files 'src/*.cpp' |
   xargs -0 -n 4 -P "$(nproc)" clang-tidy -p build/sanitize --quiet 2>/dev/null
 echo "The texts of the tree hold"

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/quietly.sh
 
-scripts/set-up.sh build test coverage
+scripts/set-up.sh build companion test coverage
 build=$PWD/build/coverage
 profiles=$build/profiles
 rm -rf "$profiles"
@@ -24,7 +24,8 @@ quietly coverage-test ctest --test-dir "$build" --output-on-failure \
 find "$profiles" -name '*.profraw' >"$profiles/list"
 llvm-profdata merge -sparse -failure-mode=all -f "$profiles/list" \
   -o "$profiles/all" 2>"$profiles/remarks"
-programs=("$build/src/driver/tova_fw_builder")
+programs=("$build/src/driver/tova_fw_builder"
+  -object "$build/src/companion/tova_fw")
 while read -r program; do
   programs+=(-object "$program")
 done < <(find "$build/tests" -type f -perm -u+x)

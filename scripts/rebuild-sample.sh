@@ -6,12 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/quietly.sh
 
-if ! command -v arm-none-eabi-gcc >/dev/null; then
-  echo "Please install these packages first:" \
-    "gcc-arm-none-eabi binutils-arm-none-eabi" >&2
-  exit 1
-fi
-scripts/set-up.sh build
+scripts/set-up.sh build companion sample
 scripts/build.sh tool
 quietly install cmake --install build/tool --prefix build/prefix
 

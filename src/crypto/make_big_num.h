@@ -2,6 +2,8 @@
 // Big numbers from byte arrays.
 #pragma once
 
+#include <cstdint>
+
 #include "crypto/secret_buffer.h"
 
 namespace tova_fw_builder {

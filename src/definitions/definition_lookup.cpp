@@ -22,10 +22,6 @@ std::string canonical_path(const std::string& name) {
   return path.string();
 }
 
-void log_attempt(const char* outcome, const std::string& name) {
-  log_detail(outcome, name);
-}
-
 }  // namespace
 
 std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
@@ -44,10 +40,10 @@ std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
                                               const std::string& name) {
   std::shared_ptr<std::ifstream> in = try_open_input(name);
   if (!in->is_open()) {
-    log_attempt("Image not found in : ", name);
+    log_detail("Image not found in : ", name);
     return in;
   }
-  log_attempt("Image def file found : ", name);
+  log_detail("Image def file found : ", name);
   map.dir_stack.push_back(current_directory());
   // Without a directory part this fails, which leaves the directory as it is.
   std::error_code ignored;

@@ -3,7 +3,6 @@
 #include "definitions/definition_reader.h"
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>

@@ -2,6 +2,7 @@
 // From the command line to one command and an exit status.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>

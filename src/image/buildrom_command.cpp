@@ -4,7 +4,6 @@
 
 #include <fstream>
 #include <memory>
-#include <optional>
 
 #include "driver/ground/log.h"
 #include "layout/build_core.h"

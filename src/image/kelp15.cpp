@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <ctime>
 #include <stdexcept>
 
 #include "crypto/sha_hash.h"

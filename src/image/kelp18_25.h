@@ -5,7 +5,10 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <string>
 
 #include "image/image.h"
 #include "image/records/metadata_extension.h"

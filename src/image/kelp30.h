@@ -3,6 +3,9 @@
 // nothing in the manifest.
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "image/image.h"
 
 namespace tova_fw_builder {

@@ -20,7 +20,7 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
                               std::uint32_t file_base);
 
 // The log form, several lines, the last one without a newline. Leaves the
-// stream in decimal.
+// stream in hexadecimal.
 void print_module_entry(std::ostream& out, const ModuleEntry& entry);
 
 }  // namespace tova_fw_builder

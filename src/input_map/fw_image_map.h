@@ -32,7 +32,7 @@ struct FwImageMap {
     bool readonly = false;
     bool code = false;
     bool data = false;
-    bool on_demand = false;  // no section table can set it
+    bool on_demand = false;  // of no effect: no section table can set it
 
     // The ELF file, one stream for all of its sections, or the memory stream
     // of a stream section. It outlives the map.

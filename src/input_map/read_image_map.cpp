@@ -1,5 +1,6 @@
-// Reading of one ELF's files into the map. The order of the steps shows when
-// one of them fails: the tables are opened ahead of the symbols.
+// Reading of one ELF's files into the map, apart from the map since the readers
+// know it. The order of the steps shows when one of them fails: the tables are
+// opened ahead of the symbols.
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "input_map/fw_image_map.h"

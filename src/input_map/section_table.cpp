@@ -1,6 +1,6 @@
 // The section table. Each section stands on two lines, so the scanner is a
-// small machine; its state is the map's `parse_state`. The reader would get
-// the end of the text wrong: it counts as one more line, which can complete a
+// small machine; its state is the map's `parse_state`. Easily misread: the
+// end of the text counts as one more line, which can complete a
 // section whose flag line is missing.
 #include "input_map/section_table.h"
 
@@ -126,7 +126,7 @@ void read_section_table(FwImageMap& map, std::istream& table,
         map.parse_state = kEntryLine;
     }
   }
-  log_detail("");
+  log_detail();
 }
 
 std::uint32_t parse_alignment(std::string_view text) {

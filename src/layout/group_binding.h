@@ -17,7 +17,7 @@ namespace tova_fw_builder {
 // page count included, and the `entry` of its entry point section. Otherwise
 // its order and what it has of `flags` stay.
 //
-// `flags` takes bits 0 to 6 from the first bound header with any flag; then bit
+// `flags` takes bits 0 to 5 from the first bound header with any flag; then bit
 // 6 becomes the group's `on_demand`, and bit 2 is cleared if not `loadable`,
 // which says that the module isn't built in.
 //

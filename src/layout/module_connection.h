@@ -19,9 +19,9 @@ void connect_modules(FwOutMap& map, const FwImageMap& image_map);
 
 // Binds the groups of one module, drops absent optional sections and groups
 // that are empty then, and takes `entry_point` from each complete .text group
-// (not for kind 2) and, for a module of type 0, `stack_size` in pages from each
-// complete .bss group; the last group counts. Section types are checked unless
-// in ROM mode.
+// (not for a library) and, for a module of type 0, `stack_size` in pages from
+// each complete .bss group; the last group counts. Section types are checked
+// unless in ROM mode.
 //
 // Throws std::runtime_error "Connecting NAME failed: TEXT", where TEXT is that
 // of attach_group or "No entrypoint defined for module NAME".

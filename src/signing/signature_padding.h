@@ -3,6 +3,8 @@
 // least significant byte first.
 #pragma once
 
+#include <cstddef>
+
 #include "crypto/rsa_key.h"
 #include "image/image.h"
 

@@ -9,8 +9,8 @@ namespace tova_fw_builder {
 // Appends every file that a "bin" line of the package descriptor names to
 // `out_file`, in the order of the lines, with nothing between them. The second
 // word of the line is the path, relative to the working directory; all other
-// text is ignored. Lines are read by a LineReader, so a line of more
-// than 1023 characters is the last one.
+// text is ignored. Lines are read by a LineReader, so a line of more than 1023
+// characters is the last one.
 //
 // Throws std::runtime_error "Failed to open file: " and the path for a
 // descriptor or a listed file that can't be opened, also for the empty path of

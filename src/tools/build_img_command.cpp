@@ -10,6 +10,7 @@
 #include <limits>
 #include <optional>
 #include <stdexcept>
+#include <system_error>
 
 #include "crypto/sha_hash.h"
 #include "driver/ground/byte_dump.h"
@@ -151,7 +152,6 @@ void append_numbers(Run& run, std::streamsize width) {
       const Le32 bytes = number;
       run.out.write(reinterpret_cast<const char*>(&bytes), width);
     } else {
-      run.line.clear();
       run.line.clear();
       run.line.word();
     }

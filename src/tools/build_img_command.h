@@ -21,10 +21,10 @@ namespace tova_fw_builder {
 //   sha NAME       append the SHA-256 of the file, 32 bytes
 //
 // Lines that are empty, begin with "#" or with another word do nothing. Lines
-// are read by a LineReader, so one of more than 1023 characters is the
-// last. An operand that is not there leaves the word before it as the name;
-// what is no number is passed over, and is 0 in `offset`. A number of more
-// than 32 bits counts as none, and the word behind it is passed over.
+// are read by a LineReader, so one of more than 1023 characters is the last. An
+// operand that is not there leaves the word before it as the name; what is no
+// number is passed over, and is 0 in `offset`. A number of more than 32 bits
+// counts as none, and the word behind it is passed over.
 //
 // Throws std::runtime_error, with what was written so far left in place and
 // no table written:

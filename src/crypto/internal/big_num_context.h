@@ -3,6 +3,8 @@
 // sources alone.
 #pragma once
 
+#include <cstdint>
+
 #include "crypto/internal/digits.h"
 #include "crypto/internal/zels_context.h"
 

@@ -2,6 +2,8 @@
 // Powers modulo N, three ways. For the library's sources alone.
 #pragma once
 
+#include <cstdint>
+
 #include "crypto/internal/montgomery.h"
 
 namespace tova_fw_builder {

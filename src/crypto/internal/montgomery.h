@@ -12,6 +12,8 @@
 // can be summed before a carry has to go on; it is about twice as fast.
 #pragma once
 
+#include <cstdint>
+
 #include "crypto/internal/digits.h"
 
 namespace tova_fw_builder {

@@ -3,6 +3,8 @@
 // and its test of constant time.
 #pragma once
 
+#include <cstdint>
+
 #include "crypto/internal/montgomery.h"
 #include "crypto/internal/zels_context.h"
 

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
+#include <system_error>
 #include <vector>
 
 namespace tova_fw_builder {

@@ -7,6 +7,7 @@
 // std::ofstream and never tested.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <functional>

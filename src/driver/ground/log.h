@@ -23,7 +23,8 @@ void set_log_level(int level);
 // text and one newline to the standard output, flushed, when it ends. The text
 // may hold newlines of its own. A failing standard output loses the text
 // without a word, and all later lines: where it is closed, a file opened later
-// may have got its number. So every command logs ahead of opening a file.
+// may have got its number. So a command that logs does so ahead of opening its
+// outputs.
 class LogLine {
  public:
   explicit LogLine(int level);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <ostream>
 #include <type_traits>
