@@ -35,6 +35,7 @@ says() {  # says RESULT ID TEXT: one of the lines
 # Where a field stands is looked up.
 bytes() {  # bytes FILE OFFSET HEX: puts them there
   local text
+  # shellcheck disable=SC2001 # each pair of digits
   text=$(sed 's/../\\x&/g' <<<"$3")
   # shellcheck disable=SC2059 # \x and digits
   printf "$text" | dd of="$1" bs=1 seek="$(($2))" conv=notrunc status=none
@@ -74,7 +75,7 @@ check 0 '' --summary .
 
 # What can't be read or is of no image is named, and the rest is checked.
 check 2 '' nothing firmware.bin.txt firmware.man.signed
-says ok signature "made with the key $(sed 's/../&/16;q' <<<966d4e58)"
+says ok signature 'made with the key 966d4e58'
 check 2 '' firmware.bin
 check 2 '' ../rom
 check 2 '' --trust firmware.bin firmware.man.signed
@@ -171,14 +172,23 @@ TABLE
 unset row
 
 # A flipped byte in the contents of each module, first and last.
-for place in 1.5:firmware.bin:0 1.5:firmware.bin:24575 1.5:_04:0 1.5:_04:8191 \
-  1.5:_05:4096 1.5:_06:4095 1.8:firmware.bin:30720 1.8:firmware.bin:55295 \
-  1.8:firmware.bin:63488 1.8:firmware.bin:104447; do
-  IFS=: read -r generation name offset <<<"$place"
-  file=("made/gen-$generation"/firmware*"${name#firmware}"*bin)
+while IFS=: read -r generation name offset; do
+  row="$generation $name $offset:"
+  # shellcheck disable=SC2206 # a pattern
+  file=(made/gen-$generation/$name)
   flip "${file[0]}" "$offset"
-  row="$place:"
   check 1 "module-hash$([[ $generation == 1.5 ]] || echo ' image-digest')" \
     "made/gen-$generation"/firmware{.man,*.bin}
   flip "${file[0]}" "$offset"
-done
+done <<'PLACES'
+1.5:firmware.bin:0
+1.5:firmware.bin:24575
+1.5:firmware_*04.bin:0
+1.5:firmware_*04.bin:8191
+1.5:firmware_*05.bin:4096
+1.5:firmware_*06.bin:4095
+1.8:firmware.bin:30720
+1.8:firmware.bin:55295
+1.8:firmware.bin:63488
+1.8:firmware.bin:104447
+PLACES

@@ -73,10 +73,11 @@ void Digests::read() {
   for (Wish& wish : wishes_) left.push_back(&wish);
   while (!left.empty()) {
     const ByteSource* source = left.front()->source;
-    const auto others = std::ranges::stable_partition(
-        left, [source](const Wish* wish) { return wish->source == source; });
-    read_file(*source, {left.begin(), others.begin()});
-    left.erase(left.begin(), others.begin());
+    const auto others = std::stable_partition(
+        left.begin(), left.end(),
+        [source](const Wish* wish) { return wish->source == source; });
+    read_file(*source, {left.begin(), others});
+    left.erase(left.begin(), others);
   }
 }
 

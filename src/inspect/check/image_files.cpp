@@ -1,5 +1,8 @@
 #include "inspect/check/image_files.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tova_fw_builder {
 namespace {
 
@@ -87,6 +90,16 @@ std::string image_version(const Field& root) {
 std::string counted(std::uint64_t count, std::string_view noun) {
   return std::to_string(count) + ' ' + std::string(noun) +
          (count == 1 ? "" : "s");
+}
+
+void Report::add(CheckResult result, std::string file, std::string text) {
+  const bool is_told = std::ranges::any_of(lines_, [&](const CheckLine& line) {
+    return line.id == id_ && line.result == result && line.file == file &&
+           line.text == text;
+  });
+  if (!is_told) {
+    lines_.push_back({id_, result, std::move(file), std::move(text)});
+  }
 }
 
 }  // namespace tova_fw_builder

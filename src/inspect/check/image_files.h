@@ -85,9 +85,8 @@ class Report {
   std::size_t failures() const { return failures_; }
 
  private:
-  void add(CheckResult result, std::string file, std::string text) {
-    lines_.push_back({id_, result, std::move(file), std::move(text)});
-  }
+  // Two manifests of one image say the same of its contents: once is enough.
+  void add(CheckResult result, std::string file, std::string text);
 
   std::string_view id_;
   std::vector<CheckLine>& lines_;

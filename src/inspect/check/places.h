@@ -41,16 +41,22 @@ struct ContentsPlan {
 // Of a binary of 1.8 or 2.5: the contents are in it.
 ContentsPlan plan_binary(const CheckedFile& binary);
 
-// Of a manifest of 1.5: the base modules follow one another in the main
-// binary, and each addon has a file of its own; a joined package has the addons
-// behind the main binary. A plan for the separate files, and one more for each
-// of `bare` that is a joined package. `packages` tell the names of the files.
+// manifest_plan.cpp. Of a manifest of 1.5: the base modules follow one another
+// in the main binary, and each addon has a file of its own; a joined package
+// has the addons behind the main binary. A plan for the separate files, and one
+// more for each of `bare` that is a joined package. `packages` tell the names
+// of the files.
 std::vector<ContentsPlan> plan_manifest(
     const CheckedFile& manifest, const std::vector<const CheckedFile*>& bare,
     const std::vector<const CheckedFile*>& packages);
 
 // How many bytes of contents the main binary of a manifest of 1.5 has.
 std::uint64_t main_length(const CheckedFile& manifest);
+
+bool is_loadable(const Field& module);
+
+// The contents of a module by file_off, without a file.
+ModulePlace place_of(const Field& module);
 
 // The segments of a module whose contents the header tells the place of.
 std::vector<const Field*> stored_segments(const Field& module);

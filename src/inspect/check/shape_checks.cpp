@@ -213,6 +213,7 @@ void check_pages(const ImageFiles& image, Report& report) {
       check_module_pages(*header, module, report);
     }
     if (header->inspected.format == Format::kBinary && is_30(*header) &&
+        header->inspected.length > kContentsOffset &&
         header->inspected.length % kPageSize != 0) {
       report.failed(*header,
                     "the contents don't end on the page grid: an addon stands "

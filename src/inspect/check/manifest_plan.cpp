@@ -1,0 +1,270 @@
+// The header of 1.5 counts file_off on by more than the contents of a module,
+// so that it tells how the segments of one module stand to one another and no
+// more. The modules of the main binary follow each other without a gap.
+#include <algorithm>
+#include <string_view>
+
+#include "inspect/check/places.h"
+#include "inspect/check/roles.h"
+#include "layout/records/out_map.h"
+
+namespace tova_fw_builder {
+namespace {
+
+// The tail of an addon's file name: _UUID.bin, in any letter case.
+std::string addon_tail(const Field& module) {
+  std::string tail("_");
+  tail += text_at(module, "uuid");
+  return tail += ".bin";
+}
+
+bool is_named_so(std::string_view path, std::string_view tail) {
+  return path.size() >= tail.size() &&
+         std::ranges::equal(
+             path.substr(path.size() - tail.size()), tail, [](char a, char b) {
+               const auto lower = [](char c) {
+                 return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a')
+                                             : c;
+               };
+               return lower(a) == lower(b);
+             });
+}
+
+// Which of the modules of a manifest stand where.
+class ManifestPlanner {
+ public:
+  ManifestPlanner(const CheckedFile& manifest,
+                  const std::vector<const CheckedFile*>& bare,
+                  const std::vector<const CheckedFile*>& packages)
+      : manifest_(manifest), bare_(bare), package_(nullptr) {
+    if (!packages.empty()) package_ = &packages[0]->inspected.root;
+    std::vector<RoleQuestion> questions;
+    for (const Field& module :
+         find(manifest.inspected.root, "modules")->members) {
+      questions.push_back({is_loadable(module), {}, {}, 0});
+      if (!is_loadable(module)) continue;
+      modules_.push_back({place_of(module), false, 0});
+      questions.back() = question(modules_.back().place);
+      make_relative(modules_.back().place);
+    }
+    const Roles roles = roles_of(questions, main_length(manifest));
+    place_modules(questions, roles);
+    is_sure_ = roles.is_sure && in_main_ == main_length(manifest);
+  }
+
+  std::vector<ContentsPlan> plans() {
+    std::vector<ContentsPlan> plans;
+    for (const CheckedFile* file : bare_) {
+      if (is_joined(*file)) plans.push_back(together(*file));
+    }
+    ContentsPlan apart = separate(main_file());
+    if (plans.empty() || !apart.bare.empty()) plans.push_back(std::move(apart));
+    return plans;
+  }
+
+ private:
+  struct Placed {
+    ModulePlace place;  // its spans count from the module's start
+    bool is_addon;
+    std::uint64_t offset;  // in the main binary
+  };
+
+  RoleQuestion question(const ModulePlace& place) const {
+    RoleQuestion question{true, {}, {}, length_of(place)};
+    const Field& module = *place.module;
+    if (is_listed_addon(module)) {
+      question.is_addon = true;
+    } else if (package_ != nullptr || question.length == 0 ||
+               number_at(module, "type.library") != 0) {
+      question.is_addon = false;
+    }
+    const std::uint64_t size =
+        number_at(manifest_.inspected.root, "css.size") * 4;
+    if (!place.spans.empty()) {
+      question.place = place.spans.front().offset - size;
+    }
+    return question;
+  }
+
+  void place_modules(const std::vector<RoleQuestion>& questions,
+                     const Roles& roles) {
+    auto next = modules_.begin();
+    for (std::size_t i = 0; i < questions.size(); ++i) {
+      if (!questions[i].is_loadable) continue;
+      Placed& placed = *next++;
+      placed.is_addon = roles.is_addon[i];
+      if (placed.is_addon) continue;
+      placed.offset = in_main_;
+      in_main_ += placed.place.length;
+    }
+  }
+
+  static std::uint64_t length_of(const ModulePlace& place) {
+    std::uint64_t end = 0;
+    for (const Span& span : place.spans) {
+      end = std::max(end, span.offset + span.length);
+    }
+    return place.spans.empty() ? 0 : end - place.spans.front().offset;
+  }
+
+  static void make_relative(ModulePlace& place) {
+    place.length = length_of(place);
+    if (!place.spans.empty()) place.spans = {{0, place.length}};
+  }
+
+  const CheckedFile* addon_file(const Field& module) const {
+    const std::string tail = addon_tail(module);
+    const auto found = std::ranges::find_if(
+        bare_,
+        [&](const CheckedFile* file) { return is_named_so(file->path, tail); });
+    return found == bare_.end() ? nullptr : *found;
+  }
+
+  const Placed* addon_of(const CheckedFile& file) const {
+    const auto found =
+        std::ranges::find_if(modules_, [&](const Placed& placed) {
+          return is_named_so(file.path, addon_tail(*placed.place.module));
+        });
+    return found == modules_.end() ? nullptr : &*found;
+  }
+
+  bool is_listed_addon(const Field& module) const {
+    if (addon_file(module) != nullptr) return true;
+    if (package_ == nullptr) return false;
+    const std::string tail = addon_tail(module);
+    return std::ranges::any_of(
+        find(*package_, "files")->members, [&](const Field& file) {
+          return is_named_so(text_at(file, "path"), tail);
+        });
+  }
+
+  bool is_main_by_name(const CheckedFile& file) const {
+    return package_ != nullptr &&
+           base_name(text_at(*package_, "files[0].path")) ==
+               base_name(file.path);
+  }
+
+  bool is_joined(const CheckedFile& file) const {
+    const std::uint64_t joined = joined_length();
+    return is_sure_ && joined > in_main_ && file.inspected.length == joined &&
+           addon_of(file) == nullptr && !is_main_by_name(file);
+  }
+
+  // By its name in the package descriptor, by its length, by the name of the
+  // manifest, or because no other is left.
+  const CheckedFile* main_file() const {
+    std::vector<const CheckedFile*> left;
+    for (const CheckedFile* file : bare_) {
+      if (is_main_by_name(*file)) return file;
+      if (addon_of(*file) == nullptr && !is_joined(*file)) left.push_back(file);
+    }
+    const auto stem = [](const CheckedFile& file) {
+      const std::string name = base_name(file.path);
+      return name.substr(0, name.find('.'));
+    };
+    const CheckedFile* best = nullptr;
+    int most = 0;
+    for (const CheckedFile* file : left) {
+      const int points =
+          (file->inspected.length == main_length(manifest_) ? 2 : 0) +
+          (is_named_so(file->path, ".bin") && stem(*file) == stem(manifest_)
+               ? 1
+               : 0) +
+          (left.size() == 1 ? 1 : 0);
+      if (points > most) {
+        most = points;
+        best = file;
+      }
+    }
+    return best;
+  }
+
+  std::uint64_t joined_length() const {
+    std::uint64_t length = in_main_;
+    for (const Placed& placed : modules_) {
+      if (placed.is_addon) length += placed.place.length;
+    }
+    return length;
+  }
+
+  std::string main_name() const {
+    const std::string_view told =
+        package_ == nullptr ? "" : text_at(*package_, "files[0].path");
+    return told.empty() ? "the binary, NAME.bin" : base_name(told);
+  }
+
+  ModulePlace put(const Placed& placed, const CheckedFile* file,
+                  std::uint64_t offset) const {
+    ModulePlace place = placed.place;
+    for (Span& span : place.spans) span.offset += offset;
+    place.file = file;
+    if (!placed.is_addon && !is_sure_) {
+      place.doubt =
+          "which modules stand in the binary isn't known: give the package "
+          "descriptor, too";
+    }
+    if (file == nullptr && place.unknown.empty()) {
+      place.unknown =
+          "its contents are not at hand: give " +
+          (placed.is_addon ? "NAME" + addon_tail(*place.module) : main_name());
+    }
+    return place;
+  }
+
+  ContentsPlan separate(const CheckedFile* main) const {
+    ContentsPlan plan{&manifest_, {}, {}};
+    if (main != nullptr) plan.bare.push_back({main, main_length(manifest_)});
+    for (const Placed& placed : modules_) {
+      const CheckedFile* file =
+          placed.is_addon ? addon_file(*placed.place.module) : main;
+      if (placed.is_addon && file != nullptr && placed.place.unknown.empty()) {
+        plan.bare.push_back({file, placed.place.length});
+      }
+      plan.modules.push_back(put(placed, file, placed.offset));
+      if (placed.is_addon && file != nullptr &&
+          std::ranges::count(plan.modules, file, &ModulePlace::file) > 1) {
+        plan.modules.back().unknown = "another module has the same file";
+      }
+    }
+    return plan;
+  }
+
+  ContentsPlan together(const CheckedFile& joined) const {
+    ContentsPlan plan{&manifest_, {}, {{&joined, joined_length()}}};
+    std::uint64_t addons = in_main_;
+    for (const Placed& placed : modules_) {
+      plan.modules.push_back(
+          put(placed, &joined, placed.is_addon ? addons : placed.offset));
+      if (placed.is_addon) addons += placed.place.length;
+    }
+    return plan;
+  }
+
+  const CheckedFile& manifest_;
+  const std::vector<const CheckedFile*>& bare_;
+  const Field* package_;
+  std::vector<Placed> modules_;
+  std::uint64_t in_main_ = 0;
+  bool is_sure_ = false;  // of which modules fill the main binary
+};
+
+}  // namespace
+
+std::string base_name(std::string_view path) {
+  return std::string(path.substr(path.find_last_of("/\\") + 1));
+}
+
+std::uint64_t main_length(const CheckedFile& manifest) {
+  const Field& root = manifest.inspected.root;
+  const std::uint64_t end =
+      number_at(root, "header.preload_page_count") * kPageSize;
+  return end - std::min(end, number_at(root, "css.size") * 4);
+}
+
+std::vector<ContentsPlan> plan_manifest(
+    const CheckedFile& manifest, const std::vector<const CheckedFile*>& bare,
+    const std::vector<const CheckedFile*>& packages) {
+  return ManifestPlanner(manifest, bare, packages).plans();
+}
+
+}  // namespace tova_fw_builder
