@@ -88,3 +88,7 @@ done
 [[ -n $companion ]] || exit 0
 echo
 "$companion" show gen-1.5/firmware.man.signed gen-{1.8,2.5,3.0}/firmware.bin
+echo
+for generation in 1.5 1.8 2.5 3.0; do
+  "$companion" check --summary "gen-$generation"
+done
