@@ -9,6 +9,7 @@
 #include "companion/attach_command.h"
 #include "companion/check_command.h"
 #include "companion/completion_command.h"
+#include "companion/diff_command.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/status.h"
 #include "companion/ground/trouble.h"
@@ -24,8 +25,9 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
-    add_show_command,    add_check_command,  add_key_command,
-    add_to_sign_command, add_attach_command, add_completion_command,
+    add_show_command,       add_diff_command,    add_check_command,
+    add_key_command,        add_to_sign_command, add_attach_command,
+    add_completion_command,
 };
 
 // The command line as far as it was understood: "tova_fw" or "tova_fw show".

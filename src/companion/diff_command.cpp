@@ -1,0 +1,70 @@
+#include "companion/diff_command.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "companion/colour_option.h"
+#include "companion/ground/json.h"
+#include "companion/ground/trouble.h"
+#include "inspect/compare/compare_files.h"
+#include "inspect/compare/report.h"
+
+namespace tova_fw_builder {
+namespace {
+
+struct Options {
+  std::string old_path;
+  std::string new_path;
+  bool all = false;
+  bool ignore_dates = false;
+  bool json = false;
+  ColourWhen colour = ColourWhen::kAuto;
+};
+
+Status diff(const Options& options) {
+  const Comparison comparison =
+      compare_paths(options.old_path, options.new_path, options.ignore_dates);
+  if (options.json) {
+    std::cout << json_text(comparison_json(comparison));
+  } else {
+    print_comparison(std::cout, comparison, options.all,
+                     colours(wants_colour(options.colour)));
+  }
+  for (const Comparison::Trouble& trouble : comparison.troubles) {
+    report_trouble(trouble.file, trouble.text);
+  }
+  return !comparison.troubles.empty() ? Status::kTrouble
+         : comparison.is_equal()      ? Status::kYes
+                                      : Status::kNo;
+}
+
+}  // namespace
+
+void add_diff_command(CLI::App& program, Status& status) {
+  CLI::App* command = program.add_subcommand(
+      "diff", "Show what differs between two files or two folders");
+  const auto options = std::make_shared<Options>();
+  command->add_option("OLD", options->old_path, "The file or folder as it was")
+      ->required()
+      ->type_name("");
+  command->add_option("NEW", options->new_path, "The one as it is now")
+      ->required()
+      ->type_name("");
+  command->add_flag("--all", options->all,
+                    "Show echoes, too: what only follows from other changes");
+  command->add_flag("--ignore-dates", options->ignore_dates,
+                    "Leave out the dates of the builds and what follows from "
+                    "them alone");
+  command->add_flag("--json", options->json, "Print one JSON document");
+  add_colour_option(*command, options->colour);
+  command->footer(
+      "Nothing is printed for what is equal. Ends with 0 if all is equal, with "
+      "1 if not.\n"
+      "Example: tova_fw diff released/firmware.bin out/firmware.bin\n"
+      "Example: tova_fw diff --ignore-dates released out");
+  command->callback([options, &status] { status = diff(*options); });
+}
+
+}  // namespace tova_fw_builder

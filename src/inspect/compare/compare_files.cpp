@@ -1,0 +1,226 @@
+#include "inspect/compare/compare_files.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+#include "inspect/byte_source.h"
+#include "inspect/compare/byte_difference.h"
+#include "inspect/compare/compare_trees.h"
+#include "inspect/compare/echoes.h"
+#include "inspect/inspect.h"
+#include "inspect/recognise.h"
+
+namespace tova_fw_builder {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uint64_t kMostStructure = 1024 * 1024;
+
+Change change_at(std::string path, Format format) {
+  Change change;
+  change.format = format;
+  change.pattern = path;
+  change.path = std::move(path);
+  return change;
+}
+
+// A structure that was found inside a file.
+struct Embedded {
+  std::string key;  // its format, with a number from the second on
+  Format format;
+  Span span;
+};
+
+std::vector<Embedded> embedded_in(const Inspected& inspected) {
+  std::vector<Embedded> result;
+  std::map<std::string_view, int> seen;
+  for (const Field& entry : find(inspected.root, "embedded")->members) {
+    const std::string_view name = text_at(entry, "format");
+    const int number = ++seen[name];
+    result.push_back(
+        {std::string(name) + (number > 1 ? ' ' + std::to_string(number) : ""),
+         *format_named(name),
+         {number_at(entry, "offset"), number_at(entry, "length")}});
+  }
+  return result;
+}
+
+Side side_of(const ByteSource& source, Format format) {
+  return {source, inspect(source, format)};
+}
+
+// What differs in the structures that both files have.
+void compare_embedded(const ByteSource& old_file, const Embedded& old_part,
+                      const ByteSource& new_file, const Embedded& new_part,
+                      std::vector<Change>& changes) {
+  const ByteSource old_source = ByteSource::of(
+      old_file.bytes(old_part.span.offset, old_part.span.length));
+  const ByteSource new_source = ByteSource::of(
+      new_file.bytes(new_part.span.offset, new_part.span.length));
+  for (Change& change : compare_trees(side_of(old_source, old_part.format),
+                                      side_of(new_source, new_part.format))) {
+    change.scope = "embedded[" + old_part.key + "].";
+    change.old_offset += old_part.span.offset;
+    change.new_offset += new_part.span.offset;
+    changes.push_back(std::move(change));
+  }
+}
+
+// Compares what stands at equal places, but for the spans that are told.
+void compare_contents(const ByteSource& old_source,
+                      const ByteSource& new_source, Coverage told,
+                      std::vector<Change>& changes) {
+  ByteDifference sum;
+  sum.old_length = old_source.size();
+  sum.new_length = new_source.size();
+  for (const Span gap : told.gaps()) {
+    const ByteDifference part = compare_bytes(old_source, gap, new_source, gap);
+    if (sum.bytes == 0) sum.first = gap.offset + part.first;
+    sum.bytes += part.bytes;
+    sum.pages += part.pages;
+  }
+  if (sum.is_equal()) return;
+  Change change = change_at("contents", Format::kEmbedded);
+  change.bytes = sum;
+  changes.push_back(std::move(change));
+}
+
+// Files without a format of their own: the structures in them, and the rest.
+std::vector<Change> compare_formless(const ByteSource& old_source,
+                                     const ByteSource& new_source) {
+  std::vector<Change> changes;
+  const std::uint64_t length = std::max(old_source.size(), new_source.size());
+  compare_contents(old_source, new_source, Coverage(length), changes);
+  if (changes.empty()) return changes;  // equal, and nobody has to search
+  const auto old_parts = embedded_in(inspect(old_source, Format::kEmbedded));
+  const auto new_parts = embedded_in(inspect(new_source, Format::kEmbedded));
+  if (old_parts.empty() && new_parts.empty()) return changes;
+
+  std::vector<Change> result;
+  Coverage told(length);
+  for (const Embedded& old_part : old_parts) {
+    const auto new_part = std::find_if(
+        new_parts.begin(), new_parts.end(),
+        [&](const Embedded& part) { return part.key == old_part.key; });
+    if (new_part == new_parts.end() ||
+        std::max(old_part.span.length, new_part->span.length) >
+            kMostStructure) {
+      continue;
+    }
+    compare_embedded(old_source, old_part, new_source, *new_part, result);
+    if (old_part.span.offset == new_part->span.offset &&
+        old_part.span.length == new_part->span.length) {
+      told.take(old_part.span);
+    }
+  }
+  compare_contents(old_source, new_source, std::move(told), result);
+  return result;
+}
+
+Format format_of(const ByteSource& source) {
+  return may_be_private(source) ? Format::kKeyPair : recognise(source);
+}
+
+std::vector<Change> compare_pair(const std::string& old_path,
+                                 const std::string& new_path) {
+  const ByteSource old_source = ByteSource::open(old_path);
+  const ByteSource new_source = ByteSource::open(new_path);
+  const Format old_format = format_of(old_source);
+  const Format new_format = format_of(new_source);
+  std::vector<Change> changes;
+  if (old_format != new_format) {
+    changes.push_back(change_at("format", old_format));
+    changes[0].old_value =
+        text_field("format", std::string(format_name(old_format)));
+    changes[0].new_value =
+        text_field("format", std::string(format_name(new_format)));
+    return changes;
+  }
+  if (old_format == Format::kEmbedded) {
+    return compare_formless(old_source, new_source);
+  }
+  changes = compare_trees(side_of(old_source, old_format),
+                          side_of(new_source, new_format));
+  if (old_source.size() != new_source.size()) {
+    changes.push_back(change_at("length", old_format));
+    changes.back().old_value = number_field("length", old_source.size());
+    changes.back().new_value = number_field("length", new_source.size());
+  }
+  return changes;
+}
+
+// The files in a folder and below it, by their names from there on.
+std::vector<std::string> files_in(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry :
+       fs::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) {
+      names.push_back(entry.path().lexically_relative(folder).generic_string());
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> without(const std::vector<std::string>& names,
+                                 const std::vector<std::string>& others) {
+  std::vector<std::string> result;
+  std::set_difference(names.begin(), names.end(), others.begin(), others.end(),
+                      std::back_inserter(result));
+  return result;
+}
+
+Comparison compare_folders(const fs::path& old_folder,
+                           const fs::path& new_folder) {
+  Comparison result;
+  const std::vector<std::string> old_names = files_in(old_folder);
+  const std::vector<std::string> new_names = files_in(new_folder);
+  result.only_old = without(old_names, new_names);
+  result.only_new = without(new_names, old_names);
+  for (const std::string& name : without(old_names, result.only_old)) {
+    try {
+      for (Change& change : compare_pair((old_folder / name).string(),
+                                         (new_folder / name).string())) {
+        change.file = name;
+        result.changes.push_back(std::move(change));
+      }
+    } catch (const std::exception& error) {
+      result.troubles.push_back({name, error.what()});
+    }
+  }
+  result.files = old_names;
+  result.files.insert(result.files.end(), result.only_new.begin(),
+                      result.only_new.end());
+  return result;
+}
+
+}  // namespace
+
+Comparison compare_paths(const std::string& old_path,
+                         const std::string& new_path, bool ignore_dates) {
+  const bool is_folder = fs::is_directory(old_path);
+  if (is_folder != fs::is_directory(new_path)) {
+    throw std::runtime_error(
+        "one of the two is a folder and the other is not: compare two files or "
+        "two folders");
+  }
+  Comparison result;
+  if (is_folder) {
+    result = compare_folders(old_path, new_path);
+  } else {
+    result.changes = compare_pair(old_path, new_path);
+  }
+  if (ignore_dates) {
+    leave_out_dates(result.changes, result.files);
+  } else {
+    mark_echoes(result.changes, result.files);
+  }
+  return result;
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,37 @@
+// inspect/compare/compare_files.h
+// Two files, or two folders of them, and what differs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "inspect/compare/change.h"
+
+namespace tova_fw_builder {
+
+struct Comparison {
+  std::vector<Change> changes;        // by file, in the order of its tree
+  std::vector<std::string> only_old;  // files of folders, by name
+  std::vector<std::string> only_new;
+  std::vector<std::string> files;  // all of both folders
+  // Files that couldn't be compared, and why.
+  struct Trouble {
+    std::string file;
+    std::string text;
+  };
+  std::vector<Trouble> troubles;
+
+  bool is_equal() const {
+    return changes.empty() && only_old.empty() && only_new.empty() &&
+           troubles.empty();
+  }
+};
+
+// Compares two files, or the files of two folders and of the folders in these
+// that have the same name. Two files of different formats have one change,
+// `format`. Throws std::runtime_error if one of the two can't be read, or if
+// one is a folder and the other isn't.
+Comparison compare_paths(const std::string& old_path,
+                         const std::string& new_path, bool ignore_dates);
+
+}  // namespace tova_fw_builder
