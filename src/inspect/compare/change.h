@@ -24,7 +24,7 @@ struct ByteDifference {
 
 struct Change {
   std::string file;                   // its name in a folder, else empty
-  Format format = Format::kEmbedded;  // of the file
+  Format format = Format::kEmbedded;  // of the structure
   std::string scope;                  // "embedded[manifest-1.5]." or empty
   std::string path;                   // below it: "modules[mixer].hash"
   std::string pattern;                // the path without keys: "modules[].hash"

@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <map>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include "inspect/byte_source.h"
 #include "inspect/compare/byte_difference.h"
+#include "inspect/compare/compare_lines.h"
 #include "inspect/compare/compare_trees.h"
 #include "inspect/compare/echoes.h"
 #include "inspect/inspect.h"
@@ -99,7 +101,10 @@ std::vector<Change> compare_formless(const ByteSource& old_source,
   if (changes.empty()) return changes;  // equal, and nobody has to search
   const auto old_parts = embedded_in(inspect(old_source, Format::kEmbedded));
   const auto new_parts = embedded_in(inspect(new_source, Format::kEmbedded));
-  if (old_parts.empty() && new_parts.empty()) return changes;
+  if (old_parts.empty() && new_parts.empty()) {
+    const auto lines = compare_lines(old_source, new_source);
+    return lines.empty() ? changes : lines;
+  }
 
   std::vector<Change> result;
   Coverage told(length);
@@ -175,6 +180,28 @@ std::vector<std::string> without(const std::vector<std::string>& names,
   return result;
 }
 
+// What is told of one file of a folder. The most telling ones come first: those
+// of a format ahead of bare bytes, which mostly say the same once more.
+struct FileChanges {
+  std::string folder;
+  bool is_formless;
+  std::string name;
+  std::vector<Change> changes;
+};
+
+FileChanges compare_file(const std::string& name, const fs::path& old_folder,
+                         const fs::path& new_folder) {
+  FileChanges file{name.substr(0, name.rfind('/') + 1), false, name, {}};
+  file.changes =
+      compare_pair((old_folder / name).string(), (new_folder / name).string());
+  for (Change& change : file.changes) {
+    change.file = name;
+    file.is_formless |=
+        change.format == Format::kEmbedded || !change.scope.empty();
+  }
+  return file;
+}
+
 Comparison compare_folders(const fs::path& old_folder,
                            const fs::path& new_folder) {
   Comparison result;
@@ -182,16 +209,22 @@ Comparison compare_folders(const fs::path& old_folder,
   const std::vector<std::string> new_names = files_in(new_folder);
   result.only_old = without(old_names, new_names);
   result.only_new = without(new_names, old_names);
+  std::vector<FileChanges> files;
   for (const std::string& name : without(old_names, result.only_old)) {
     try {
-      for (Change& change : compare_pair((old_folder / name).string(),
-                                         (new_folder / name).string())) {
-        change.file = name;
-        result.changes.push_back(std::move(change));
-      }
+      files.push_back(compare_file(name, old_folder, new_folder));
     } catch (const std::exception& error) {
       result.troubles.push_back({name, error.what()});
     }
+  }
+  std::stable_sort(files.begin(), files.end(),
+                   [](const FileChanges& a, const FileChanges& b) {
+                     return std::tie(a.folder, a.is_formless) <
+                            std::tie(b.folder, b.is_formless);
+                   });
+  for (FileChanges& file : files) {
+    std::move(file.changes.begin(), file.changes.end(),
+              std::back_inserter(result.changes));
   }
   result.files = old_names;
   result.files.insert(result.files.end(), result.only_new.begin(),

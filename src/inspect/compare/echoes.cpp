@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -40,6 +41,23 @@ class Causes {
     return places_.contains(place);
   }
 
+  // The change at that path of the same file; nullptr if there is none.
+  const Change* at(const Change& change, const std::string& path) const {
+    const auto found = by_path_.find(file_of(change) + path);
+    return found == by_path_.end() ? nullptr : found->second;
+  }
+
+  // The first change in the folder with that path, and the values of that
+  // change, in a file of its format: maybe the change itself.
+  const Change* first_like(const Change& change) const {
+    return first_like_.at(likeness(change));
+  }
+
+  // The first file of a package that went the same way.
+  const Change* first_on_way(const Change& change) const {
+    return first_on_way_.at(way(change));
+  }
+
   static std::string folder_of(const Change& change) {
     return change.file.substr(0, change.file.rfind('/') + 1);
   }
@@ -52,7 +70,25 @@ class Causes {
     return change.file + '\n' + change.scope + '\n';
   }
 
+  static std::string likeness(const Change& change) {
+    return folder_of(change) + '\n' + std::string(format_name(change.format)) +
+           '\n' + change.path + '\n' + value_text(change.old_value) + '\n' +
+           value_text(change.new_value);
+  }
+
+  static std::string way(const Change& change) {
+    return file_of(change) + folder_in(change.old_value) + '\n' +
+           folder_in(change.new_value);
+  }
+
+  static std::string folder_in(const Field& path) {
+    return path.text.substr(0, path.text.find_last_of("/\\") + 1);
+  }
+
   void add(const Change& change) {
+    by_path_.emplace(file_of(change) + change.path, &change);
+    first_like_.emplace(likeness(change), &change);
+    first_on_way_.emplace(way(change), &change);
     // The path with the first keys alone, from all of them down to none.
     const std::string file = file_of(change);
     for (std::size_t kept = 0; kept <= change.keys.size(); ++kept) {
@@ -73,6 +109,9 @@ class Causes {
   }
 
   std::set<std::string> places_;
+  std::map<std::string, const Change*> by_path_;
+  std::map<std::string, const Change*> first_like_;
+  std::map<std::string, const Change*> first_on_way_;
 };
 
 using Condition = bool (*)(const Change& change, const Causes& causes);
@@ -85,32 +124,16 @@ bool is_zeros(const Change& change, const Causes&) {
 
 // The page count of bss, which the base firmware's stack size is.
 bool is_bss_length(const Change& change, const Causes& causes) {
-  const std::string length =
-      "modules[" + change.keys[0] + "].segments[bss].len";
-  return std::any_of(
-      causes.all.begin(), causes.all.end(), [&](const Change& other) {
-        return other.file == change.file && other.scope == change.scope &&
-               other.path == length &&
-               other.old_value.number == change.old_value.number &&
-               other.new_value.number == change.new_value.number;
-      });
-}
-
-std::string folder_in(const Field& path) {
-  return path.text.substr(0, path.text.find_last_of("/\\") + 1);
+  const Change* length =
+      causes.at(change, "modules[" + change.keys[0] + "].segments[bss].len");
+  return length != nullptr &&
+         length->old_value.number == change.old_value.number &&
+         length->new_value.number == change.new_value.number;
 }
 
 // A file of a package that went the same way as the one ahead of it.
 bool moved_along(const Change& change, const Causes& causes) {
-  for (const Change& other : causes.all) {
-    if (&other == &change) return false;
-    if (other.pattern == change.pattern &&
-        folder_in(other.old_value) == folder_in(change.old_value) &&
-        folder_in(other.new_value) == folder_in(change.new_value)) {
-      return true;
-    }
-  }
-  return false;
+  return causes.first_on_way(change) != &change;
 }
 
 bool holds_uuid(const std::string& file, std::string_view uuid) {
@@ -147,18 +170,7 @@ bool contents_changed_beside(const Change& change, const Causes& causes) {
 
 // Another file ahead of this one, such as the manifest before it was signed.
 bool told_before(const Change& change, const Causes& causes) {
-  if (change.file.empty() || change.bytes) return false;
-  for (const Change& other : causes.all) {
-    if (other.file == change.file) return false;
-    if (other.format == change.format && other.path == change.path &&
-        other.scope == change.scope &&
-        Causes::folder_of(other) == Causes::folder_of(change) &&
-        value_text(other.old_value) == value_text(change.old_value) &&
-        value_text(other.new_value) == value_text(change.new_value)) {
-      return true;
-    }
-  }
-  return false;
+  return !change.bytes && causes.first_like(change)->file != change.file;
 }
 
 // A change at `pattern` is an echo if one of the causes is there, and the
@@ -263,6 +275,7 @@ constexpr Rule kRules[] = {
      "counts the pins"},
     {"padding[]", {"*"}, is_zeros, "zeros between what moved"},
     {"length", {"*"}, nullptr, "the length of the file"},
+    {"length", {"padding[]"}, nullptr, "the length of the file"},
 
     // What says the same once more.
     {"modules[].type.value",

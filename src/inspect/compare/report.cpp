@@ -55,22 +55,23 @@ std::string values_text(const Change& change) {
   return text;
 }
 
-// "uuid 5a3c..., kind loadable, text 1".
-std::string members_text(const Field& object) {
+// "uuid 5a3c..., kind loadable, text 1", without what the path tells.
+std::string members_text(const Field& object, const std::string& key) {
   std::string text;
   for (const Field& member : object.members) {
     const std::string value = value_text(member);
-    if (member.has_members() || value.empty()) continue;
+    if (member.has_members() || value.empty() || value == key) continue;
     if (!text.empty()) text += ", ";
     text += std::string(member.name) + ' ' + value;
   }
   return text;
 }
 
-std::string lonely_text(const char* what, const Field& value) {
+std::string lonely_text(const char* what, const Field& value,
+                        const std::string& key) {
   const std::string text =
-      value.has_members() ? members_text(value) : value_text(value);
-  return text.empty() ? what : what + (": " + text);
+      value.has_members() ? members_text(value, key) : value_text(value);
+  return text.empty() ? what : std::string(what) + ", " + text;
 }
 
 std::string bytes_text(const Change& change) {
@@ -109,10 +110,10 @@ std::string change_text(const Change& change) {
   if (change.bytes) return bytes_text(change);
   const bool is_member = change.pattern.ends_with(']');
   if (is_member && change.new_value.kind == Field::Kind::kNothing) {
-    return lonely_text("removed", change.old_value);
+    return lonely_text("removed", change.old_value, change.keys.back());
   }
   if (is_member && change.old_value.kind == Field::Kind::kNothing) {
-    return lonely_text("added", change.new_value);
+    return lonely_text("added", change.new_value, change.keys.back());
   }
   return values_text(change);
 }
