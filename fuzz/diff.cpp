@@ -35,7 +35,7 @@ void check(const Comparison& comparison, bool same_bytes) {
   std::ostringstream out;
   print_comparison(out, comparison, false, {});
   print_comparison(out, comparison, true, {});
-  out << json_text(comparison_json(comparison));
+  out << tova_fw_builder::json_text(comparison_json(comparison));
 }
 
 }  // namespace
