@@ -127,8 +127,12 @@ std::vector<Change> compare_formless(const ByteSource& old_source,
   return result;
 }
 
+// As inspect() takes the file.
 Format format_of(const ByteSource& source) {
-  return may_be_private(source) ? Format::kKeyPair : recognise(source);
+  const Format format = recognise(source);
+  return format != Format::kEmbedded && may_be_private(source)
+             ? Format::kKeyPair
+             : format;
 }
 
 std::vector<Change> compare_pair(const std::string& old_path,

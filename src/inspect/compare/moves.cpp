@@ -38,6 +38,20 @@ Range range_of(const Field& segment, std::string_view along) {
   return {at, at + number_at(segment, "len") * kPage};
 }
 
+// Why the next segment may stand elsewhere.
+struct Push {
+  bool all_shifted = false;
+  bool resized = false;        // one ahead grew, shrank, came or went
+  bool contents = false;       // of one ahead changed
+  std::uint64_t distance = 0;  // by which the one ahead moved
+  std::uint64_t reach = 0;     // the end of these; what lies inside counts not
+
+  bool explains(std::uint64_t by) const {
+    const bool is_short = by < kPage || by > std::uint64_t{0} - kPage;
+    return all_shifted || resized || (contents && is_short) || by == distance;
+  }
+};
+
 // Disjoint ranges, in order.
 std::vector<Range> merged(std::vector<Range> ranges) {
   std::sort(ranges.begin(), ranges.end(),
@@ -138,33 +152,26 @@ class Moves {
         order.begin(), order.end(),
         [](const auto& a, const auto& b) { return a.first < b.first; });
 
-    bool resized = false;
-    bool contents = false;
-    std::uint64_t distance = 0;  // of the one ahead; 0 if it stayed
-    std::uint64_t reach = 0;
+    Push push{all_shifted};
     for (const auto& [at, segment] : order) {
       const bool in_both = segment->old_field && segment->new_field;
-      const Field& any =
-          segment->old_field ? *segment->old_field : *segment->new_field;
       Change* const moved = changed(segment->path + '.' + along);
-      bool is_cause = segment->is_changed || segment->is_resized;
       if (moved != nullptr && in_both) {
         const std::uint64_t by =
             moved->new_value.number - moved->old_value.number;
-        const bool is_short = by < kPage || by > std::uint64_t{0} - kPage;
-        moved->is_moved = all_shifted || resized || (contents && is_short) ||
-                          distance == by ||
-                          (along != "vma" && changed(segment->path + ".vma"));
-        distance = by;
-        is_cause = true;
-      } else if (in_both && at >= reach) {
-        resized = contents = false;
-        distance = 0;
+        moved->is_moved =
+            push.explains(by) ||
+            (along != "vma" && changed(segment->path + ".vma") != nullptr);
+        push.distance = by;
+      } else if (in_both && at >= push.reach) {
+        push = Push{all_shifted};
       }
-      resized |= segment->is_resized || !in_both;
-      contents |= segment->is_changed;
-      if (is_cause || !in_both) {
-        reach = std::max(reach, range_of(any, along).end);
+      push.resized |= segment->is_resized || !in_both;
+      push.contents |= segment->is_changed;
+      if (moved != nullptr || !in_both || segment->is_changed) {
+        const Field& any =
+            segment->old_field ? *segment->old_field : *segment->new_field;
+        push.reach = std::max(push.reach, range_of(any, along).end);
       }
     }
   }
