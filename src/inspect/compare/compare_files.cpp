@@ -257,6 +257,9 @@ Comparison compare_paths(const std::string& old_path,
   } else {
     mark_echoes(result.changes, result.files);
   }
+  std::stable_partition(
+      result.changes.begin(), result.changes.end(),
+      [](const Change& change) { return change.echo.empty(); });
   return result;
 }
 

@@ -10,7 +10,8 @@
 namespace tova_fw_builder {
 
 struct Comparison {
-  std::vector<Change> changes;        // by file, in the order of its tree
+  // First what is no echo; by file, in the order of its tree.
+  std::vector<Change> changes;
   std::vector<std::string> only_old;  // files of folders, by name
   std::vector<std::string> only_new;
   std::vector<std::string> files;  // all of both folders
