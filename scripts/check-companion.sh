@@ -54,6 +54,21 @@ check check-cut cut-*
 check check-none nothing
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/check.json" ./*.json
 
+# Each file against what is left of it, and folder against folder.
+mkdir diffs
+diff_json() {  # diff_json OLD NEW: no trouble
+  ((number += 1))
+  tova_fw diff --json "$1" "$2" >"diffs/$number.json" || [[ $? == 1 ]]
+}
+number=0
+for file in made/gen-*/* "$sample"/keys/*; do
+  for percent in 99 50 10 2; do
+    diff_json "$file" "cut-$percent-$(basename "$file")"
+  done
+done
+diff_json made/gen-1.8 made/gen-2.5
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/diff.json" diffs/*.json
+
 # What each shell offers behind a line: all of the words, in any order.
 expect() {  # expect SHELL LINE WORD...
   local offered
