@@ -186,9 +186,11 @@ void add_check_command(CLI::App& program, Status& status) {
       ->required()
       ->type_name("");
   command
-      ->add_option("--trust", options->trust,
-                   "Demand a signature with this key: its hash, or a key file; "
-                   "one of several if given more than once")
+      ->add_option(
+          "--trust", options->trust,
+          "Demand a signature with this key: its hash, a key file, PEM "
+          "or DER; "
+          "one of several if given more than once")
       ->type_name("KEY")
       ->expected(1)
       ->take_all()

@@ -19,11 +19,14 @@ std::vector<std::string> values_of(const std::string& type_name) {
   return CLI::detail::split(type_name, '|');
 }
 
-void collect(const CLI::App& app, const std::string& path,
-             std::vector<CommandWords>& commands) {
-  CommandWords words;
-  words.path = path;
-  words.description = app.get_description();
+// A command below without a name is a group of options.
+std::vector<const CLI::App*> below(const CLI::App& app, bool named) {
+  return app.get_subcommands([named](const CLI::App* command) {
+    return command->get_name().empty() != named;
+  });
+}
+
+void take_options(const CLI::App& app, CommandWords& words) {
   for (const CLI::Option* option : app.get_options()) {
     const auto values = values_of(option->get_type_name());
     if (option->get_positional()) words.values = values;
@@ -32,12 +35,20 @@ void collect(const CLI::App& app, const std::string& path,
                                option->get_items_expected_max() > 0, values});
     }
   }
-  const auto below = app.get_subcommands([](const CLI::App*) { return true; });
-  for (const CLI::App* command : below) {
+  for (const CLI::App* group : below(app, false)) take_options(*group, words);
+}
+
+void collect(const CLI::App& app, const std::string& path,
+             std::vector<CommandWords>& commands) {
+  CommandWords words;
+  words.path = path;
+  words.description = app.get_description();
+  take_options(app, words);
+  for (const CLI::App* command : below(app, true)) {
     words.commands.push_back(command->get_name());
   }
   commands.push_back(words);
-  for (const CLI::App* command : below) {
+  for (const CLI::App* command : below(app, true)) {
     collect(*command, (path.empty() ? "" : path + ' ') + command->get_name(),
             commands);
   }

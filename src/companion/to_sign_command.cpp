@@ -79,7 +79,9 @@ void add_to_sign_command(CLI::App& program, Status&) {
                    "digest: 32 bytes of SHA-256\n"
                    "digest-info: the digest and its algorithm in DER, for a "
                    "raw RSA mechanism")
-      ->check(CLI::IsMember({"message", "digest", "digest-info"}))
+      ->check(
+          CLI::IsMember({"message", "digest", "digest-info"}).description(""))
+      ->type_name("message|digest|digest-info")
       ->capture_default_str();
   command
       ->add_option("-o,--output", options->output,
