@@ -197,7 +197,7 @@ void check_package(const ImageFiles& image, Report& report) {
     check_listed(*package, image, report);
     if (report.failures() == before && !image.headers.empty()) {
       report.ok(*package,
-                "version, flags, features, date and files are those of the "
+                "version, flags, features, date and addons are those of the "
                 "image");
     }
   }
