@@ -75,7 +75,7 @@ void compare_embedded(const ByteSource& old_file, const Embedded& old_part,
 
 // Compares what stands at equal places, but for the spans that are told.
 void compare_contents(const ByteSource& old_source,
-                      const ByteSource& new_source, Coverage told,
+                      const ByteSource& new_source, const Coverage& told,
                       std::vector<Change>& changes) {
   ByteDifference sum;
   sum.old_length = old_source.size();
@@ -123,7 +123,7 @@ std::vector<Change> compare_formless(const ByteSource& old_source,
       told.take(old_part.span);
     }
   }
-  compare_contents(old_source, new_source, std::move(told), result);
+  compare_contents(old_source, new_source, told, result);
   return result;
 }
 

@@ -368,6 +368,7 @@ void leave_out_dates(std::vector<Change>& changes,
     std::copy_if(changes.begin(), changes.end(), std::back_inserter(rest),
                  [](const Change& change) { return !is_date(change); });
     std::vector<bool> was_echo;
+    was_echo.reserve(rest.size());
     for (const Change& change : rest) was_echo.push_back(!change.echo.empty());
     mark_echoes(rest, files);
     changes.clear();

@@ -152,7 +152,7 @@ std::string key_of(const Known* known, const Field& member, std::size_t index,
                    const std::set<std::string>& taken) {
   if (known != nullptr) {
     for (const Identity shown : known->shown) {
-      const std::string key = shown == nullptr ? "" : shown(member);
+      std::string key = shown == nullptr ? "" : shown(member);
       if (!key.empty() && !taken.contains(key)) return key;
     }
   }

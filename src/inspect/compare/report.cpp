@@ -79,14 +79,15 @@ std::string bytes_text(const Change& change) {
   std::string text;
   if (bytes.old_length != bytes.new_length) {
     text = std::to_string(bytes.old_length) + " -> " +
-           counted(bytes.new_length, "byte", "bytes") + ", ";
+           counted(bytes.new_length, "byte", "bytes");
   }
   const std::uint64_t common = std::min(bytes.old_length, bytes.new_length);
   if (bytes.bytes == 0) {
-    return text + (common == 0
-                       ? "none in both"
-                       : "the first " + std::to_string(common) + " are equal");
+    return common == 0
+               ? text
+               : text + ", the first " + std::to_string(common) + " are equal";
   }
+  if (!text.empty()) text += ", ";
   const std::uint64_t pages =
       (std::max(common, bytes.first + 1) + kPage - 1) / kPage;
   text += counted(bytes.bytes, "byte differs", "bytes differ") + " in " +
