@@ -52,6 +52,7 @@ for work in "$@"; do
       need jq has_command jq
       need make has_command make
       need openssl has_command openssl
+      need python3 has_command python3
       need valgrind has_command valgrind
       ;;
     check)
