@@ -32,8 +32,8 @@ Status diff(const Options& options) {
     print_comparison(std::cout, comparison, options.all,
                      colours(wants_colour(options.colour)));
   }
-  for (const Comparison::Trouble& trouble : comparison.troubles) {
-    report_trouble(trouble.file, trouble.text);
+  for (const std::string& trouble : comparison.troubles) {
+    report_trouble("", trouble);
   }
   return !comparison.troubles.empty() ? Status::kTrouble
          : comparison.is_equal()      ? Status::kYes

@@ -205,3 +205,5 @@ for arguments in ("none", "old/firmware.bin"), ("old", "key"), ("key",):
     done = run(*arguments)
     expect("trouble", (done.returncode, done.stdout, done.stderr != ""),
            (2, "", True))
+expect("a file that is missing", run("none", pair).stderr,
+       "tova_fw: none: cannot be read: No such file or directory\n")

@@ -135,10 +135,18 @@ Format format_of(const ByteSource& source) {
              : format;
 }
 
+ByteSource open_file(const std::string& path) {
+  try {
+    return ByteSource::open(path);
+  } catch (const std::exception& error) {
+    throw std::runtime_error(path + ": " + error.what());
+  }
+}
+
 std::vector<Change> compare_pair(const std::string& old_path,
                                  const std::string& new_path) {
-  const ByteSource old_source = ByteSource::open(old_path);
-  const ByteSource new_source = ByteSource::open(new_path);
+  const ByteSource old_source = open_file(old_path);
+  const ByteSource new_source = open_file(new_path);
   const Format old_format = format_of(old_source);
   const Format new_format = format_of(new_source);
   std::vector<Change> changes;
@@ -218,7 +226,7 @@ Comparison compare_folders(const fs::path& old_folder,
     try {
       files.push_back(compare_file(name, old_folder, new_folder));
     } catch (const std::exception& error) {
-      result.troubles.push_back({name, error.what()});
+      result.troubles.emplace_back(error.what());
     }
   }
   std::stable_sort(files.begin(), files.end(),

@@ -14,13 +14,8 @@ struct Comparison {
   std::vector<Change> changes;
   std::vector<std::string> only_old;  // files of folders, by name
   std::vector<std::string> only_new;
-  std::vector<std::string> files;  // all of both folders
-  // Files that couldn't be compared, and why.
-  struct Trouble {
-    std::string file;
-    std::string text;
-  };
-  std::vector<Trouble> troubles;
+  std::vector<std::string> files;     // all of both folders
+  std::vector<std::string> troubles;  // "FILE: why it can't be compared"
 
   bool is_equal() const {
     return changes.empty() && only_old.empty() && only_new.empty() &&
@@ -30,8 +25,8 @@ struct Comparison {
 
 // Compares two files, or the files of two folders and of the folders in these
 // that have the same name. Two files of different formats have one change,
-// `format`. Throws std::runtime_error if one of the two can't be read, or if
-// one is a folder and the other isn't.
+// `format`. Throws std::runtime_error if one of the two can't be read, with
+// its path in front, or if one is a folder and the other isn't.
 Comparison compare_paths(const std::string& old_path,
                          const std::string& new_path, bool ignore_dates);
 
