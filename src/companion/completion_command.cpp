@@ -28,6 +28,11 @@ std::vector<const CLI::App*> below(const CLI::App& app, bool named) {
 
 void take_options(const CLI::App& app, CommandWords& words) {
   for (const CLI::Option* option : app.get_options()) {
+    // Each group has the --help of its command once more.
+    if (app.get_name().empty() && app.get_parent() != nullptr &&
+        option == app.get_help_ptr()) {
+      continue;
+    }
     const auto values = values_of(option->get_type_name());
     if (option->get_positional()) words.values = values;
     for (const std::string& name : option->get_lnames()) {
