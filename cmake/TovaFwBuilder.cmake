@@ -30,12 +30,22 @@
 # a file cut off by a full disk, an output that names an input, two addons with
 # one file, load addresses that don't rise, tables without room, an image of
 # 3.0 off the page grid, a manifest that a signature wouldn't wholly cover, a
-# release signed with the sample's key.
+# release signed with the sample's key. Where the companion tova_fw is installed
+# (beside the tool, in PATH, or as TovaFw_EXECUTABLE tells), its `check` has to
+# hold for the files made, too.
 
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.20)
 
 set(TovaFwBuilder_SCRIPT_DIR "${CMAKE_CURRENT_LIST_DIR}")
+# The companion is a package of its own.
+find_program(TovaFw_EXECUTABLE tova_fw
+  HINTS "${CMAKE_CURRENT_LIST_DIR}/../../../bin" NO_CMAKE_FIND_ROOT_PATH
+  DOC "The companion, which checks what was built")
+mark_as_advanced(TovaFw_EXECUTABLE)
+if(NOT TovaFw_EXECUTABLE)
+  set(TovaFw_EXECUTABLE "")
+endif()
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderArguments.cmake")
 
 # Adds the two commands that describe one ELF. Sets `entry` to its three lines
@@ -86,9 +96,11 @@ function(_tova_sign base)
     BYPRODUCTS "${manifest}.signed.log"
     COMMAND "${CMAKE_COMMAND}"
       "-DTOOL=$<TARGET_FILE:TovaFwBuilder::tova_fw_builder>"
+      "-Dcompanion=${TovaFw_EXECUTABLE}"
       "-DMANIFEST=${manifest}" "-DTYPE=${ARG_SIGN}" "-DKEY=${ARG_SIGN_KEY}"
       -P "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
     DEPENDS "${manifest}" "${ARG_SIGN_KEY}" TovaFwBuilder::tova_fw_builder
+      ${TovaFw_EXECUTABLE}
       "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
       "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
     COMMENT "Signing the manifest of ${name}"
@@ -108,7 +120,7 @@ function(_tova_build base outputs arguments)
       -P "${script}"
     DEPENDS ${ARGN} "${base}.elfs" "${base}.arguments.cmake" "${script}"
       "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
-      TovaFwBuilder::tova_fw_builder
+      TovaFwBuilder::tova_fw_builder ${TovaFw_EXECUTABLE}
     DEPFILE "${base}.image.d"
     COMMENT "Building firmware image ${name}"
     VERBATIM)
@@ -166,6 +178,7 @@ function(tova_add_firmware name)
 
   _tova_build("${base}" "${image}"
 "set(tool [==[$<TARGET_FILE:TovaFwBuilder::tova_fw_builder>]==])
+set(companion [==[${TovaFw_EXECUTABLE}]==])
 set(name [==[${name}]==])
 set(dir [==[${dir}]==])
 set(definition [==[${ARG_DEFINITION}]==])

@@ -297,3 +297,26 @@ function(check_signed_manifest manifest)
     fail("${manifest} has ${found} bytes where ${due} are signed")
   endif()
 endfunction()
+
+# What the companion finds where it is installed: much the same, read from the
+# files instead of the log, and what no log tells, such as a module without UUID.
+function(check_by_companion)
+  if(NOT companion)
+    return()
+  endif()
+  execute_process(COMMAND "${companion}" check ${ARGN}
+    OUTPUT_VARIABLE found ERROR_VARIABLE troubles RESULT_VARIABLE status)
+  string(REGEX MATCHALL "FAILED [^\n]+" failed "${found}")
+  # Symbols that lie in no segment: the tool warns of them and goes on.
+  set(warnings "${failed}")
+  list(FILTER warnings INCLUDE REGEX "^FAILED +symbol-names ")
+  list(FILTER failed EXCLUDE REGEX "^FAILED +symbol-names ")
+  foreach(warning IN LISTS warnings)
+    message("Warning: tova_fw check: ${warning}")
+  endforeach()
+  if(status EQUAL 0 OR (status EQUAL 1 AND NOT failed))
+    return()
+  endif()
+  list(JOIN failed "\n  " failed)
+  fail("`tova_fw check` ended with status ${status}.\n  ${failed}${troubles}")
+endfunction()

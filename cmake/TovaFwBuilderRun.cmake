@@ -140,4 +140,7 @@ foreach(warning IN LISTS warnings)
   message("${name}: ${warning}")
 endforeach()
 check_image()
+addon_files("${log}" addons)
+check_by_companion("${base}.bin" "${base}.man" "${base}.man.ext" "${base}.pkg"
+  ${addons})
 write_depfile()

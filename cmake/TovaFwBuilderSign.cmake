@@ -50,3 +50,4 @@ foreach(arguments IN ITEMS
 endforeach()
 check_signed_manifest("${signed}")
 check_sample_key()
+check_by_companion("${signed}")

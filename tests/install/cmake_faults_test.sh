@@ -89,6 +89,12 @@ for change in 's/5A3C0005-.*/5A3C0004-7B1E-4C52-9D40-1F2E3D4C5B04/' /^uuid/d; do
   plant 1.5 'two addons have one UUID or none'
 done
 
+# One module without UUID is no fault to the tool.
+if [[ -x $work/native/usr/bin/tova_fw ]]; then
+  sed -i '0,/^uuid/{/^uuid/d}' "$work/definitions/base_modules.def"
+  plant 3.0 'FAILED uuids'
+fi
+
 plant 1.8 'the CONFIG_HEADER: none was given' '' -Dheader=
 plant 1.8 'No KEY_LIST was given' '' -Dkeys=
 

@@ -45,7 +45,7 @@ void check_names(const CheckedFile& header, Report& report) {
       number_at(root, "symbol_table.count") - symbols.size();
   if (missing != 0) {
     report.failed(header, counted(missing, "exported symbol") +
-                              " lie in no segment and have no record, so that "
+                              " without a segment and a record, so that "
                               "the names' offsets point too far");
   }
   std::set<std::string_view> names;
