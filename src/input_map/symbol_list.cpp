@@ -37,17 +37,11 @@ constexpr auto kComesBefore = [](const ListedSymbol& a, const ListedSymbol& b) {
 // The symbols in the order of their lines, with names kept by `symbols`.
 std::vector<ListedSymbol> read_lines(std::istream& in,
                                      const FwImageMap::SymbolMap& symbols) {
-  LineReader lines(in);
   std::vector<ListedSymbol> listed;
-  std::string_view line;
-  while (lines.next(line)) {
-    LineFields fields(line);
-    const std::uint32_t address = fields.number(16);
-    const char type = fields.character();
-    const std::string_view name = fields.word();
-    if (fields.failed()) continue;
-    listed.push_back({{symbols.keep(name), address, type}, listed.size()});
-  }
+  for_each_symbol(in, [&](const FwImageMap::SymbolMap::Entry& read) {
+    listed.push_back({read, listed.size()});
+    listed.back().entry.name = symbols.keep(read.name);
+  });
   return listed;
 }
 
@@ -83,6 +77,18 @@ void sort_from(std::span<ListedSymbol> listed, std::size_t start) {
 }
 
 }  // namespace
+
+void for_each_symbol(std::istream& in, const TakeSymbol& take) {
+  LineReader lines(in);
+  std::string_view line;
+  while (lines.next(line)) {
+    LineFields fields(line);
+    const std::uint32_t address = fields.number(16);
+    const char type = fields.character();
+    const std::string_view name = fields.word();
+    if (!fields.failed()) take({name, address, type});
+  }
+}
 
 FwImageMap::SymbolMap read_symbols(const std::string& path) {
   const auto in = open_input(path);

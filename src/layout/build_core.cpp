@@ -2,11 +2,12 @@
 // the order stands beside the calls.
 #include "layout/build_core.h"
 
+#include <utility>
+
 #include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
 #include "definitions/modules_config.h"
 #include "driver/ground/log.h"
-#include "input_map/elf_list.h"
 #include "input_map/fw_image_map.h"
 #include "layout/dependency_file.h"
 #include "layout/map_checks.h"
@@ -15,7 +16,7 @@
 
 namespace tova_fw_builder {
 
-std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {
+BoundMap bind_out_map(const BuildInputs& inputs) {
   log_detail("Out image definifions default directory : ", inputs.default_dir);
   auto map = std::make_unique<FwOutMap>();
   map->rom_mode = inputs.rom_mode;
@@ -34,7 +35,8 @@ std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {
     image_map.add_stream_section(kPublicKeysStorage,
                                  KeyList(inputs.key_list_path).stream);
   }
-  for (const ElfListEntry& entry : read_elf_list(inputs.elf_list_path)) {
+  ElfList elfs = read_elf_list(inputs.elf_list_path);
+  for (const ElfListEntry& entry : elfs) {
     image_map.read_image_map(entry.memmap, entry.elf, entry.nm);
   }
 
@@ -43,8 +45,13 @@ std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {
   // Behind the erasing of modules: what only they held counts as unreferenced.
   image_map.warn_unreferenced();
   check_alloc_only(*map);
-  write_dependency_file(inputs.elf_list_path, map->files_read);
-  return map;
+  return {std::move(map), std::move(elfs)};
+}
+
+std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {
+  BoundMap bound = bind_out_map(inputs);
+  write_dependency_file(inputs.elf_list_path, bound.out_map->files_read);
+  return std::move(bound.out_map);
 }
 
 }  // namespace tova_fw_builder

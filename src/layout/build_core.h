@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "input_map/elf_list.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -20,6 +21,15 @@ struct BuildInputs {
   // any other.
   std::optional<std::string> module_config_path = {};
 };
+
+struct BoundMap {
+  std::unique_ptr<FwOutMap> out_map;
+  ElfList elfs;  // what the ELF list held
+};
+
+// All that build_out_map does but the dependency file: nothing is written.
+// Throws and leaves the working directory as it does.
+BoundMap bind_out_map(const BuildInputs& inputs);
 
 // Reads the definitions and the linker's output, binds and checks the map and
 // writes a make dependency file beside the ELF list (its extension replaced by
