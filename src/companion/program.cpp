@@ -14,6 +14,7 @@
 #include "companion/ground/status.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_command.h"
+#include "companion/map_command.h"
 #include "companion/show_command.h"
 #include "companion/to_sign_command.h"
 #include "driver/ground/log.h"
@@ -25,9 +26,9 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
-    add_show_command,       add_diff_command,    add_check_command,
-    add_key_command,        add_to_sign_command, add_attach_command,
-    add_completion_command,
+    add_show_command,   add_diff_command,       add_check_command,
+    add_map_command,    add_key_command,        add_to_sign_command,
+    add_attach_command, add_completion_command,
 };
 
 // The command line as far as it was understood: "tova_fw" or "tova_fw show".

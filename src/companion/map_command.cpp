@@ -1,0 +1,199 @@
+// Reading definitions moves the working directory, so each name of the command
+// line is made absolute first. What the ELF list and the key list name is left
+// as it is: the builder, too, looks for it from the definition's folder.
+#include "companion/map_command.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "companion/colour_option.h"
+#include "companion/ground/json.h"
+#include "companion/ground/output_file.h"
+#include "companion/ground/trouble.h"
+#include "driver/ground/files.h"
+#include "layout/build_core.h"
+#include "memory_map/baseline.h"
+#include "memory_map/budget.h"
+#include "memory_map/map_json.h"
+#include "memory_map/map_text.h"
+#include "memory_map/measure_memory.h"
+#include "memory_map/memory_map.h"
+
+namespace tova_fw_builder {
+namespace {
+
+struct Options {
+  std::string definition;
+  std::string header;
+  std::string elf_list;
+  std::string key_list;
+  std::string default_dir = ".";
+  std::string json;
+  std::string baseline;
+  std::vector<std::string> budgets;
+  bool is_long = false;
+  ColourWhen colour = ColourWhen::kAuto;
+};
+
+std::string absolute(const std::string& path) {
+  return path.empty() ? path : std::filesystem::absolute(path).string();
+}
+
+// A definition that isn't here is searched in the default directory by the
+// name as it was given.
+std::string definition_path(const std::string& name) {
+  return try_open_input(name)->is_open() ? absolute(name) : name;
+}
+
+BuildInputs build_inputs(const Options& options) {
+  BuildInputs inputs;
+  inputs.elf_list_path = absolute(options.elf_list);
+  inputs.key_list_path = absolute(options.key_list);
+  inputs.default_dir = absolute(options.default_dir);
+  inputs.image_def_path = definition_path(options.definition);
+  if (!options.header.empty()) {
+    inputs.module_config_path = absolute(options.header);
+  }
+  return inputs;
+}
+
+// Does a step with the file that it reads or writes, whose trouble it is.
+// Yields whether all went well.
+template <typename Step>
+bool with_file(const std::string& file, const Step& step) {
+  try {
+    step();
+    return true;
+  } catch (const std::exception& error) {
+    report_trouble(file, error.what());
+    return false;
+  }
+}
+
+struct Answer {
+  MemoryMap map;
+  std::vector<BudgetResult> budgets;
+  std::optional<MapChanges> changes;
+
+  const MapChanges* changes_or_null() const {
+    return changes ? &*changes : nullptr;
+  }
+};
+
+Status write_answer(const Answer& answer, const Options& options,
+                    const std::string& json_path) {
+  const bool json_is_printed =
+      options.json == "-" || options.json == "/dev/stdout";
+  const Colours colour = colours(wants_colour(options.colour));
+  if (options.json.empty()) {
+    print_map(std::cout, answer.map, answer.budgets, answer.changes_or_null(),
+              options.is_long, colour);
+  } else {
+    const std::string text =
+        json_text(map_json(answer.map, answer.budgets, answer.changes_or_null(),
+                           options.baseline));
+    if (json_is_printed) {
+      std::cout << text;
+    } else if (!with_file(options.json,
+                          [&] { write_output_file(json_path, text); })) {
+      return Status::kTrouble;
+    }
+  }
+  Status status = Status::kYes;
+  for (const BudgetResult& result : answer.budgets) {
+    if (result.over() == 0) continue;
+    status = Status::kNo;
+    if (json_is_printed) continue;
+    std::cout << colour.bad << over_budget_line(result) << colour.plain << '\n';
+  }
+  return status;
+}
+
+Status show_map(const Options& options) {
+  std::vector<Budget> budgets;
+  for (const std::string& text : options.budgets) {
+    budgets.push_back(parse_budget(text));
+  }
+  const std::string json_path = absolute(options.json);
+  const BuildInputs inputs = build_inputs(options);
+
+  std::optional<MapSizes> before;
+  if (!options.baseline.empty() && !with_file(options.baseline, [&] {
+        before = read_sizes(*open_input(options.baseline));
+      })) {
+    return Status::kTrouble;
+  }
+  Answer answer;
+  if (!with_file(options.definition, [&] {
+        const BoundMap bound = bind_out_map(inputs);
+        answer.map = measure_memory(*bound.out_map, bound.elfs);
+        answer.budgets = check_budgets(answer.map, budgets);
+      })) {
+    return Status::kTrouble;
+  }
+  if (before) answer.changes = compare_sizes(*before, sizes_of(answer.map));
+  return write_answer(answer, options, json_path);
+}
+
+void add_inputs(CLI::App& command, Options& options) {
+  command
+      .add_option("--definition", options.definition, "The image definition")
+      ->required()
+      ->type_name("FILE");
+  command
+      .add_option("--header", options.header,
+                  "The header of constants, if the definition uses one")
+      ->type_name("FILE");
+  command.add_option("--elf-list", options.elf_list, "The list of ELFs")
+      ->required()
+      ->type_name("FILE");
+  command
+      .add_option("--key-list", options.key_list,
+                  "The list of trusted keys, if the image has a store of them")
+      ->type_name("FILE");
+  command
+      .add_option("--default-dir", options.default_dir,
+                  "Where definitions are searched second; else here")
+      ->type_name("DIR");
+}
+
+}  // namespace
+
+void add_map_command(CLI::App& program, Status& status) {
+  CLI::App* command =
+      program.add_subcommand("map", "Show where the memory of an image goes");
+  const auto options = std::make_shared<Options>();
+  add_inputs(*command, *options);
+  command
+      ->add_option("--json", options->json,
+                   "Write one JSON document instead of the tables; - prints it")
+      ->type_name("FILE");
+  command
+      ->add_option("--baseline", options->baseline,
+                   "Show what grew since the build that --json wrote this of")
+      ->type_name("OLD.json");
+  command
+      ->add_option(
+          "--budget", options->budgets,
+          "End with status 1 if more of a memory class is used: bytes, "
+          "K, M or %")
+      ->type_name("CLASS=LIMIT")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  command->add_flag("--long", options->is_long, "Show every row");
+  add_colour_option(*command, options->colour);
+  command->footer(
+      "Example: tova_fw map --definition firmware.def --header config.h \\\n"
+      "           --elf-list firmware.elfs --budget sram=90%\n"
+      "The other inputs are those of tova_fw_builder build; paths in the ELF "
+      "list and\nthe key list count from the definition's folder.");
+  command->callback([options, &status] { status = show_map(*options); });
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,39 @@
+#include "memory_map/coverage.h"
+
+#include <algorithm>
+
+namespace tova_fw_builder {
+
+Coverage::Coverage(std::vector<Span> spans) {
+  std::ranges::sort(spans, {}, &Span::begin);
+  for (const Span& span : spans) {
+    if (span.begin == span.end) continue;
+    if (stretches_.empty()) {
+      stretches_.push_back({span, 0});
+      continue;
+    }
+    Stretch& last = stretches_.back();
+    if (span.begin <= last.span.end) {
+      last.span.end = std::max(last.span.end, span.end);
+    } else {
+      stretches_.push_back(
+          {span, last.covered_before + last.span.end - last.span.begin});
+    }
+  }
+}
+
+std::uint64_t Coverage::count(Span span) const {
+  return span.begin < span.end ? count_below(span.end) - count_below(span.begin)
+                               : 0;
+}
+
+std::uint64_t Coverage::count_below(std::uint64_t address) const {
+  const auto behind = std::ranges::lower_bound(
+      stretches_, address, {}, [](const Stretch& s) { return s.span.begin; });
+  if (behind == stretches_.begin()) return 0;
+  const Stretch& last = *(behind - 1);
+  return last.covered_before + std::min(address, last.span.end) -
+         last.span.begin;
+}
+
+}  // namespace tova_fw_builder
