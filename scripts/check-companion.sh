@@ -69,6 +69,21 @@ done
 diff_json made/gen-1.8 made/gen-2.5
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/diff.json" diffs/*.json
 
+map() {  # map OUTPUT ARGUMENT...: of the sample
+  tova_fw map --definition "$sample/definitions/gen_1.8.def" \
+    --header "$sample/src/audio_config.h" --elf-list made/gen-1.8/firmware.elfs \
+    --key-list "$sample/keys/trusted-keys.list" --json "$1" "${@:2}" >/dev/null
+}
+mkdir map
+map map/plain.json --budget sram=50%
+sed 's/"size": 2048/"size": 2000/' map/plain.json >old.json
+map map/grown.json --baseline old.json
+bench=$root/bench/large_inputs.sh
+"$bench" rom 100 1000 rom
+tova_fw map --definition rom/rom.def --elf-list rom/rom.elfs \
+  --json map/no-classes.json
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/map.json" map/*.json
+
 # What each shell offers behind a line: all of the words, in any order.
 expect() {  # expect SHELL LINE WORD...
   local offered

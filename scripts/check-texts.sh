@@ -14,7 +14,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # The companion's rooms: its manual page tells of its texts.
-companion=(':!src/companion' ':!src/inspect' ':!src/outside_keys')
+companion=(':!src/companion' ':!src/inspect' ':!src/memory_map'
+  ':!src/outside_keys')
 
 # Literals, one a line, adjacent ones joined, line ends and surrounding blanks
 # cut off. literals errors: those of functions that throw or warn. literals
