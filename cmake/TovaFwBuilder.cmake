@@ -11,7 +11,11 @@
 #     [IMAGE_FLAGS hex] [FEATURE_MASK hex] [IMR_TYPE hex]   # 0, 32 bits
 #     [CSS_HEADER_SIZE number]   # 0; decimal, up to 8192
 #     [OUTPUT_DIRECTORY dir]     # NAME in the current binary folder
-#     [SIGN debug|release SIGN_KEY file]  # generation 1.5 alone
+#     [SIGN debug|release        # generation 1.5 alone, with one of these:
+#       SIGN_KEY file            # the file of the pair
+#       SIGN_COMMAND word...     # a command that reads <MANIFEST> and writes
+#                                # <SIGNED>, such as a script around an HSM
+#       [TRUST key...]]          # the only keys to accept: hash, key file, PEM
 #     [OBJDUMP program] [NM program]      # those of the tool chain; objdump
 #                                # must be that of GNU binutils
 #     [DEPENDS file...])         # whatever else the image is made anew for
@@ -98,8 +102,9 @@ function(_tova_sign base)
       "-DTOOL=$<TARGET_FILE:TovaFwBuilder::tova_fw_builder>"
       "-Dcompanion=${TovaFw_EXECUTABLE}"
       "-DMANIFEST=${manifest}" "-DTYPE=${ARG_SIGN}" "-DKEY=${ARG_SIGN_KEY}"
+      "-DCOMMAND=${ARG_SIGN_COMMAND}" "-DTRUST=${ARG_TRUST}"
       -P "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
-    DEPENDS "${manifest}" "${ARG_SIGN_KEY}" TovaFwBuilder::tova_fw_builder
+    DEPENDS "${manifest}" ${ARG_SIGN_KEY} TovaFwBuilder::tova_fw_builder
       ${TovaFw_EXECUTABLE}
       "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
       "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
@@ -146,7 +151,7 @@ endfunction()
 function(tova_add_firmware name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG ""
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
-    "EXECUTABLES;DEPENDS")
+    "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST")
   _tova_check_words()
   _tova_complete_words()
   _tova_check_values()

@@ -126,11 +126,27 @@ function(_tova_check_words)
       _tova_refuse("${needed} is missing")
     endif()
   endforeach()
-  if(ARG_SIGN OR ARG_SIGN_KEY)
-    if(NOT ARG_SIGN MATCHES "^(debug|release)$" OR NOT ARG_SIGN_KEY)
-      _tova_refuse("SIGN takes debug or release, and needs a SIGN_KEY. Given "
-        "are SIGN \"${ARG_SIGN}\" and SIGN_KEY \"${ARG_SIGN_KEY}\".")
-    endif()
+  if(ARG_SIGN OR ARG_SIGN_KEY OR ARG_SIGN_COMMAND OR ARG_TRUST)
+    _tova_check_signing()
+  endif()
+endfunction()
+
+function(_tova_check_signing)
+  if(NOT ARG_SIGN MATCHES "^(debug|release)$" OR
+     (ARG_SIGN_KEY AND ARG_SIGN_COMMAND) OR
+     NOT (ARG_SIGN_KEY OR ARG_SIGN_COMMAND))
+    _tova_refuse("SIGN takes debug or release, and needs a SIGN_KEY or a "
+      "SIGN_COMMAND. Given are SIGN \"${ARG_SIGN}\", SIGN_KEY "
+      "\"${ARG_SIGN_KEY}\" and SIGN_COMMAND \"${ARG_SIGN_COMMAND}\".")
+  endif()
+  if(ARG_SIGN_COMMAND AND NOT ARG_SIGN_COMMAND MATCHES "<MANIFEST>.*<SIGNED>"
+     AND NOT ARG_SIGN_COMMAND MATCHES "<SIGNED>.*<MANIFEST>")
+    _tova_refuse("SIGN_COMMAND has to name <MANIFEST>, which it reads, and "
+      "<SIGNED>, which it writes: ${ARG_SIGN_COMMAND}")
+  endif()
+  if(ARG_TRUST AND NOT TovaFw_EXECUTABLE)
+    _tova_refuse("TRUST needs the companion tova_fw, which isn't found. "
+      "Install it, or say where it is by -DTovaFw_EXECUTABLE=PATH.")
   endif()
 endfunction()
 
@@ -154,6 +170,16 @@ macro(_tova_complete_words)
     if(ARG_${path})
       get_filename_component(ARG_${path} "${ARG_${path}}" ABSOLUTE)
     endif()
+  endforeach()
+  # A key is a hash or a file.
+  set(trusted "${ARG_TRUST}")
+  set(ARG_TRUST "")
+  foreach(key IN LISTS trusted)
+    string(LENGTH "${key}" digits)
+    if(NOT digits EQUAL 64 OR NOT key MATCHES "^[0-9A-Fa-f]+$")
+      get_filename_component(key "${key}" ABSOLUTE)
+    endif()
+    list(APPEND ARG_TRUST "${key}")
   endforeach()
 endmacro()
 

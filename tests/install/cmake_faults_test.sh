@@ -62,7 +62,8 @@ KEYLIST;keys|unknown argument: KEYLIST keys
 IMR_TYPE;|no value stands behind IMR_TYPE
 CSS_HEADER_SIZE;0x800|CSS_HEADER_SIZE must be made of decimal digits alone
 CSS_HEADER_SIZE;8193|CSS_HEADER_SIZE can't be more than 8192
-SIGN;debug|SIGN takes debug or release, and needs a SIGN_KEY
+SIGN;debug|SIGN takes debug or release, and needs a SIGN_KEY or a SIGN_COMMAND
+SIGN;debug;SIGN_COMMAND;signer|has to name <MANIFEST>, which it reads
 SIGN_KEY;keys/test-key-pair.key|SIGN takes debug or release, and needs a SIGN_KEY
 EXECUTABLES;lists/none.elf|EXECUTABLES names a file that isn't there
 EXECUTABLES;archive|it is a target of the type STATIC_LIBRARY
@@ -182,6 +183,25 @@ good 1.8 ''
 cp "$image.man" "$work/man_1.8"
 good 1.5 "SIGN;release;SIGN_KEY;$own-pair.key"
 grep -q 'Manifest hash OK' "$image.man.signed.log" || die 'no log of verify'
+cp "$image.man.signed" "$work/signed"
+# A signer of one's own, and whom to trust, where the companion is.
+signer="SIGN;release;SIGN_COMMAND;$tool;sign;release;$own-pair.key"
+signer+=";<MANIFEST>;<SIGNED>"
+good 1.5 "$signer"
+cmp "$work/signed" "$image.man.signed"
+chmod 644 "$own-pair.key"
+if [[ -x $work/native/usr/bin/tova_fw ]]; then
+  good 1.5 "$signer;TRUST;own-public.key;$(printf '%064d' 1)"
+  plant_unsigned() {  # plant_unsigned TEXT ARGUMENTS
+    { configure 1.5 "$2" && build; } && die "signed in spite of: $1"
+    told "$1"
+    [[ ! -e $image.man.signed ]] || die "left: $1"
+  }
+  plant_unsigned 'FAILED key-trusted' "$signer;TRUST;$(printf '%064d' 1)"
+fi
+good 1.5 "SIGN;release;SIGN_KEY;$own-pair.key"
+told 'Warning: others may read the private key'
+chmod 600 "$own-pair.key"
 damaged() {  # damaged OFFSET BYTES: the manifest, with other bytes there
   cp "$image.man" "$work/man_$1"
   printf '%b' "$2" | dd of="$work/man_$1" bs=1 seek="$1" conv=notrunc status=none
