@@ -47,28 +47,6 @@ void note_alloc_only(const FwOutMap& map) {
 
 }  // namespace
 
-bool is_referenced(const FwOutMap::Module& module) {
-  bool seen_mapped = false;
-  bool seen_unmapped = false;
-  for (std::size_t i = 0; i < module.groups.size(); ++i) {
-    if (is_complete(*module.groups[i])) {
-      if (seen_unmapped) {
-        throw std::runtime_error("Partially mapped module " + module.name);
-      }
-      seen_mapped = true;
-      continue;
-    }
-    log_info("invalid section ", i, '/', module.groups.size(),
-             " found for module: ", module.name, '\n');
-    if (seen_mapped || module.required) {
-      throw std::runtime_error("Partially mapped module " + module.name +
-                               ", section: " + std::to_string(i));
-    }
-    seen_unmapped = true;
-  }
-  return seen_mapped;
-}
-
 void check_sizes(const FwOutMap& map, const FwImageMap& image_map) {
   if (map.max_data != 0) {
     log_warning("allowing ", map.max_data, "b data section!\n");

@@ -7,16 +7,6 @@
 
 namespace tova_fw_builder {
 
-// True if the module is in the image, false if it is wholly absent, also if it
-// has no group left. Logs a note for each group that isn't complete.
-//
-// Throws std::runtime_error "Partially mapped module NAME, section: I" if group
-// I isn't complete though the module is required or an earlier group is
-// complete, and "Partially mapped module NAME" if a group is complete behind
-// one that isn't. So for a required module the first text also means that
-// nothing of it was found.
-bool is_referenced(const FwOutMap::Module& module);
-
 // Holds .data and the sections whose names end in ".guard" to `max_data`. One
 // of exactly that name marks memory that must stay free, so it has to be empty,
 // whatever is allowed for others. Warns unless `max_data` is 0. Throws what

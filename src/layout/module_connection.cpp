@@ -7,7 +7,6 @@
 
 #include "driver/ground/log.h"
 #include "layout/group_binding.h"
-#include "layout/map_checks.h"
 #include "layout/segment.h"
 
 namespace tova_fw_builder {
@@ -113,6 +112,28 @@ void remove_empty_groups(FwOutMap::Module& module) {
     log_info("Removing empty section gruop: ", group_type_name(group->type));
     return true;
   });
+}
+
+bool is_referenced(const FwOutMap::Module& module) {
+  bool seen_mapped = false;
+  bool seen_unmapped = false;
+  for (std::size_t i = 0; i < module.groups.size(); ++i) {
+    if (is_complete(*module.groups[i])) {
+      if (seen_unmapped) {
+        throw std::runtime_error("Partially mapped module " + module.name);
+      }
+      seen_mapped = true;
+      continue;
+    }
+    log_info("invalid section ", i, '/', module.groups.size(),
+             " found for module: ", module.name, '\n');
+    if (seen_mapped || module.required) {
+      throw std::runtime_error("Partially mapped module " + module.name +
+                               ", section: " + std::to_string(i));
+    }
+    seen_unmapped = true;
+  }
+  return seen_mapped;
 }
 
 void erase_unreferenced(FwOutMap& map) {

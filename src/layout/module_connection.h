@@ -34,6 +34,16 @@ void remove_optional(FwOutMap::SectionGroup& group);
 // Drops the groups without a reference; logs a note for each.
 void remove_empty_groups(FwOutMap::Module& module);
 
+// True if the module is in the image, false if it is wholly absent, also if it
+// has no group left. Logs a note for each group that isn't complete.
+//
+// Throws std::runtime_error "Partially mapped module NAME, section: I" if group
+// I isn't complete though the module is required or an earlier group is
+// complete, and "Partially mapped module NAME" if a group is complete behind
+// one that isn't. So for a required module the first text also means that
+// nothing of it was found.
+bool is_referenced(const FwOutMap::Module& module);
+
 // Drops the modules for which is_referenced is false, each with a warning, and
 // numbers the configurations of those that stay: `cfg_offset`, and
 // `mod_cfg_total` of the map. Throws what is_referenced throws; the map is then
