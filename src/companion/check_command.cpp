@@ -118,9 +118,10 @@ void print_summary(const Checked& checked, bool all_hold) {
     failed += (failed.empty() ? "" : ", ") + std::string(line.id);
   }
   std::cout << (checked.summary.empty() ? "no image" : checked.summary) << "  "
-            << (!failed.empty() ? "FAILED: " + failed
-                : all_hold      ? "all checks hold"
-                                : "files are missing")
+            << (!failed.empty()           ? "FAILED: " + failed
+                : !all_hold               ? "files are missing"
+                : checked.summary.empty() ? "nothing is wrong in itself"
+                                          : "all checks hold")
             << '\n';
 }
 
@@ -140,26 +141,46 @@ void print_lines(const Checked& checked, const Colours& colour) {
   }
 }
 
-Status check_files(const Options& options) {
-  const CheckOptions wanted = check_options(options);
-  Given given = open_files(options.files);
-  const Checked checked = check_image(given.files, wanted);
+// Whether a file of a folder has to be one of the image: by the package
+// descriptor, or by the name of a manifest.
+bool is_expected(const std::string& path, const Checked& checked) {
+  for (const char* tail : {".man", ".man.ext", ".man.signed"}) {
+    if (path.ends_with(tail)) return true;
+  }
+  return std::ranges::count(checked.listed, fs::path(path).filename().string());
+}
+
+// Files in which nothing is known must not pass for checked ones.
+void report_unknown(const Checked& checked, const Options& options,
+                    Given& given) {
   bool any_known = false;
   std::set<std::size_t> unknown(checked.unknown.begin(), checked.unknown.end());
   for (std::size_t i = 0; i < given.files.size(); ++i) {
     const std::string& path = given.files[i].path;
     if (!unknown.contains(i)) {
       any_known = true;
-    } else if (!given.in_folders.contains(path)) {
+    } else if (!given.in_folders.contains(path) || is_expected(path, checked)) {
       given.report(path,
                    "nothing known is in it, and it belongs to none of the "
                    "other files (contents of generation 1.5 need their "
                    "manifest)");
     }
   }
-  if (!any_known && !given.trouble) {
+  if (given.trouble) return;
+  if (!any_known) {
     given.report(options.files[0], "no file of an image is in it");
+  } else if (checked.summary.empty() && given.files.size() > 1) {
+    given.report(options.files[0],
+                 "no header of an image is among the files: give the binary, "
+                 "or the manifest of 1.5");
   }
+}
+
+Status check_files(const Options& options) {
+  const CheckOptions wanted = check_options(options);
+  Given given = open_files(options.files);
+  const Checked checked = check_image(given.files, wanted);
+  report_unknown(checked, options, given);
   const bool checks_hold = holds(checked);
   const bool all_hold = checks_hold && !given.trouble;
   if (options.json) {

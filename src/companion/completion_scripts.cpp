@@ -57,8 +57,10 @@ void print_tables(std::ostream& out,
         last == command.path.npos ? "" : command.path.substr(0, last);
     const std::string name =
         command.path.substr(last == command.path.npos ? 0 : last + 1);
-    out << "      " << quoted(above + ' ' + name)
-        << ") at=" << quoted(command.path) << " ;;\n";
+    std::string words = above;
+    words.append(" ").append(name);
+    out << "      " << quoted(words) << ") at=" << quoted(command.path)
+        << " ;;\n";
   }
   out << "    esac\n"
       << "  done\n"

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <bit>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 #include "driver/ground/files.h"
 #include "driver/ground/numbers.h"
@@ -112,6 +114,11 @@ void require_manifest_key(const KeyMaterial& key) {
 
 PublicKeyHash trusted_key_hash(const std::string& text) {
   if (const auto hash = hash_in_hexadecimal(text)) return *hash;
+  std::error_code ignored;
+  if (!std::filesystem::exists(text, ignored)) {
+    throw std::runtime_error(
+        "this is neither a hash of 64 hexadecimal digits nor a file");
+  }
   const auto key = load_any_key(text);
   require_manifest_key(*key);
   return digest_public_key(*key);

@@ -67,6 +67,7 @@ check 0 '' package.bin firmware.man.signed
 says ok module-hash 'package.bin: 4 modules, 49152 bytes'
 check 0 '' firmware.man.signed
 says 'not checked' module-hash 'mixer: .*: give NAME_5a3c0004'
+check 1 key-store --key-list "$keys/trusted-keys.list" firmware.man
 check 0 '' --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
 says ok key-store 'stand at 0x3040'
 check 0 '' --summary .
@@ -79,6 +80,20 @@ says ok signature 'made with the key 966d4e58'
 check 2 '' firmware.bin
 check 2 '' ../rom
 check 2 '' --trust firmware.bin firmware.man.signed
+check 2 '' --trust deadbeef firmware.man.signed
+# In a folder, files are passed over that have nothing to do with the image, and
+# none that it can't do without.
+mkdir ../some
+cp firmware.man.signed package.bin flash.img ../some
+check 0 '' ../some
+cp ../gen-1.8/* ../some
+rm ../some/{package.bin,flash.img,firmware.man.signed}
+bytes ../some/firmware.bin 6144 00
+check 2 '' ../some
+cp ../gen-1.8/firmware.bin ../some
+: >../some/firmware.man
+check 2 '' ../some
+rm -r ../some
 check 2 '' --json --summary .
 cd ../..
 

@@ -42,7 +42,7 @@ constexpr Check kChecks[] = {
     {"key-trusted", check_key_trusted, "give the signed manifest"},
     {"debug-signature", check_debug_signature, "give the signed manifest"},
     {"sample-key", check_sample_key, "give the signed manifest"},
-    {"key-store", check_key_store, "give --key-list, and the contents"},
+    {"key-store", check_key_store, "give --key-list"},
 };
 
 std::vector<std::size_t> unknown_files(const std::vector<CheckedFile>& files,
@@ -52,15 +52,28 @@ std::vector<std::size_t> unknown_files(const std::vector<CheckedFile>& files,
     for (const BareFile& bare : plan.bare) known.insert(bare.file);
     for (const ModulePlace& place : plan.modules) known.insert(place.file);
   }
+  // The manifests of 3.0 are empty.
+  const bool may_be_empty = std::ranges::any_of(
+      image.binaries, [](const CheckedFile* binary) { return is_30(*binary); });
   std::vector<std::size_t> unknown;
   for (std::size_t i = 0; i < files.size(); ++i) {
     const Inspected& inspected = files[i].inspected;
-    if (inspected.format == Format::kEmbedded && inspected.length != 0 &&
-        !known.contains(&files[i])) {
+    if (inspected.format == Format::kEmbedded && !known.contains(&files[i]) &&
+        (inspected.length != 0 || !may_be_empty)) {
       unknown.push_back(i);
     }
   }
   return unknown;
+}
+
+std::vector<std::string> listed_files(const ImageFiles& image) {
+  std::vector<std::string> names;
+  for (const CheckedFile* package : image.packages) {
+    for (const Field& file : find(package->inspected.root, "files")->members) {
+      names.push_back(base_name(text_at(file, "path")));
+    }
+  }
+  return names;
 }
 
 std::string generation_of(const ImageFiles& image, const CheckedFile& header) {
@@ -82,15 +95,17 @@ std::string signature_of(const CheckedFile& manifest) {
          "\u2026";
 }
 
-// Of several headers, that of a signed manifest.
+// Of several headers, that of a signed manifest; a debug signature is not to
+// hide behind another one.
 std::string summary_of(const ImageFiles& image) {
   if (image.headers.empty()) return "";
-  const auto found =
-      std::ranges::find_if(image.headers, [](const CheckedFile* file) {
-        return number_at(file->inspected.root, "signed") != 0;
-      });
+  const auto rank = [](const CheckedFile* file) {
+    const Field& root = file->inspected.root;
+    return number_at(root, "signed") +
+           number_at(root, "signed") * number_at(root, "css.debug");
+  };
   const CheckedFile& header =
-      found == image.headers.end() ? *image.headers[0] : **found;
+      **std::ranges::max_element(image.headers, {}, rank);
   const bool is_15 = header.inspected.format == Format::kManifest15;
   const std::string version = image_version(header.inspected.root);
   std::string text =
@@ -127,6 +142,7 @@ Checked check_image(const std::vector<CheckedFile>& files,
     if (checked.lines.size() == before) report.not_checked(check.needs);
   }
   checked.unknown = unknown_files(files, image);
+  checked.listed = listed_files(image);
   checked.summary = summary_of(image);
   return checked;
 }

@@ -16,6 +16,8 @@ struct Checked {
   std::vector<CheckLine> lines;
   // Indices of files in which nothing is known and that belong to no other.
   std::vector<std::size_t> unknown;
+  // The names of the files that the package descriptors list, without folders.
+  std::vector<std::string> listed;
   // The image in a few words, for one line of a log; empty without a header.
   std::string summary;
 };

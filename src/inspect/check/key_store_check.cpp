@@ -18,7 +18,11 @@ void find_key_stores(ImageFiles& image) {
 }
 
 void check_key_store(const ImageFiles& image, Report& report) {
-  if (!image.options.key_store || image.searches.empty()) return;
+  if (!image.options.key_store) return;
+  if (image.searches.empty()) {
+    report.failed("--key-list asks for the contents: give the binary, too");
+    return;
+  }
   if (image.options.key_store->size() == sizeof(Le32)) {
     report.not_checked("the key list names no key");
     return;
@@ -42,7 +46,7 @@ void check_key_store(const ImageFiles& image, Report& report) {
       is_there = true;
     }
   }
-  if (!is_there) report.not_checked("no store of keys is in the contents");
+  if (!is_there) report.failed("no store of keys is in the contents");
 }
 
 }  // namespace tova_fw_builder

@@ -46,10 +46,12 @@ Told told_by(const Field& root) {
   std::optional<std::uint64_t> last;
   for (const Field& module : find(root, "modules")->members) {
     if (has_empty_segment(module)) told.is_clear = false;
+    // Zeros stand ahead of addons alone; what is no addon is told of libraries.
+    const bool may_have_gaps = number_at(module, "type.library") == 0;
     for (const Field* segment : stored_segments(module)) {
       const std::uint64_t address = number_at(*segment, "vma");
       if (last && address < *last) told.is_clear = false;
-      if (last && address > *last) {
+      if (last && address > *last && may_have_gaps) {
         told.gaps.push_back({told.end, address - *last});
         told.end += address - *last;
       }

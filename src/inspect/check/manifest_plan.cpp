@@ -150,8 +150,8 @@ class ManifestPlanner {
            addon_of(file) == nullptr && !is_main_by_name(file);
   }
 
-  // By its name in the package descriptor, by its length, by the name of the
-  // manifest, or because no other is left.
+  // By its name in the package descriptor, by its length, or by the name of the
+  // manifest.
   const CheckedFile* main_file() const {
     std::vector<const CheckedFile*> left;
     for (const CheckedFile* file : bare_) {
@@ -169,8 +169,7 @@ class ManifestPlanner {
           (file->inspected.length == main_length(manifest_) ? 2 : 0) +
           (is_named_so(file->path, ".bin") && stem(*file) == stem(manifest_)
                ? 1
-               : 0) +
-          (left.size() == 1 ? 1 : 0);
+               : 0);
       if (points > most) {
         most = points;
         best = file;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <stdexcept>
+#include <system_error>
 #include <tuple>
 #include <utility>
 
@@ -248,6 +249,13 @@ Comparison compare_folders(const fs::path& old_folder,
 
 Comparison compare_paths(const std::string& old_path,
                          const std::string& new_path, bool ignore_dates) {
+  for (const std::string& path : {old_path, new_path}) {
+    std::error_code error;
+    if (fs::exists(path, error)) continue;
+    if (!error)
+      error = std::make_error_code(std::errc::no_such_file_or_directory);
+    throw std::runtime_error(path + ": cannot be read: " + error.message());
+  }
   const bool is_folder = fs::is_directory(old_path);
   if (is_folder != fs::is_directory(new_path)) {
     throw std::runtime_error(
