@@ -94,7 +94,7 @@ std::optional<std::uint64_t> find_binary_header(const ByteSource& source) {
   std::optional<std::uint64_t> found;
   // Chance may put the mark anywhere: the header has its own length behind it.
   for (std::size_t at = head.find(mark);
-       at <= kSignedHeaderOffset && at != head.npos;
+       at <= kSignedHeaderOffset;  // not found is beyond it
        at = head.find(mark, at + 1)) {
     const auto header = record_at<TovaFwBinaryHeader>(source, at);
     if (header.header_len == sizeof(TovaFwBinaryHeader)) return at;

@@ -18,7 +18,8 @@ std::size_t width_of(std::string_view text) {
       [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-std::string padded(std::string text, std::size_t width, bool to_right = false) {
+std::string padded(const std::string& text, std::size_t width,
+                   bool to_right = false) {
   const std::size_t own = width_of(text);
   const std::string blanks(own < width ? width - own : 0, ' ');
   return to_right ? blanks + text : text + blanks;

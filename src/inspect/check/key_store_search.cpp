@@ -32,7 +32,7 @@ bool is_store(std::string_view bytes) {
       !is_small_number(bytes.substr(sizeof(Le32)), 0, 1)) {
     return false;
   }
-  const auto count = static_cast<std::size_t>(bytes[0]);
+  const auto count = std::size_t{static_cast<unsigned char>(bytes[0])};
   bytes.remove_prefix(sizeof(Le32));
   if (bytes.size() < count * sizeof(StoreEntry)) return false;
   for (std::size_t i = 0; i < count; ++i) {
