@@ -27,12 +27,14 @@ Digits power_in(std::int32_t limb, const Digits& modulus, std::int32_t bits,
 }
 
 // Random moduli, and those whose limbs are all ones, of every number of bits
-// around the places where a limb or a vector is added.
+// around the places where a limb or a vector is added, or where digits and limbs
+// end together (each 448 bits).
 TEST(Montgomery, BothBuildsAgree) {
   if (!has_avx2_and_bmi2()) GTEST_SKIP() << "no AVX2: there is one build";
   std::mt19937_64 random(2);
   const Digits exponent = {random(), random() | Digit{1} << 63, 0};
-  for (const int middle : {10, 60, 110, 128, 700, 2045, 3440}) {
+  for (const int middle :
+       {10, 60, 110, 128, 448, 700, 896, 1344, 1792, 2045, 3440}) {
     for (std::int32_t bits = middle - 8; bits <= middle + 30; ++bits) {
       Digits modulus(digits_for_bits(bits));
       Digits base(modulus.size());
