@@ -1,7 +1,7 @@
 // definitions/definition_lookup.h
-// Where a definition file is looked for, and the working directory, which
-// follows the file that is being read, so that a bare name in an `include`
-// means a file beside the including one.
+// Where a definition file is looked for (docs/definition-language.md,
+// "include"), and the working directory, which follows the file that is being
+// read.
 #pragma once
 
 #include <fstream>
@@ -13,27 +13,19 @@
 namespace tova_fw_builder {
 
 // Opens the file of that name, or else the one of that name in
-// `map.default_dir`.
+// `map.default_dir`. Appends its canonical path to `map.files_read`, pushes the
+// working directory on `map.dir_stack` and makes the file's directory the new
+// one; the caller undoes the last two behind an included file.
 //
-// Of the file found, the canonical path is appended to `map.files_read`, the
-// working directory as it was is pushed on `map.dir_stack`, and the file's
-// directory is made the working directory; the caller undoes the last two when
-// an included file has been read. A change of directory that fails is not
-// reported.
-//
-// Throws std::runtime_error "Failed to open image defs file : " and the name;
-// std::runtime_error "Cannot get current working directory";
-// std::filesystem::filesystem_error of the operation "canonical" for a name
-// that can't be resolved. That is the end of each relative name with a
-// directory part which is found from the working directory: it is resolved
-// from the NEW directory, and definition trees have come to name such files
-// from the default directory.
+// Throws std::runtime_error "Failed to open image defs file : " and the name,
+// or "Cannot get current working directory"; std::filesystem::filesystem_error
+// of the operation "canonical" for a name that the new directory doesn't
+// resolve.
 std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
                                                const std::string& name);
 
-// One attempt of it. Yields a stream that isn't open, with the map and the
-// working directory untouched, if there is no such file; a directory is none.
-// A device is found but reads as an empty file, since some never end.
+// One attempt of it. Yields a stream that isn't open, with nothing changed, if
+// there is no such file; a directory is none, and a device is an empty file.
 std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
                                               const std::string& name);
 

@@ -6,13 +6,10 @@
 
 namespace tova_fw_builder {
 
-// Reads the block behind a `group` statement into `group`:
-//
-//   entry ADDRESS                         hexadecimal, unsigned
-//   section [ep | o] NAME [< REPLACEMENT]
-//
-// Logs each section at level 3. Throws std::runtime_error "Double entry point
-// defined", and the logic errors of parse_unsigned.
+// Reads the block behind a `group` statement (docs/definition-language.md,
+// "Groups of sections") into `group`; logs its sections at level 3. Throws
+// std::runtime_error "Double entry point defined", and what parse_unsigned
+// throws.
 void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group);
 
 }  // namespace tova_fw_builder

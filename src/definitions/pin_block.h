@@ -6,12 +6,9 @@
 
 namespace tova_fw_builder {
 
-// Reads the block behind a `pin` statement into `pin`: stream_type, and the
-// lists of bits sample_rates, sample_sizes, sample_containers, channel_cfg.
-// All numbers are hexadecimal. Repeated lists add up.
-//
-// Throws CfgFileError "[WORD] Not recognized stream type" beyond FF, and the
-// logic errors of parse_signed.
+// Reads the block behind a `pin` statement (docs/definition-language.md,
+// "Pins") into `pin`. Throws CfgFileError "[WORD] Not recognized stream type",
+// and what parse_signed throws.
 void read_pin(StatementLines& lines, FwOutMap::Pin& pin);
 
 }  // namespace tova_fw_builder

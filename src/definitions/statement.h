@@ -1,5 +1,4 @@
 // definitions/statement.h
-// One line of a definition file, taken word by word.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +7,8 @@
 namespace tova_fw_builder {
 
 // The words of a line, split at white space. When none is left, the word taken
-// last comes again: a statement whose operand is missing takes the word before
-// it, which as a rule is its own key, and definition files rely on that.
-//
-// It looks into the line that it is made from and must not outlive it.
+// last comes again, as a rule the statement's key; definition files rely on
+// that. The line must outlive the object.
 class Statement {
  public:
   // Takes the first word, the key; empty if the line is blank.
@@ -26,17 +23,15 @@ class Statement {
   // The next word, or an empty text.
   std::string_view next_operand();
 
-  // next_word() as a number, by the rules and with the failure texts of
-  // parse_signed and parse_unsigned.
+  // next_word() by parse_signed and parse_unsigned, with their failures.
   std::int32_t next_signed(int base);
   std::uint32_t next_unsigned(int base);
 
   // What follows the words taken so far, with its white space.
   std::string_view rest() const { return rest_; }
 
-  // True when the last word taken, or the white space passed over in vain,
-  // reached the end of the line. White space BEHIND a word isn't passed over
-  // with it, so a loop that reads words until this holds gets the last one
+  // Whether the last word, or white space passed over in vain, reached the end.
+  // A blank BEHIND a word doesn't go with it: a loop until here gets that word
   // twice.
   bool at_end() const { return rest_.empty(); }
 

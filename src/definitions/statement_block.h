@@ -1,9 +1,7 @@
 // definitions/statement_block.h
-// What the readers of the flattened definitions share: the lines with their
-// numbers, and the way in which a block ends.
-//
-// A block has no end marker. It ends at the first statement that it doesn't
-// know, and that line goes back to the enclosing block, which judges it anew.
+// What the readers of the flattened definitions share. A block has no end
+// marker: it ends at the first statement that it doesn't know, and that line
+// goes back to the enclosing block, which judges it anew.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +14,7 @@
 
 namespace tova_fw_builder {
 
-// The lines of the flattened text. One line can be given back.
+// The lines of the flattened text. One line can be given back, by hold().
 class StatementLines {
  public:
   explicit StatementLines(std::istream& stream) : stream_(stream) {}
@@ -24,14 +22,12 @@ class StatementLines {
   // False when the last line had no line end, and behind the last line.
   bool good() const { return stream_.good(); }
 
-  // Number of the line taken last, from 1. A line that was given back and is
-  // taken again keeps the number that it had.
+  // Number of the line taken last, from 1. A line given back keeps its number.
   std::uint64_t number() const { return number_; }
 
   // The line given back, or else the next one of the stream; empty at its end.
   std::string take();
 
-  // Gives a line back.
   void hold(std::string line) { held_ = std::move(line); }
 
  private:
@@ -47,8 +43,8 @@ struct StatementRow {
   void (*carry_out)(Block& block, Statement& statement);
 };
 
-// Carries out the statement by its row in the table. False, with nothing done,
-// if its key isn't there.
+// Carries out the statement by its row. False, with nothing done, if it has
+// none.
 template <typename Block, typename Table>
 bool carry_out(const Table& table, Block& block, Statement& statement) {
   for (const StatementRow<Block>& row : table) {

@@ -27,10 +27,10 @@ inline constexpr int kNoCommand = -3;  // -v alone, or an unknown command word
 inline constexpr int kCommandFailed = -5;  // with an error line: the text of
                                            // the exception as it stands
 
-// Runs the command that `arguments` (without the program's name) ask for: an
-// optional "-v" as the very first word, which sets the log level to 3, the
-// command word, its parameters. Yields the exit status; never throws a
-// std::exception. Partly written output stays as it is.
+// Runs the command that `arguments` (without the program's name) ask for: a
+// "-v" as the very first word sets the log level to 3; then command word,
+// parameters. Yields the exit status; never throws a std::exception. Partly
+// written output stays as it is.
 int run_command_line(std::span<const std::string> arguments,
                      std::span<const Command> commands);
 

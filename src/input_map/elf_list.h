@@ -7,8 +7,7 @@
 
 namespace tova_fw_builder {
 
-// The three files of one linked ELF. Paths are used as they stand, relative
-// ones from the working directory. None of them is opened here.
+// The three files of one linked ELF, as they stand in the list. None is opened.
 struct ElfListEntry {
   std::string elf;     // the linked file, taken as a bag of bytes
   std::string memmap;  // its section table, as of objdump -h
@@ -17,14 +16,12 @@ struct ElfListEntry {
 
 using ElfList = std::vector<ElfListEntry>;
 
-// Reads the list: three lines for each ELF, in the order elf, memmap, nm. Of
-// each line the first word counts, so a path can't hold a blank; a line of
-// blanks is an empty path. An empty file is an empty list.
+// Reads the list (docs/file-formats.md, "ELF list"; docs/inputs.md, "The ELF
+// list"). A line of blanks is an empty path, an empty file an empty list. Logs
+// each line whole at level 3.
 //
-// Every line must end in a line feed, the last one too, and none may follow
-// the last triple. Throws std::runtime_error "Invalid number of lines in ELF
-// list. Must be list of pairs <elf, memmap, nm>"; "Failed to open file: " and
-// the path. At level 3 logs each line whole, as read.
+// Throws std::runtime_error "Invalid number of lines in ELF list. Must be list
+// of pairs <elf, memmap, nm>"; "Failed to open file: " and the path.
 ElfList read_elf_list(const std::string& path);
 
 }  // namespace tova_fw_builder

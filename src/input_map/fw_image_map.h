@@ -15,9 +15,9 @@
 namespace tova_fw_builder {
 
 struct FwImageMap {
-  // One section of a linked ELF as its section table lists it. Shared between
-  // the map and every section reference bound to it. The number of owners is
-  // significant: a header that the map alone owns is unreferenced.
+  // One section of a linked ELF. Shared by the map and every section reference
+  // bound to it. The number of owners counts: a header of the map alone is
+  // unreferenced.
   struct SectionHeader {
     std::string name;
     std::uint32_t index = 0;  // 0xFFFFFFFF for a stream section
@@ -46,8 +46,8 @@ struct FwImageMap {
     std::string name;
   };
 
-  // Symbols by name. An ordered map as a flat array: an ELF has up to millions
-  // of them, of which a build looks up a few.
+  // An ordered map as a flat array: an ELF has up to millions of symbols, of
+  // which a build looks up a few.
   struct SymbolMap {
     struct Entry {
       std::string_view name;  // in `texts`
@@ -62,41 +62,37 @@ struct FwImageMap {
     std::string_view keep(std::string_view text) const;
   };
 
-  // Reads one ELF of the list: section table, symbol list and the ELF file
-  // itself. Logs the table at level 3. See section_table.h for the format.
-  // Throws std::runtime_error "Failed to open file: " and the path; "Duplicated
-  // section found: " and the name for a loadable section whose name the map
-  // holds already; "Not recognizeg alignment specified".
+  // Adds the sections and symbols of one ELF, and logs its table at level 3.
+  // Throws std::runtime_error "Failed to open file: " and the path, and what
+  // read_section_table throws.
   void read_image_map(const std::string& memmap_path,
                       const std::string& elf_path, const std::string& nm_path);
 
-  // Adds `stream` as a section of that name, replacing any earlier one: index
-  // all ones, no flag set, addresses and alignment 0, `size` the stream's
-  // length. With no flag it serves as a replacement alone.
+  // Adds `stream` as a section of that name in place of any earlier one. With
+  // no flag set and no address it serves as a replacement alone.
   void add_stream_section(const std::string& name,
                           std::shared_ptr<std::istream> stream);
 
   // The section of exactly that name, or null. The result is one more owner.
   std::shared_ptr<SectionHeader> find_section(const std::string& name) const;
 
-  // A copy of the symbol, or one with `valid` false and all else empty.
+  // A copy, with `valid` false and all else empty if there is none.
   Symbol find_symbol(const std::string& name) const;
 
-  // Adds the symbols of one more ELF: across files the first one of a name
-  // wins. Takes `from` over.
+  // Adds the symbols of one more ELF: the first ELF with a name wins.
   void merge_symbols(SymbolMap&& from);
 
   // Throw std::runtime_error, NAME " size " SIZE " > max_allowed_size " LIMIT,
-  // both numbers in hex without prefix, if the section of that name (or, in
-  // name order, the first whose name ends in `suffix`) is larger than `limit`.
+  // in hex, for the section of that name (or, by name, the first that ends in
+  // `suffix`) if it is larger.
   void check_section_size(const std::string& name, std::uint64_t limit) const;
   void check_suffix_size(const std::string& suffix, std::uint64_t limit) const;
 
   // Logs a warning for each loadable section that nothing but the map owns.
   void warn_unreferenced() const;
 
-  // Those of the first ELFs first. Each table has more than twice the symbols
-  // of the next one, so there are few of them.
+  // Earlier ELFs first. Each table has more than twice the symbols of the next
+  // one, so there are few of them.
   std::vector<SymbolMap> symbols;
   std::map<std::string, std::shared_ptr<SectionHeader>> sections;
   std::uint32_t parse_state = 0;  // of the section table scanner: 0, 1 or 2

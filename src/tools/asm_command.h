@@ -6,19 +6,13 @@
 
 namespace tova_fw_builder {
 
-// Appends every file that a "bin" line of the package descriptor names to
-// `out_file`, in the order of the lines, with nothing between them. The second
-// word of the line is the path, relative to the working directory; all other
-// text is ignored. Lines are read by a LineReader, so a line of more than 1023
-// characters is the last one.
+// Appends every file that a "bin" line of the package descriptor names
+// (docs/file-formats.md, "Package descriptor") to `out_file`, which is
+// truncated first and keeps what it has at a failure.
 //
-// Throws std::runtime_error "Failed to open file: " and the path for a
-// descriptor or a listed file that can't be opened, also for the empty path of
-// a "bin" line without a second word, and "Cannot tell the length of file: "
-// and the path for one like a pipe; `out_file` keeps what was appended so far.
-// An output that can't be written is not reported. `out_file` is truncated
-// first: where it is listed as an input as well, only what it holds at that
-// line is appended.
+// Throws std::runtime_error "Failed to open file: " and the path, the empty one
+// of a line without a second word too; "Cannot tell the length of file: " and
+// the path for one like a pipe. A failure to write is not reported.
 void asm_command(const std::string& pkg_file, const std::string& out_file);
 
 }  // namespace tova_fw_builder

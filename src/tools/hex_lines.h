@@ -9,10 +9,8 @@
 
 namespace tova_fw_builder {
 
-// Replaces `text` by one line for each `width` bytes: the bytes as one
-// little-endian number in 2 * width upper-case digits, zero-filled, most
-// significant digit first, and a line feed. `bytes` holds a multiple of `width`
-// bytes.
+// Replaces `text` by a line for each `width` bytes: the little-endian number in
+// 2 * width upper-case digits. `bytes` holds a multiple of `width` bytes.
 void make_hex_lines(std::span<const std::uint8_t> bytes, std::size_t width,
                     std::string& text);
 

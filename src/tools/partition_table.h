@@ -7,7 +7,7 @@
 
 namespace tova_fw_builder {
 
-// The partition table as it stands in a flash image, 68 bytes.
+// As it stands in a flash image, 68 bytes.
 struct PartitionTable {
   Le32 count;                      // positions recorded
   std::array<Le32, 16> positions;  // of the marked files, in order; then zero

@@ -27,12 +27,10 @@ class Uuid {
   // Takes the bytes as they stand. The text is in lower case.
   explicit Uuid(std::span<const std::uint8_t, 16> bytes);
 
-  // Mixed-endian: bytes 0 to 3, 4 to 5 and 6 to 7 are little-endian numbers,
-  // bytes 8 to 15 run in the order of the text.
+  // As in files (docs/file-formats.md, "Module entry").
   const std::array<std::uint8_t, 16>& bytes() const { return bytes_; }
   const UuidNode& node() const { return node_; }
-  // 8-4-4-4-12 digits. Of a parsed UUID it is the whole input in upper case,
-  // with any text that stood ahead of the UUID.
+  // 8-4-4-4-12 digits; of a parsed UUID the whole input in upper case.
   const std::string& text() const { return text_; }
 
  private:

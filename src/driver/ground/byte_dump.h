@@ -12,16 +12,12 @@
 
 namespace tova_fw_builder {
 
-// Describes bytes for printing; it does not own them. A null `data` prints
-// like a length of zero.
+// Bytes for printing, not owned. A null `data` prints like a length of zero.
 //
 // Plain form: label, newline, `indent`; then each byte as two lower-case hex
-// digits and one blank; behind every 16th byte, the last one too, a newline
-// and `indent` again. No newline ends it.
-//
-// C array form: see write_c_array_head and its companions.
-//
-// The C array form leaves the stream in decimal, the plain form as it was.
+// digits and one blank; behind every 16th byte, the last one too, a newline and
+// `indent` again. It leaves the stream's base as it was, the C array form sets
+// decimal.
 struct ByteDump {
   const std::uint8_t* data = nullptr;
   std::size_t length = 0;
@@ -32,15 +28,9 @@ struct ByteDump {
 
 std::ostream& operator<<(std::ostream& out, const ByteDump& dump);
 
-// The C array form in pieces, for arrays that don't fit in memory.
-//
-// Head: `unsigned char LABEL[LENGTH] = { ` (with the blank) and a newline.
-// Bytes: "0x", two lower-case digits; behind each eighth byte of the array
-//   "," (unless it is the array's last byte) and a newline, behind every other
-//   byte ", ". So a last byte that doesn't close its row keeps its ", ".
-// Tail: "};".
-//
-// `first` is the index in the array of bytes[0], `length` the array's length.
+// The C array form in pieces (docs/file-formats.md, "C array"), for arrays that
+// don't fit in memory. `first` is the index in the array of bytes[0], `length`
+// the array's length.
 void write_c_array_head(std::ostream& out, std::string_view label,
                         std::uint64_t length);
 void write_c_array_bytes(std::ostream& out, std::span<const std::uint8_t> bytes,

@@ -1,10 +1,7 @@
 // driver/ground/files.h
-// Opening and reading files, and paths as plain strings. Both separators, the
-// backslash and the slash, are known; nothing is normalised.
-//
-// No stream carries an exception mask: behind a successful open, reads and
-// writes fail without a word. An output file is opened with a plain
-// std::ofstream and never tested.
+// Opening and reading files, and paths as plain strings, with backslash and
+// slash as separators. No stream carries an exception mask: behind a successful
+// open, reads and writes fail without a word. Outputs are never tested.
 #pragma once
 
 #include <cstddef>
@@ -17,9 +14,8 @@
 
 namespace tova_fw_builder {
 
-// Open a file for reading, as bytes or as text. Throw std::runtime_error
-// "Failed to open file: " and the path, for a directory too. A device reads as
-// an empty file, as some never end.
+// Open a file as bytes or as text. Throw std::runtime_error "Failed to open
+// file: " and the path, for a directory too. A device reads as an empty file.
 std::unique_ptr<std::ifstream> open_binary_input(const std::string& path);
 std::unique_ptr<std::ifstream> open_input(
     const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
@@ -28,10 +24,9 @@ std::unique_ptr<std::ifstream> open_input(
 std::unique_ptr<std::ifstream> try_open_input(
     const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
 
-// Reads the start of a file, or of a pipe, and returns how many bytes it gave:
-// less than `bytes` holds only where the file ends. They go straight to their
-// place, so that a caller who wipes it leaves no copy. Opens and throws as
-// open_binary_input does.
+// Reads the start of a file or a pipe, and returns how many bytes it gave:
+// fewer only where the file ends. They go straight to their place, so that a
+// caller who wipes it leaves no copy. Throws as open_binary_input does.
 std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes);
 
 // The working directory. Throws std::runtime_error "Cannot get current working
@@ -41,28 +36,25 @@ std::string current_directory();
 // The path cut behind its last separator, which is kept; empty without one.
 std::string directory_of(const std::string& path);
 
-// Directory, separator, name. The separator is always added, also behind a
-// directory that ends with one.
+// Directory, separator, name; the separator also behind another one.
 std::string join_path(const std::string& directory, const std::string& name);
 
-// The length in bytes of a file, by seeking to its end; the stream is left at
-// its start. Throws std::runtime_error "Cannot tell the length of file: " and
-// the path if `in` can't seek, as with a pipe.
+// The length in bytes; the stream is left at its start. Throws
+// std::runtime_error "Cannot tell the length of file: " and the path if `in`
+// can't seek, as with a pipe.
 std::uint64_t file_length(std::istream& in, const std::string& path);
 
 using TakeBytes = std::function<void(std::span<const std::uint8_t>)>;
 
-// Reads up to `length` bytes and hands them on in pieces of at most 256 KiB,
-// each but the last a multiple of 4096 bytes long. Ends early where the file
-// does, so a file that shrinks meanwhile yields what was there.
+// Hands up to `length` bytes on in pieces of at most 256 KiB, each but the last
+// a multiple of 4096 bytes. Ends early where the file does.
 void read_in_pieces(std::istream& in, std::uint64_t length,
                     const TakeBytes& take);
 
 // Copies up to `length` bytes.
 void copy_bytes(std::istream& in, std::uint64_t length, std::ostream& out);
 
-// Writes zero bytes, from a small block, whatever the count; ends early when
-// the stream has failed.
+// Ends early when the stream has failed.
 void write_zeros(std::ostream& out, std::uint64_t count);
 
 }  // namespace tova_fw_builder

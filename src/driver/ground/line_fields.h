@@ -7,22 +7,19 @@
 
 namespace tova_fw_builder {
 
-// Takes fields from a line with the rules of formatted stream extraction, to
-// the letter, without the cost of a stream for each of a million lines. Each
-// field skips the white space ahead of it. A field that isn't there fails the
-// object, and a failed object yields nothing more until it is cleared.
-//
-// The line's text must outlive the object and the words that it yields.
+// Takes fields from a line by the rules of formatted stream extraction, to the
+// letter, without the cost of a stream for each of a million lines. Each field
+// skips the white space ahead of it. One that isn't there fails the object,
+// which yields nothing more until it is cleared. The line must outlive object
+// and words.
 class LineFields {
  public:
   LineFields() = default;
   explicit LineFields(std::string_view line) : rest_(line) {}
 
-  // A number in `base`, 10 or 16: optional sign, in base 16 an optional "0x"
-  // or "0X", digits. It ends at the first other character, where the next
-  // field goes on: "10T" is the number 10 and the character T.
-  //
-  // A minus sign negates modulo 2^32, or 2^64 if wide. No digit (as in "0x"
+  // A number in `base`, 10 or 16: optional sign, in base 16 an optional "0x",
+  // digits. The next field goes on where it ends: "10T" is 10 and the character
+  // T. A minus sign negates modulo 2^32, or 2^64 if wide. No digit (as in "0x"
   // alone) fails and yields 0; a number of more bits fails and yields all ones.
   std::uint32_t number(int base);
   std::uint64_t wide_number(int base);
@@ -36,8 +33,8 @@ class LineFields {
   bool failed() const { return failed_; }
   void clear() { failed_ = false; }
 
-  // Whether the last word or number reached the end of the line. White space
-  // behind it isn't passed over with it.
+  // Whether the last field reached the end; white space behind it is still
+  // there.
   bool at_end() const { return rest_.empty(); }
 
  private:

@@ -18,13 +18,11 @@ inline constexpr int kLogDetail = 3;   // no prefix; shown with -v
 int log_level();
 void set_log_level(int level);
 
-// One line of the log. It collects text in a stream of its own, so that number
-// bases and fill characters never leak into another line, and writes prefix,
-// text and one newline to the standard output, flushed, when it ends. The text
-// may hold newlines of its own. A failing standard output loses the text
-// without a word, and all later lines: where it is closed, a file opened later
-// may have got its number. So a command that logs does so ahead of opening its
-// outputs.
+// One line of the log, collected in a stream of its own, so that number bases
+// never leak into another. When it ends, prefix, text and a newline are written
+// and flushed. A failing standard output loses this line and all later ones
+// without a word: where it is closed, a file opened later may have got its
+// number. So a command that logs does so ahead of opening its outputs.
 class LogLine {
  public:
   explicit LogLine(int level);

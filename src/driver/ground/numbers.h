@@ -44,10 +44,10 @@ std::uint32_t clamped_unsigned(const ScannedNumber& number);
 // Both read a number as scan_number does; what follows is ignored.
 //
 // signed: range of 32 bits. Throws std::invalid_argument "invalid stoi
-//   argument" if there is no digit, std::out_of_range "stoi argument out of
-//   range" beyond the range.
-// unsigned: 0 to FFFFFFFF, where a minus sign negates modulo 2^32; the texts
-//   have "stoul" in place of "stoi".
+// argument" if there is no number, std::out_of_range "stoi argument out of
+// range".
+//
+// unsigned: to FFFFFFFF; a minus sign negates modulo 2^32. "stoul" for "stoi".
 std::int32_t parse_signed(std::string_view text, int base);
 std::uint32_t parse_unsigned(std::string_view text, int base);
 

@@ -1,6 +1,5 @@
 // tools/package_descriptor/package_descriptor.h
-// The package descriptor: a text file beside the binary that describes the
-// image to people and lists the package's files for the `asm` command.
+// The text file beside the binary that `asm` reads its files from.
 #pragma once
 
 #include <cstdint>
@@ -10,13 +9,9 @@
 
 namespace tova_fw_builder {
 
-// Writes the file `path` + ".pkg", where `path` is the binary's path without
-// extension. A file that can't be opened or written is no failure.
-//
-// One "bin" line for the binary, with the display name of the first module
-// (empty without modules), and one for each module of kind 1: in every
-// generation, though only 1.5 writes such modules to files of their own, so in
-// the others the line names a file that no build made.
+// Writes `path` + ".pkg" (docs/file-formats.md, "Package descriptor"), where
+// `path` is the binary's path without extension. A failure to write is not
+// reported.
 //
 // `date` and `module_type` are those of the image's manifest: BCD as
 // 0xYYYYMMDD, or 0, and the number of the manifest's kind.
