@@ -28,6 +28,7 @@ std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
                                                const std::string& name) {
   auto in = find_image_def(map, name);
   if (!in->is_open()) {
+    // Glued: an absolute name, too, is looked for below that directory.
     in = find_image_def(map, join_path(map.default_dir, name));
   }
   if (!in->is_open()) {
@@ -48,7 +49,9 @@ std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
   // Without a directory part this fails, which leaves the directory as it is.
   std::error_code ignored;
   std::filesystem::current_path(directory_of(name), ignored);
-  // Only now: relative names with a directory part are refused on purpose.
+  // Only now, from the new directory: relative names with a directory part are
+  // refused on purpose, and definition trees have come to name such files from
+  // the default directory.
   map.files_read.push_back(canonical_path(name));
   return in;
 }

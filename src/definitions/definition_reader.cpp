@@ -15,6 +15,7 @@ namespace tova_fw_builder {
 
 namespace {
 
+// The depth that fails. The top file stands at 0.
 constexpr std::uint32_t kMaxIncludeDepth = 5;
 
 // Defines and repeated includes can make a small file stand for any amount of
@@ -76,6 +77,7 @@ void DefinitionReader::flatten(Statement line, std::ostream& out) {
   if (line.word() == "include") return include(line, out);
   if (line.word() == "define") return define(line);
   charge(line.word().size() + 1);
+  // The key: no define can stand for it.
   out << line.word() << ' ';
   // The end is tested before the word is read, and the read isn't tested:
   // white space behind the last word makes that word come twice.
@@ -99,6 +101,7 @@ void DefinitionReader::include(Statement line, std::ostream& out) {
   // any. What it had goes on even if it failed.
   out << included->rdbuf();
   std::error_code ignored;
+  // A directory that is gone by now isn't told; the included file's stays.
   std::filesystem::current_path(map_.dir_stack.back(), ignored);
   map_.dir_stack.pop_back();
   --include_depth_;
@@ -107,6 +110,7 @@ void DefinitionReader::include(Statement line, std::ostream& out) {
 void DefinitionReader::define(Statement line) {
   const std::string name(line.next_operand());
   const std::string value(line.next_operand());
+  // The same value again is a conflict too.
   if (!define_table_.emplace(name, value).second) {
     throw std::runtime_error("Define name conflict : " + name);
   }
@@ -131,6 +135,7 @@ std::string DefinitionReader::expand_macro(std::string_view word) const {
 
 void DefinitionReader::charge(std::uint64_t length) {
   length_charged_ += length;
+  // Charged ahead of each write, so that the text can't fill the memory first.
   if (length_charged_ > kFreeText + kMaxExpansion * length_read_) {
     throw std::runtime_error("Definition files expand to too much text");
   }

@@ -11,6 +11,8 @@ namespace tova_fw_builder {
 namespace {
 
 void read_entry(FwOutMap::SectionGroup& group, Statement& statement) {
+  // Converted first: a bad number is reported even where an entry stands
+  // already.
   const std::uint32_t entry = statement.next_unsigned(16);
   if (group.entry != FwOutMap::SectionGroup::kNoEntry) {
     throw std::runtime_error("Double entry point defined");
@@ -34,6 +36,7 @@ void read_section(FwOutMap::SectionGroup& group, Statement& statement) {
     line.stream() << "  section: " << name;
     if (entrypoint) line.stream() << " (entrypoint)";
     if (optional) line.stream() << " (optional)";
+    // No blank ahead of it; the log is kept to the letter.
     if (!replacement.empty()) line.stream() << "replacement: " << replacement;
   }
   group.add_section(std::string(name), entrypoint, optional,

@@ -20,6 +20,7 @@ struct LayoutBlock {
 
 void read_binary_name(LayoutBlock& block, Statement& statement) {
   const auto name = statement.next_operand();
+  // `binary_name` alone keeps an earlier name.
   if (!name.empty()) block.map.binary_name = name;
 }
 
@@ -72,6 +73,7 @@ void read_memory_class(LayoutBlock& block, Statement& statement) {
   memory.name = statement.next_word();
   memory.base = statement.next_unsigned(16);
   memory.size = statement.next_unsigned(16);
+  // May wrap: a class that reaches to the end of the 4 GiB counts nothing.
   memory.end = memory.base + memory.size;
   block.map.memory_classes.push_back(std::move(memory));
 }
@@ -93,6 +95,7 @@ constexpr ModuleKind kModuleKinds[] = {
     {"l", Module::kLoadable, Module::kLibrary, true, false},
 };
 
+// A library is told as an addon; readers of the log know it so.
 void log_module(const Module& module) {
   log_detail(
       " module: ", module.name,
@@ -115,6 +118,7 @@ void open_module(LayoutBlock& block, Statement& statement) {
       break;
     }
   }
+  // The word stays if none follows: `module o` is an optional module called o.
   module->name = statement.word();
   log_module(*module);
   read_module(block.map, block.lines, *module);

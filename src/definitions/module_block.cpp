@@ -38,6 +38,7 @@ void read_display_name(ModuleBlock& block, Statement& statement) {
   block.module.display_name = name;
 }
 
+// Of larger numbers the low 16 bits count, as in the image.
 template <std::uint16_t Version::*Field>
 void read_version(ModuleBlock& block, Statement& statement) {
   block.module.version.*Field =
@@ -72,6 +73,7 @@ bool is_count(std::string_view word) {
          std::all_of(word.begin() + 1, word.end(), is_digit);
 }
 
+// A number beyond 7FFFFFFF fails. Bit 31 takes a constant, which has 32 bits.
 void read_affinity_mask(ModuleBlock& block, Statement& statement) {
   const auto word = statement.next_word();
   block.module.affinity_mask =
@@ -84,6 +86,7 @@ void read_instance_count(ModuleBlock& block, Statement& statement) {
   block.module.instance_count =
       is_count(word) ? static_cast<std::uint32_t>(parse_signed(word, 10))
                      : next_const(block, statement);
+  // Behind both ways: a constant may be 0, too.
   if (block.module.instance_count == 0) {
     throw CfgFileError(block.lines.number(), statement.word(),
                        "Modules instance count must be greater than zero");
@@ -106,6 +109,7 @@ void read_core_type(ModuleBlock& block, Statement& statement) {
 
 void read_domain_types(ModuleBlock& block, Statement& statement) {
   for (;;) {
+    // next_word never runs out.
     const auto word = statement.next_operand();
     if (word.empty()) return;
     if (word == "LL") {
@@ -177,6 +181,7 @@ void open_pin(ModuleBlock& block, Statement& statement) {
 void read_sched_caps(ModuleBlock& block, Statement& statement) {
   std::istringstream words{std::string(statement.rest())};
   std::uint16_t first = 0;
+  // Above FFFF the stream fails, and the empty word behind it is no number.
   words >> std::hex >> first;
   std::uint16_t flags = 0;
   std::string word;
@@ -190,6 +195,7 @@ void read_sched_caps(ModuleBlock& block, Statement& statement) {
 void read_export(ModuleBlock& block, Statement& statement) {
   const bool optional = statement.next_word() == "o";
   if (optional) statement.next_word();
+  // Required or not, the last statement for a symbol counts.
   block.map.exports[std::string(statement.word())] = optional;
 }
 

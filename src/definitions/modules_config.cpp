@@ -19,6 +19,7 @@ void read_config_line(FwOutMap& map, std::string_view line) {
   if (words.word() != "#define") return;
   const std::string name(words.word());
   const std::uint32_t value = any_base_or_zero(words.word());
+  // Unlike a define, a constant may be set again.
   map.consts[name] = value;
   log_detail(std::left, std::setw(30), name, ' ', std::right, std::setw(8),
              value);

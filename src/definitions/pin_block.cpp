@@ -25,6 +25,7 @@ std::uint32_t next_bits(Statement& statement) {
 
 void read_stream_type(PinBlock& block, Statement& statement) {
   const auto value = static_cast<std::uint32_t>(statement.next_signed(16));
+  // Catches negative numbers, too, as they are unsigned by now.
   if (value > 0xFF) {
     throw CfgFileError(block.lines.number(), statement.word(),
                        "Not recognized stream type");

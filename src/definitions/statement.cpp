@@ -15,6 +15,7 @@ bool Statement::take(std::string_view& word) {
   const auto end = std::find_if(start, rest_.end(), is_white_space);
   const bool taken = start != end;
   if (taken) word = {start, end};
+  // Also if no word was taken: the white space is gone, and at_end() holds.
   rest_ = {end, rest_.end()};
   return taken;
 }

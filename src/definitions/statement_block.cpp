@@ -4,6 +4,7 @@
 namespace tova_fw_builder {
 
 std::string StatementLines::take() {
+  // Not counted again: it has its number.
   if (!held_.empty()) return std::exchange(held_, {});
   ++number_;
   std::string line;

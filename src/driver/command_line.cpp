@@ -32,6 +32,7 @@ void print_usage() { std::cout << kUsage << std::flush; }
 
 int dispatch(std::span<const std::string> arguments,
              std::span<const Command> commands) {
+  // Only here: behind the command word it is a parameter like any.
   if (arguments.front() == "-v") {
     set_log_level(kLogDetail);
     arguments = arguments.subspan(1);

@@ -39,6 +39,7 @@ void run_build(Parameters p) {
                   .hotfix = version_part(p[5]),
                   .build = version_part(p[6])},
       .css_header_size = decimal_or_zero(p[7]),
+      // As it stands now: reading the definition moves it.
       .default_dir = current_directory(),
       .image_def_path = p[8],
       .module_config_path = p[9],
@@ -60,6 +61,8 @@ void run_buildrom(Parameters p) {
                    binary_name);
 }
 
+// The usage text leaves `split` and `make_hex` out, and two parameters of
+// `build`, which has always wanted all 15.
 constexpr Command kCommands[] = {
     {"build", 15, run_build},
     {"buildrom", 4, run_buildrom},

@@ -33,6 +33,7 @@ ElfList read_elf_list(const std::string& path) {
           "<elf, memmap, nm>");
     }
     list.push_back({first_word(elf), first_word(memmap), first_word(nm)});
+    // The whole lines, so that a path cut at a blank is seen.
     log_detail("+ ELF: ", elf);
     log_detail("+ MAP: ", memmap);
     log_detail("+ NM: ", nm);

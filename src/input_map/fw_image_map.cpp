@@ -27,6 +27,7 @@ FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
                            const FwImageMap::SymbolMap& second) {
   FwImageMap::SymbolMap joined;
   using Entry = FwImageMap::SymbolMap::Entry;
+  // Of equal names it takes the one of the first range.
   std::ranges::set_union(first.entries, second.entries,
                          std::back_inserter(joined.entries), {}, &Entry::name,
                          &Entry::name);
@@ -45,6 +46,7 @@ void FwImageMap::add_stream_section(const std::string& name,
   stream->seekg(0, std::ios_base::end);
   header->size = static_cast<std::uint32_t>(stream->tellg());
   header->stream = std::move(stream);
+  // No duplicate: what an ELF lists under that name gives way.
   sections[name] = std::move(header);
 }
 
@@ -96,6 +98,7 @@ void FwImageMap::check_suffix_size(const std::string& suffix,
 
 void FwImageMap::warn_unreferenced() const {
   for (const auto& [name, header] : sections) {
+    // Whoever bound a section still holds it, and only look-ups bind.
     if (!header->load || header.use_count() != 1) continue;
     log_warning("Unreferenced loadable section ", name);
   }

@@ -69,6 +69,7 @@ std::shared_ptr<Header> read_entry(std::string_view line) {
   LineFields fields(line);
   const std::uint32_t index = fields.number(10);
   const std::string_view name = fields.word();
+  // A number that failed leaves no name either.
   if (name.empty()) return nullptr;
   auto header = std::make_shared<Header>();
   header->name = name;
@@ -77,6 +78,8 @@ std::shared_ptr<Header> read_entry(std::string_view line) {
   header->vma = fields.number(16);
   header->lma = fields.number(16);
   header->file_offset = fields.number(16);
+  // After a column that is no number no word is left, and this one refuses the
+  // line.
   header->alignment = parse_alignment(fields.word());
   return header;
 }
@@ -94,6 +97,7 @@ void read_flags(Header& header, std::string_view line) {
 void store_header(FwImageMap& map, std::shared_ptr<Header> header) {
   const auto [place, is_new] = map.sections.try_emplace(header->name, header);
   if (is_new) return;
+  // The later one decides, whatever the first is: its bytes would be lost.
   if (header->load) {
     throw std::runtime_error("Duplicated section found: " + header->name);
   }
@@ -108,6 +112,7 @@ void read_section_table(FwImageMap& map, std::istream& table,
   LineReader lines(table);
   std::shared_ptr<Header> header;
   std::string_view line;
+  // Each table has a head of its own.
   map.parse_state = kBeforeTable;
   while (lines.next(line)) {
     switch (map.parse_state) {
@@ -136,12 +141,15 @@ std::uint32_t parse_alignment(std::string_view text) {
   for (std::uint32_t& number : numbers) {
     text.remove_prefix(std::min(text.find_first_of(kDigits), text.size()));
     if (text.empty()) {
+      // The spelling stays: users search for it.
       throw std::runtime_error("Not recognizeg alignment specified");
     }
     const auto end = std::min(text.find_first_not_of(kDigits), text.size());
     number = LineFields(text.substr(0, end)).number(10);
     text.remove_prefix(end);
   }
+  // Not in integers: rounding and limits are then those that images were made
+  // with.
   const double power = std::pow(numbers[0], numbers[1]);
   // A plain cast of a larger number is undefined.
   if (power >= kTwoTo63) return 0;

@@ -86,6 +86,7 @@ void for_each_symbol(std::istream& in, const TakeSymbol& take) {
     const std::uint32_t address = fields.number(16);
     const char type = fields.character();
     const std::string_view name = fields.word();
+    // A field that failed fails all behind it.
     if (!fields.failed()) take({name, address, type});
   }
 }

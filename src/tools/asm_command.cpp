@@ -15,6 +15,8 @@ namespace {
 
 void append_file(const std::string& path, std::ostream& out) {
   const auto in = open_binary_input(path);
+  // Fixed ahead of the copy: a package that lists its own output would never
+  // end.
   const std::uint64_t length = file_length(*in, path);
   log_info("Appending ", path, " size = ", length);
   copy_bytes(*in, length, out);
@@ -27,6 +29,7 @@ void asm_command(const std::string& pkg_file, const std::string& out_file) {
   log_detail("PKG file: ", pkg_file);
   log_detail("BIN file: ", out_file);
   const auto package = open_input(pkg_file);
+  // Behind the descriptor: without one an older output stays whole.
   std::ofstream out(out_file, std::ios_base::binary);
   LineReader lines(*package);
   std::string_view line;

@@ -37,7 +37,8 @@ struct Run {
   std::string word = {};  // the current word
 };
 
-// Makes the next word of the line the current one; it stays if none is left.
+// Makes the next word of the line the current one; it stays if none is left, so
+// `bin` alone asks for a file called bin.
 void take_word(Run& run) {
   const std::string_view word = run.line.word();
   if (!word.empty()) run.word = word;
@@ -65,6 +66,7 @@ void record_position(Run& run) {
   if (count == run.table.positions.size()) {
     throw std::runtime_error("Too many partition table entries");
   }
+  // An entry has 32 bits; of a position above 4 GiB the low ones stand there.
   run.table.positions[count] = static_cast<std::uint32_t>(position_of(run.out));
   run.table.count = count + 1;
 }
@@ -93,6 +95,8 @@ void append_file(Run& run) {
   take_word(run);
   if (run.word == "m") record_position(run);
   std::error_code ignored;
+  // Only an overlap does harm: an input that ends at the position or ahead of
+  // it is copied like any other.
   if (position_of(run.out) < file.length &&
       std::filesystem::equivalent(run.deploy_dir + name, run.out_file,
                                   ignored)) {
@@ -102,6 +106,8 @@ void append_file(Run& run) {
   }
 }
 
+// The last `pt` counts. It leaves no room, as the next line is as a rule an
+// `offset` that does.
 void place_table(Run& run) { run.table_position = run.out.tellp(); }
 
 [[noreturn]] void refuse_offset(std::uint64_t target) {
@@ -124,12 +130,14 @@ void pad(Run& run, std::uint64_t position, std::uint64_t target) {
     run.out.seekp(static_cast<std::streamoff>(target - 1));
     run.out.put('\0');
   }
+  // So that a full disk shows here, where the number at fault can be named.
   run.out.flush();
   if (!run.out) refuse_offset(target);
 }
 
 void go_to_offset(Run& run) {
   const std::uint64_t target = run.line.wide_number(16);
+  // A cast would make it a position ahead of the start.
   if (target > std::numeric_limits<std::streamoff>::max()) {
     refuse_offset(target);
   }
@@ -149,6 +157,8 @@ void append_numbers(Run& run, std::streamsize width) {
     const std::uint32_t number = run.line.number(16);
     if (!run.line.failed()) {
       log_info("Appending ", run.word, " 0x", std::hex, number);
+      // The low byte comes first, so the shorter forms are the start of this
+      // one.
       const Le32 bytes = number;
       run.out.write(reinterpret_cast<const char*>(&bytes), width);
     } else {
@@ -208,11 +218,13 @@ void build_img_command(const std::string& img_dscr_file,
   log_detail("IMG DSCR file: ", img_dscr_file);
   log_detail("DEPLOY directory: ", deploy_dir);
   log_detail("IMG file: ", out_file);
+  // Ahead of the output: without a script an older image stays whole.
   const auto script = open_input(img_dscr_file);
   Run run{deploy_dir, out_file, std::ofstream(out_file, std::ios_base::binary)};
   LineReader lines(*script);
   std::string_view line;
   while (lines.next(line)) perform_line(run, line);
+  // Only now are all positions known.
   if (run.table_position) {
     run.out.seekp(*run.table_position);
     write_record(run.out, run.table);

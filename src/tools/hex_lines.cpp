@@ -51,10 +51,13 @@ char* put_eight(const std::uint8_t* bytes, char* end) {
   const __m128i low_half = _mm_set1_epi8(15);
   const __m128i value =
       _mm_loadl_epi64(reinterpret_cast<const __m128i*>(&reversed));
+  // No instruction shifts single bytes: the mask drops what came over from each
+  // byte's neighbour.
   const __m128i high = _mm_and_si128(_mm_srli_epi16(value, 4), low_half);
   const __m128i low = _mm_and_si128(value, low_half);
   const __m128i digits = _mm_unpacklo_epi8(high, low);
   const __m128i letters = _mm_cmpgt_epi8(digits, _mm_set1_epi8(9));
+  // The letters don't follow the digits in ASCII.
   const __m128i gap = _mm_and_si128(letters, _mm_set1_epi8('A' - '9' - 1));
   const __m128i text = _mm_add_epi8(digits, _mm_set1_epi8('0'));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(end), _mm_add_epi8(text, gap));
@@ -74,6 +77,7 @@ void make_hex_lines(std::span<const std::uint8_t> bytes, std::size_t width,
   char* end = text.data();
   for (; !bytes.empty(); bytes = bytes.subspan(width)) {
     std::size_t left = width;
+    // From the end: the last byte is the most significant.
     for (; left >= 8; left -= 8) end = put_eight(&bytes[left - 8], end);
     end = put_number(bytes.data(), left, end);
     *end++ = '\n';

@@ -32,6 +32,8 @@ void make_hex_command(const std::string& input, const std::string& output,
   std::ofstream out(output);
   const std::int32_t depth = parse_signed(depth_text, 10);
   if (depth != 32 && depth != 64 && depth != 128) {
+    // Reported, but no failure: the status stays 0. The line feed makes an
+    // empty line in the log; users have come to rely on both.
     log_error("Unsupported hex file bit depth: ", depth, '\n');
     return;
   }
@@ -42,6 +44,7 @@ void make_hex_command(const std::string& input, const std::string& output,
   read_in_pieces(*in, words * kWord, [&](std::span<const std::uint8_t> bytes) {
     const std::size_t rest = bytes.size() % width;
     write_lines(bytes.first(bytes.size() - rest), width, text, out);
+    // In the last piece alone: the others are whole pages.
     if (rest > 0) {
       std::array<std::uint8_t, kLongestLine> filled_up{};
       std::ranges::copy(bytes.last(rest), filled_up.begin());

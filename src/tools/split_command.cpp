@@ -44,6 +44,7 @@ void deal(std::span<const std::uint8_t> bytes, Bank& a, Bank& b) {
     std::memcpy(&a.words[i * kWord], pair, kWord);
     std::memcpy(&b.words[i * kWord], pair + kWord, kWord);
   }
+  // In the last piece alone: the others are whole pages.
   if (whole < pairs) {
     std::array<std::uint8_t, kPair> filled_up{};
     std::ranges::copy(bytes.subspan(whole * kPair), filled_up.begin());
@@ -58,9 +59,11 @@ void deal(std::span<const std::uint8_t> bytes, Bank& a, Bank& b) {
 
 void split_command(const std::string& input, const std::string& name_a,
                    const std::string& name_b) {
+  // The spelling stays: build systems look for this line.
   log_info("Spliting binary file: ", input);
   Bank a;
   Bank b;
+  // Ahead of the input: no output of an earlier run outlives a failure.
   a.hex.open(name_a + ".hex");
   b.hex.open(name_b + ".hex");
   a.bin.open(name_a + ".bin", std::ios_base::binary);
@@ -68,6 +71,8 @@ void split_command(const std::string& input, const std::string& name_a,
   const auto in = open_binary_input(input);
   const std::uint64_t length = file_length(*in, input);
   const std::uint64_t words = length / kWord;
+  // An odd count leaves a word of the second bank to the bytes behind the last
+  // whole one; an even count drops them.
   const std::uint64_t used = std::min(length, (words + words % 2) * kWord);
   read_in_pieces(*in, used, [&](std::span<const std::uint8_t> bytes) {
     deal(bytes, a, b);

@@ -52,6 +52,8 @@ std::string digits_of_bytes(std::span<const std::uint8_t, 16> bytes) {
 }  // namespace
 
 Uuid::Uuid(std::span<const std::uint8_t, 16> bytes)
+    // As an int, the highest byte would be shifted into the sign: it is cast
+    // first.
     : node_{static_cast<std::uint32_t>(bytes[10] | bytes[11] << 8 |
                                        bytes[12] << 16) |
                 static_cast<std::uint32_t>(bytes[13]) << 24,

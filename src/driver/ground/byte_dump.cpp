@@ -57,6 +57,8 @@ void write_c_array_bytes(std::ostream& out, std::span<const std::uint8_t> bytes,
         *end++ = ',';
         *end++ = ' ';
       } else {
+        // Only a full row drops its last comma; files of users are kept to the
+        // letter.
         if (first != length) *end++ = ',';
         *end++ = '\n';
       }
@@ -66,6 +68,7 @@ void write_c_array_bytes(std::ostream& out, std::span<const std::uint8_t> bytes,
   }
 }
 
+// Decimal as the head left it, whatever the caller wrote between.
 void write_c_array_tail(std::ostream& out) { out << std::dec << "};"; }
 
 }  // namespace tova_fw_builder

@@ -15,6 +15,7 @@ namespace {
 
 // Fits the second-level cache.
 constexpr std::size_t kPiece = 256 * 1024;
+// The tightest limit of all platforms: a tree builds on all of them or on none.
 constexpr std::size_t kLongestDirectory = 259;
 
 constexpr char kSeparator =
@@ -57,6 +58,7 @@ std::unique_ptr<std::ifstream> try_open_input(const std::string& path,
   const file_type type = type_of(path);
   auto in = std::make_unique<std::ifstream>();
   if (type != file_type::directory) in->open(path, mode | std::ios_base::in);
+  // Some devices never end, so none is read: it is at its end at once.
   if (type == file_type::character) in->setstate(std::ios_base::eofbit);
   return in;
 }
@@ -85,6 +87,7 @@ std::string current_directory() {
 }
 
 std::string directory_of(const std::string& path) {
+  // Without a separator npos + 1 is 0.
   return path.substr(0, path.find_last_of("\\/") + 1);
 }
 
@@ -96,6 +99,7 @@ std::uint64_t file_length(std::istream& in, const std::string& path) {
   in.seekg(0, std::ios_base::end);
   const std::streamoff length = in.tellg();
   in.seekg(0);
+  // A pipe tells -1.
   if (length < 0) {
     throw std::runtime_error("Cannot tell the length of file: " + path);
   }
@@ -114,6 +118,7 @@ void read_in_pieces(std::istream& in, std::uint64_t length,
             static_cast<std::streamsize>(wanted));
     const auto got = static_cast<std::size_t>(in.gcount());
     if (got > 0) take({piece, got});
+    // Fewer than wanted fail the stream, which ends the loop.
     length -= got;
   }
 }

@@ -8,6 +8,7 @@
 
 namespace tova_fw_builder {
 
+// A number that fails is consumed all the same, as by a stream.
 std::uint32_t LineFields::number(int base) {
   if (!skip_white_space()) return 0;
   const ScannedNumber number = scan_number(rest_, base);

@@ -20,6 +20,7 @@ bool LineReader::next(std::string_view& line) {
   if (ended_) return false;
   if (end_ - begin_ <= kLongestLine) refill();
   const char* const start = buffer_.data() + begin_;
+  // One more, as the line feed of a longest line stands behind it.
   const std::size_t searched = std::min(end_ - begin_, kLongestLine + 1);
   const void* const feed = std::memchr(start, '\n', searched);
   if (feed != nullptr) {
@@ -29,11 +30,13 @@ bool LineReader::next(std::string_view& line) {
     line = {start, std::min(searched, kLongestLine)};
     ended_ = true;
   }
+  // Behind the search for the feed: a NUL doesn't end the line in the file.
   line = line.substr(0, line.find('\0'));
   return true;
 }
 
 void LineReader::refill() {
+  // A read that fell short was the last one.
   if (!in_) return;
   std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
             buffer_.begin() + static_cast<std::ptrdiff_t>(end_),

@@ -34,6 +34,7 @@ ScannedNumber scan_number(std::string_view text, int base) {
   text.remove_prefix(static_cast<std::size_t>(
       std::find_if_not(text.begin(), text.end(), is_white_space) -
       text.begin()));
+  // Sign and prefix are taken here, since std::from_chars knows neither.
   if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
     number.negative = text.front() == '-';
     text.remove_prefix(1);
@@ -43,17 +44,20 @@ ScannedNumber scan_number(std::string_view text, int base) {
     base = 16;
     text.remove_prefix(2);
   } else if (base == 0) {
+    // The 0 stays: alone it is the number.
     base = text.starts_with('0') ? 8 : 10;
   }
   const auto digits = std::from_chars(text.data(), end, number.magnitude, base);
   number.has_digits = digits.ptr != text.data();
   number.overflow = digits.ec == std::errc::result_out_of_range;
+  // std::from_chars has left it untouched, but taken all digits.
   if (number.overflow) number.magnitude = ~std::uint64_t{0};
   number.length = static_cast<std::size_t>(digits.ptr - begin);
   return number;
 }
 
 std::uint32_t clamped_unsigned(const ScannedNumber& number) {
+  // A negative one too: -100000000 is all ones, not 0.
   if (number.magnitude > kMax32) return kMax32;
   const auto value = static_cast<std::uint32_t>(number.magnitude);
   return number.negative ? 0 - value : value;
@@ -62,6 +66,7 @@ std::uint32_t clamped_unsigned(const ScannedNumber& number) {
 std::int32_t parse_signed(std::string_view text, int base) {
   const ScannedNumber number = scan_number(text, base);
   if (!is_number(number)) throw std::invalid_argument("invalid stoi argument");
+  // One more below zero than above.
   const std::uint64_t limit = number.negative ? 0x80000000u : 0x7FFFFFFFu;
   if (number.magnitude > limit) {
     throw std::out_of_range("stoi argument out of range");

@@ -19,6 +19,7 @@ std::ostream& operator<<(std::ostream& out, const Version& version) {
 
 void write_facts(std::ostream& out, const FwOutMap& map, std::uint32_t date,
                  std::uint32_t module_type) {
+  // The manifest kind is hexadecimal too, without a prefix, like the date.
   out << "# TOVA FW Image Builder ver " << kBuildDate << ' ' << kBuildTime
       << "\n\n"
       << "ver " << map.version << '\n'
@@ -45,6 +46,8 @@ void write_files(std::ostream& out, const FwOutMap& map,
   if (!map.modules.empty()) out << map.modules.front()->display_name;
   out << "'\n";
   for (const auto& module : map.modules) {
+    // In every generation, though 1.5 alone writes addons to files of their
+    // own.
     if (module->module_kind != FwOutMap::Module::kAddon) continue;
     out << "bin " << path << addon_file_suffix(*module) << " '"
         << module->display_name << "' ver. " << module->version << '\n';
@@ -55,6 +58,8 @@ void write_files(std::ostream& out, const FwOutMap& map,
 
 void write_package_descriptor(const FwOutMap& map, const std::string& path,
                               std::uint32_t date, std::uint32_t module_type) {
+  // Open for reading too, though nothing is read: a file that may be written
+  // alone stays as it was.
   std::fstream out(path + ".pkg", std::ios_base::in | std::ios_base::out |
                                       std::ios_base::trunc |
                                       std::ios_base::binary);
