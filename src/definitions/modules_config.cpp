@@ -29,8 +29,11 @@ void read_config_line(FwOutMap& map, std::string_view line) {
 
 void read_modules_config(FwOutMap& map, const std::string& path) {
   log_detail("Reading FW Modules Configuration...");
-  const auto in = open_input(path);
-  LineReader lines(*in);
+  read_modules_config(map, *open_input(path));
+}
+
+void read_modules_config(FwOutMap& map, std::istream& in) {
+  LineReader lines(in);
   std::string_view line;
   while (lines.next(line)) read_config_line(map, line);
   log_detail();

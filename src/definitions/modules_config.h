@@ -1,6 +1,7 @@
 // definitions/modules_config.h
 #pragma once
 
+#include <istream>
 #include <string>
 
 #include "layout/records/out_map.h"
@@ -13,5 +14,6 @@ namespace tova_fw_builder {
 //
 // Throws std::runtime_error "Failed to open file: " and the path.
 void read_modules_config(FwOutMap& map, const std::string& path);
+void read_modules_config(FwOutMap& map, std::istream& in);
 
 }  // namespace tova_fw_builder

@@ -21,13 +21,16 @@ std::string first_word(const std::string& line) {
 
 ElfList read_elf_list(const std::string& path) {
   log_detail("Reading ELF list...");
-  const auto in = open_input(path);
+  return read_elf_list(*open_input(path));
+}
+
+ElfList read_elf_list(std::istream& in) {
   ElfList list;
   std::string elf, memmap, nm;
-  while (std::getline(*in, elf)) {
-    std::getline(*in, memmap);
-    std::getline(*in, nm);
-    if (!in->good()) {
+  while (std::getline(in, elf)) {
+    std::getline(in, memmap);
+    std::getline(in, nm);
+    if (!in.good()) {
       throw std::runtime_error(
           "Invalid number of lines in ELF list. Must be list of pairs "
           "<elf, memmap, nm>");

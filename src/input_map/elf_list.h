@@ -2,6 +2,7 @@
 // The list of linked ELF files that make up the firmware.
 #pragma once
 
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -23,5 +24,6 @@ using ElfList = std::vector<ElfListEntry>;
 // Throws std::runtime_error "Invalid number of lines in ELF list. Must be list
 // of pairs <elf, memmap, nm>"; "Failed to open file: " and the path.
 ElfList read_elf_list(const std::string& path);
+ElfList read_elf_list(std::istream& in);
 
 }  // namespace tova_fw_builder

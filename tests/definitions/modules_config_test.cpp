@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/temp_dir.h"
+#include <sstream>
 
 namespace tova_fw_builder {
 namespace {
@@ -10,9 +10,9 @@ namespace {
 using Consts = std::map<std::string, std::uint32_t>;
 
 Consts read(const std::string& text) {
-  TempDir dir;
+  std::istringstream in(text);
   FwOutMap map;
-  read_modules_config(map, dir.write("modules.h", text));
+  read_modules_config(map, in);
   return map.consts;
 }
 
