@@ -8,10 +8,9 @@
 
 namespace tova_fw_builder {
 
-// A big number with room for `size_in_bytes` bytes (rounded down to whole
-// 32-bit words), loaded with that many at `data`, least significant first; zero
-// if `data` is null, which is how the place for a result is made. Throws
-// ZelError under "zelsBigNumGetSize" for no word or more than 512.
+// A big number with room for `size_in_bytes` bytes, rounded down to whole
+// 32-bit words and loaded from `data`, least significant first; zero for null.
+// Throws ZelError under "zelsBigNumGetSize" for no word or more than 512.
 SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data);
 
 }  // namespace tova_fw_builder

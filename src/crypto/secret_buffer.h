@@ -8,8 +8,7 @@
 
 namespace tova_fw_builder {
 
-// Sets `size` bytes to zero. The compiler keeps these stores, also when nobody
-// reads the memory again.
+// Sets `size` bytes to zero, also when nobody reads the memory again.
 void secure_wipe(void* data, std::size_t size);
 
 // Bytes on the heap, zero at first, wiped when the buffer ends.

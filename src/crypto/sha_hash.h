@@ -1,6 +1,5 @@
 // crypto/sha_hash.h
-// Hash objects: SHA-256 and SHA-384 of a message that comes in any number of
-// pieces.
+// SHA-256 and SHA-384 of a message that comes in any number of pieces.
 #pragma once
 
 #include <array>

@@ -16,8 +16,7 @@ class ZelError : public std::runtime_error {
   // `operation` must outlive the error: a literal.
   ZelError(ZelStatus status, const char* operation);
 
-  // As in "ZelError zelsRSADecrypt failed 0xfffffff8 (-8)". The text is built
-  // when it is first asked for and stays the same from then on.
+  // As in "ZelError zelsRSADecrypt failed 0xfffffff8 (-8)".
   const char* what() const noexcept override;
 
  private:
@@ -26,7 +25,6 @@ class ZelError : public std::runtime_error {
   mutable std::string message_;
 };
 
-// Throws ZelError unless `status` is 0.
 void throw_unless_ok(ZelStatus status, const char* operation);
 
 }  // namespace tova_fw_builder

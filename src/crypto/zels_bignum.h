@@ -2,9 +2,6 @@
 // Big numbers as plain functions over contexts that the caller allocates as
 // bytes, of the size that the size query reports and of any alignment. A
 // context must stay where it was initialised.
-//
-// Every operation tests its arguments in the order in which its comment names
-// the statuses, and the first failing test ends it with nothing changed.
 #pragma once
 
 #include <cstdint>
@@ -33,9 +30,8 @@ ZelStatus zelsBigNumInit(std::int32_t words, std::uint8_t* context);
 ZelStatus zelsSet_BN(std::uint32_t sign, std::int32_t words,
                      const std::uint32_t* data, std::uint8_t* context);
 
-// Reports the sign, the size in bits (1 for zero), and where the number's own
-// digits stand, least significant first, all its room long. Each of the three
-// may be null.
+// Reports the sign, the size in bits (1 for zero), and the number's own digits,
+// least significant first, all its room long. Each of the three may be null.
 // Null `context`: zelStsNullPtrErr. Not a big number: zelStsContextMatchErr.
 ZelStatus zelsRef_BN(std::uint32_t* sign, std::int32_t* bit_size,
                      const std::uint64_t** digits, std::uint8_t* context);

@@ -2,9 +2,6 @@
 // SHA-256 and SHA-384 (FIPS 180-4) as plain functions over contexts that the
 // caller allocates as bytes, of the size that the size query reports and of
 // any alignment. A context holds no pointer; freeing its buffer ends it.
-//
-// Every operation tests its arguments in the order in which its comment names
-// the statuses, and the first failing test ends it with nothing changed.
 #pragma once
 
 #include <cstdint>

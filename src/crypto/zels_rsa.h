@@ -3,9 +3,6 @@
 // that the caller allocates as bytes, of the size that the size query reports
 // and of any alignment. A context must stay where it was initialised. Numbers
 // are big numbers of zels_bignum.h.
-//
-// Every operation tests its arguments in the order in which its comment names
-// the statuses, and the first failing test ends it with nothing changed.
 #pragma once
 
 #include <cstdint>

@@ -7,8 +7,11 @@
 namespace tova_fw_builder {
 
 // 0 is success, a negative number an error, a positive one a warning. Only the
-// values that the library itself returns have a constant; zels_status_text
-// knows the whole range.
+// values that the library itself returns have a constant.
+//
+// Every operation of the library tests its arguments in the order in which its
+// comment names the statuses, and the first failing test ends it with nothing
+// changed.
 using ZelStatus = std::int32_t;
 
 inline constexpr ZelStatus zelStsIncompleteContextErr = -1013;
@@ -22,9 +25,8 @@ inline constexpr ZelStatus zelStsSizeErr = -6;
 inline constexpr ZelStatus zelStsBadArgErr = -5;
 inline constexpr ZelStatus zelStsNoErr = 0;
 
-// The text of a status; that of "unknown status code" for a number that the
-// table doesn't hold. The wording, misspellings included, is fixed. The tool
-// itself prints numbers only.
+// The text of a status, of "unknown status code" for one that has none. The
+// tool itself prints numbers only.
 const char* zels_status_text(ZelStatus status);
 
 }  // namespace tova_fw_builder

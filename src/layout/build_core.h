@@ -17,8 +17,7 @@ struct BuildInputs {
   std::string key_list_path = {};  // empty for no key store
   std::string default_dir;         // where definitions are searched second
   std::string image_def_path;
-  // Of the header of constants, if there is one; an empty path is a name like
-  // any other.
+  // Of the header of constants; an empty path is a name like any other.
   std::optional<std::string> module_config_path = {};
 };
 
@@ -27,19 +26,15 @@ struct BoundMap {
   ElfList elfs;  // what the ELF list held
 };
 
-// All that build_out_map does but the dependency file: nothing is written.
-// Throws and leaves the working directory as it does.
+// build_out_map without the dependency file: nothing is written.
 BoundMap bind_out_map(const BuildInputs& inputs);
 
 // Reads the definitions and the linker's output, binds and checks the map and
-// writes a make dependency file beside the ELF list (its extension replaced by
-// "d"), which names the definition files that were read. The caller owns the
-// map; the section streams live on in it.
+// writes the dependency file. The section streams live on in the map.
 //
 // Throws CfgFileError and the logic errors of parse_signed and parse_unsigned
 // for the definitions, else std::runtime_error. Leaves the working directory
-// at the image definition's. A dependency file that can't be written is passed
-// over in silence.
+// at the image definition's.
 std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs);
 
 }  // namespace tova_fw_builder

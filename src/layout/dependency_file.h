@@ -7,10 +7,9 @@
 
 namespace tova_fw_builder {
 
-// Writes `elf_list_path` with its extension replaced by "d" ("fw.lst" and "fw"
-// give "fw.d", ".lst" gives ".lst.d"): for each file of `files_read` the rules
-// "binary_parts: FILE" and "FILE: ", and an empty line. Backslashes become
-// slashes, as make wants them. Failures are passed over in silence.
+// Writes the rules for `files_read` (docs/file-formats.md) beside the ELF list:
+// "fw.lst" and "fw" give "fw.d", ".lst" gives ".lst.d". Failures are passed
+// over in silence.
 void write_dependency_file(const std::string& elf_list_path,
                            const std::vector<std::string>& files_read);
 

@@ -1,6 +1,5 @@
 // layout/group_binding.h
-// Joins what the definitions name with what the linker produced, one group of
-// sections at a time.
+// Joins what the definitions name with what the linker produced.
 #pragma once
 
 #include "input_map/fw_image_map.h"
@@ -18,15 +17,12 @@ namespace tova_fw_builder {
 // its order and what it has of `flags` stay.
 //
 // `flags` takes bits 0 to 5 from the first bound header with any flag; then bit
-// 6 becomes the group's `on_demand`, and bit 2 is cleared if not `loadable`,
-// which says that the module isn't built in.
+// 6 becomes the group's `on_demand`, and bit 2 is cleared if not `loadable`.
 //
-// With `check_types` the kind of each section must be that of the group: code
-// for .text, data (writable or not) for .rodata, allocated without contents for
-// .bss. Throws std::runtime_error "Invalid segment type" for a section of no
-// kind, "Invalid section type" for another kind; "Double entry point defined"
-// for an entry point section when the group has an entry. The kind of a
-// replacement is never checked.
+// Throws std::runtime_error "Double entry point defined" for an entry point
+// section when the group has an entry; with `check_types` also "Invalid segment
+// type" for a section without a kind and "Invalid section type" for one of
+// another kind than the group's (docs/definition-language.md tells the kinds).
 void attach_group(FwOutMap::SectionGroup& group, const FwImageMap& image_map,
                   bool check_types, bool loadable);
 

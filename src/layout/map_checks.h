@@ -7,15 +7,13 @@
 
 namespace tova_fw_builder {
 
-// Holds .data and the sections whose names end in ".guard" to `max_data`. One
-// of exactly that name marks memory that must stay free, so it has to be empty,
-// whatever is allowed for others. Warns unless `max_data` is 0. Throws what
+// Holds .data and the sections whose names end in ".guard" to `max_data`, and
+// ".guard" itself to nothing. Warns unless `max_data` is 0. Throws what
 // FwImageMap::check_section_size throws.
 void check_sizes(const FwOutMap& map, const FwImageMap& image_map);
 
-// Notes in the log, at level 2, a section of allocation alone that lies in
-// front of the last other group of the definitions; then check_uuid_tails.
-// Does nothing for generation 1.5 and unknown ones.
+// Notes in the log a group of allocation alone in front of the last other one;
+// then check_uuid_tails. Does nothing for generation 1.5 and unknown ones.
 void check_alloc_only(const FwOutMap& map);
 
 // Throws std::runtime_error "UUID last 6 bytes is not unique for module " and

@@ -9,12 +9,8 @@
 namespace tova_fw_builder {
 
 // Writes the file `out_dir`, a path separator, `binary_name`, ".xml" for a
-// connected map. docs/file-formats.md has its form. A file that can't be
-// written is passed over in silence; the log is the same.
-//
-// A class has an element if its highest used address, rounded up to a page,
-// lies above its base: by virtual addresses or, where they give nothing, by
-// load addresses. Size and offset are cut to 24 bits.
+// connected map. docs/file-formats.md has its form, and what counts in a class.
+// A file that can't be written is passed over in silence; the log is the same.
 //
 // Throws std::runtime_error "Highest address H is lower than lowest L address
 // found" and "Highest address H is lower than memory class NAME base address",
@@ -24,11 +20,6 @@ void write_memory_description(const FwOutMap& map, const std::string& out_dir,
 
 // The section with the highest or lowest address in the class, null if none;
 // the first one of equals. The map keeps the section.
-//
-// Of a group only its highest (or lowest) section is looked at, so a group that
-// reaches beyond the class counts for nothing, though other sections of it lie
-// inside. Once a module's section was found, a `dyn_mem` section wins by its
-// address alone, inside the class or not.
 const FwOutMap::Section* highest_by_vma(const FwOutMap& map,
                                         const FwOutMap::MemoryClass& area);
 const FwOutMap::Section* highest_by_lma(const FwOutMap& map,

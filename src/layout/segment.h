@@ -15,14 +15,12 @@ bool is_resolved(const FwOutMap::Section& section);
 // with a header whose replacement is missing.
 bool is_complete(const FwOutMap::SectionGroup& group);
 
-// The load address of the reference, or of the group's first one; FFFFFFFF
-// without a header, or without a reference.
+// Of a group that of its first reference; FFFFFFFF without a header.
 std::uint32_t load_address(const FwOutMap::Section& section);
 std::uint32_t load_address(const FwOutMap::SectionGroup& group);
 
 // The pages from the first reference's load address, wherever in a page that
-// is, to the end of the last one with a header; 0 if none has a header. All
-// arithmetic wraps at 32 bits.
+// is, to the end of the last one with a header; 0 if none has a header.
 std::uint32_t group_pages(const FwOutMap::SectionGroup& group);
 
 // ".text", ".rodata", ".bss", else "Unknown".

@@ -12,8 +12,7 @@ namespace tova_fw_builder {
 
 // Writes the manifest in `manifest_file`, signed with the pair in `key_file`,
 // to `signed_file`, which is touched only when the signature stands; that it
-// can't be written is not reported. `type` "debug" marks the signature as one
-// for debugging, "release" leaves the mark as the manifest has it.
+// can't be written is not reported. `type` is "debug" or "release".
 //
 // Throws std::runtime_error "Invalid sign type" before any file is touched, or
 // what read_manifest, load_key_file and sign_manifest throw.
@@ -22,14 +21,12 @@ void sign_command(const std::string& type, const std::string& key_file,
                   const std::string& signed_file);
 
 // Signs block_to_sign with the private part of `key` and attaches the
-// signature, which isn't checked. A manifest without room for one stays as it
-// is, yet all steps are run and logged. Throws ZelError, mainly with -11
+// signature, which isn't checked. Throws ZelError, mainly with -11
 //   "zelsRSASetKey(N, D)" for a key without a private part;
 //   "zelsRSADecrypt" for a modulus that is too small.
 void sign_manifest(ImageManifest& manifest, const KeyMaterial& key);
 
-// Puts a signature and the public part of `key` into the manifest, and logs the
-// key's hash at level 2.
+// Puts signature and public key into the manifest and logs the key's hash.
 void attach_signature(ImageManifest& manifest, const RsaBlock& signature,
                       const KeyMaterial& key);
 

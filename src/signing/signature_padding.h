@@ -1,6 +1,5 @@
 // signing/signature_padding.h
-// What a signature encloses: a fixed frame around the digest. All of it stands
-// least significant byte first.
+// What a signature encloses. All of it stands least significant byte first.
 #pragma once
 
 #include <cstddef>
@@ -15,12 +14,11 @@ inline constexpr std::size_t kDigestBytes = 32;
 inline constexpr std::size_t kDigestInfoBytes = 19 + kDigestBytes;
 
 // The encoded message of PKCS#1 v1.5 for SHA-256 and a modulus of 2048 bits,
-// with zeros in the digest's place: the digest, the DER prefix of its algorithm
-// (19 bytes), 00, ff up to 253, and 01 00.
+// with zeros in the digest's place, which comes first.
 extern const RsaBlock signature_template;
 
-// The template with the digest of the manifest's signed parts, which stays zero
-// for a manifest without. Throws what compute_hash throws.
+// The template with the digest of the manifest's signed parts, zero if it has
+// none. Throws what compute_hash throws.
 RsaBlock block_to_sign(ImageManifest& manifest);
 
 }  // namespace tova_fw_builder

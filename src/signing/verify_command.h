@@ -7,13 +7,10 @@
 
 namespace tova_fw_builder {
 
-// Reads a signed manifest and verifies it. Throws what read_manifest and
-// verify_manifest throw.
+// Throws what read_manifest and verify_manifest throw.
 void verify_command(const std::string& bin_file);
 
-// Returns if the manifest is whole and was signed with the key that it carries
-// itself; whether that key is trusted is for the reader of the log to say.
-//
+// Returns if the manifest is whole and was signed with the key that it carries.
 // Throws std::runtime_error "Signature padding invalid" for a wrong key or a
 // damaged signature, then "Manifest hash invalid" for other contents. Throws
 // ZelError with -11 under "zelsRSASetKey(N)" for a manifest without key, under

@@ -11,8 +11,7 @@ namespace tova_fw_builder {
 // In all of them `base` is below N, and `base` and `out` have the digits of N.
 // `exponent` has `bits` bits, the top one set. They may overlap nowhere.
 
-// For public exponents: takes longer for more ones.
-// `work`: public_power_work() digits.
+// For public exponents. `work`: public_power_work() digits.
 std::size_t public_power_work(const Montgomery& n);
 void public_power(const Montgomery& n, Digit* out, const Digit* base,
                   const Digit* exponent, std::int32_t bits, Digit* work);

@@ -3,13 +3,8 @@
 // the library's sources alone.
 //
 // With R a power of 2 above N, a number x is kept as x * R mod N, and the
-// product of two such numbers, divided by R, is of that form again. The
-// division by R is exact once a multiple of N has cleared the low half of the
-// product, and that multiple is found limb by limb.
-//
-// There are two builds. The portable one has limbs of 64 bits. That of AVX2 has
-// limbs of 28 bits, each in a 64-bit lane, so that many products of two limbs
-// can be summed before a carry has to go on; it is about twice as fast.
+// product of two such numbers, divided by R, is of that form again. There are
+// two builds: a portable one, and one for AVX2.
 #pragma once
 
 #include <cstdint>
@@ -52,9 +47,8 @@ void enter_montgomery(const Montgomery& n, Digit* out, const Digit* number);
 void leave_montgomery(const Montgomery& n, Digit* out, const Digit* value,
                       Digit* work);
 
-// out = a * b / R mod N, in limbs; `out` may be a or b. Operands and results
-// are in the form, and nobody else needs to know that the vector build lets
-// them reach 2 * N.
+// out = a * b / R mod N, in limbs; `out` may be a or b. The vector build lets
+// operands and results reach 2 * N.
 void montgomery_multiply(const Montgomery& n, Digit* out, const Digit* a,
                          const Digit* b);
 

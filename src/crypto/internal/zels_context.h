@@ -13,7 +13,7 @@ using ContextTag = std::array<char, 4>;
 
 inline constexpr std::uintptr_t kContextAlignment = 8;
 
-// Bytes that a caller's buffer needs beyond the context, for the alignment.
+// What a caller's buffer needs beyond the context.
 inline constexpr std::int32_t kContextSpare = kContextAlignment - 1;
 
 // The context inside a caller's buffer: the first multiple of 8. The buffer is

@@ -1,9 +1,8 @@
 // layout/records/out_map.h
-// The output map: the one object in which the whole image stands before any
-// byte of it is written. The definition readers fill it, the layout engine
-// binds it to what the linker produced, and the content writer notes where
-// things came to lie; the other writers only read it. It has one owner at a
-// time: the build core, then the command, then the image.
+// The output map, in which the whole image stands before any byte of it is
+// written. The definition readers fill it, the layout engine binds it, the
+// content writer notes where things came to lie; all others only read it.
+// Statements: docs/definition-language.md; wire records: docs/file-formats.md.
 #pragma once
 
 #include <array>
@@ -36,7 +35,7 @@ constexpr bool keeps_addons_in_binary(std::uint32_t binary_ver) {
 
 inline constexpr std::uint32_t kPageSize = 4096;
 
-// One configuration of a module, 44 bytes, as it stands in the image.
+// One configuration of a module, as it stands in the image.
 struct ModuleConfig {
   Le32 par_0;
   Le32 par_1;
@@ -53,14 +52,14 @@ struct ModuleConfig {
 static_assert(sizeof(ModuleConfig) == 44 && alignof(ModuleConfig) == 1);
 
 struct FwOutMap {
-  // Scheduling capability, 4 bytes, as it stands in the extended manifest.
+  // Scheduling capability, as it stands in the extended manifest.
   struct SchedCaps {
     Le16 sched_first;
     Le16 sched_flags;
   };
   static_assert(sizeof(SchedCaps) == 4 && alignof(SchedCaps) == 1);
 
-  // Audio stream pin, 24 bytes, as it stands in the extended manifest.
+  // Audio stream pin, as it stands in the extended manifest.
   struct Pin {
     Le16 pin_flag;  // bit 0 of the `pin` statement's value
     Le16 reserved_2;
@@ -82,8 +81,7 @@ struct FwOutMap {
     std::unique_ptr<Section> replacement;  // the name behind "<", or null
   };
 
-  // One `group` statement. Bound and sorted it becomes a segment: one
-  // contiguous run of the image.
+  // One `group` statement. Bound and sorted it becomes a segment.
   struct SectionGroup {
     enum Type : std::uint32_t { kText = 0, kRodata = 1, kBss = 2 };
     // Bits of `flags`. Bits 8 to 11 are the type, bits 16 to 31 the pages.
@@ -98,8 +96,7 @@ struct FwOutMap {
     };
     static constexpr std::uint32_t kNoEntry = 0xFFFFFFFF;
 
-    // Appends a section reference. A replacement name that isn't empty makes
-    // the reference own a plain section of that name.
+    // Appends a reference; an empty `replacement_name` is none.
     void add_section(const std::string& name, bool entrypoint, bool optional,
                      const std::string& replacement_name);
 
@@ -143,8 +140,7 @@ struct FwOutMap {
     bool auto_init = false;
   };
 
-  // A named address range of the hardware. It steers no placement and serves
-  // the memory description file alone.
+  // It steers no placement and serves the memory description file alone.
   struct MemoryClass {
     std::string name;
     std::uint32_t base = 0;

@@ -1,6 +1,5 @@
 // signing/keys/key_file.h
-// RSA-2048 key files: a canonical S-expression with binary atoms, in a public
-// form and in one with the private key behind the public one.
+// RSA-2048 key files; docs/file-formats.md has their two forms.
 #pragma once
 
 #include <memory>
@@ -10,14 +9,12 @@
 
 namespace tova_fw_builder {
 
-// Reads a key file of either form and ignores what stands behind the key; no
-// number is checked. Logs each field at level 3, private ones included. Throws
-// std::runtime_error
+// Reads a key file of either form. No number is checked; private ones, too, are
+// logged at level 3. Throws std::runtime_error
 //   "Failed to open file: " and the path;
 //   "Key type not recognized :\r\n" and the file's first 100 bytes up to the
 //     first zero byte, if these hold the beginning of no known form;
-//   "Expected std::string not found" where the file departs from its form or
-//     ends too early. A file below 100 bytes always ends so.
+//   what key_of_form throws, always for a file below 100 bytes.
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path);
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,5 @@
 // signing/keys/key_form.h
-// The four layouts of a key file, told once for reading and writing. Byte by
-// byte: docs/file-formats.md.
+// The layouts of docs/file-formats.md ("Key files"), for reading and writing.
 #pragma once
 
 #include <cstdint>
@@ -13,19 +12,16 @@
 
 namespace tova_fw_builder {
 
-// One layout: literal pieces of text, and between each two of them a field in
-// binary.
+// Literal pieces of text, and between each two of them a field in binary.
 struct KeyForm {
   std::uint32_t exponent_length;
   bool public_only;
   std::span<const std::string_view> pieces;
 };
 
-// In the order of recognition: the public form's first piece stands inside the
-// pair form's, so the pair form is tried first.
+// In the order of recognition.
 std::span<const KeyForm> key_forms();
 
-// A number of a key file, and its place in the key.
 struct KeyField {
   const char* label;
   std::span<std::uint8_t> bytes;
@@ -36,8 +32,7 @@ struct KeyField {
 // the piece of its index. They point into `key`.
 std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form);
 
-// The key of a key file's bytes. What stands behind the key is ignored, and no
-// number is checked. Logs each field at level 3, private ones included. Throws
+// The key of a key file's bytes, whatever stands behind it. Throws
 // std::runtime_error "Expected std::string not found" where the bytes depart
 // from the form or end too early.
 std::unique_ptr<KeyMaterial> key_of_form(std::string_view file,

@@ -1,6 +1,5 @@
 // signing/keys/key_text.h
-// Key files in memory, for programs that read keys of several kinds, or write
-// one.
+// Key files in memory.
 #pragma once
 
 #include <memory>
@@ -15,8 +14,7 @@ namespace tova_fw_builder {
 // as key_of_form does.
 std::unique_ptr<KeyMaterial> key_of_text(std::string_view file);
 
-// The bytes of the key file for `key`, in the pair form or the public one. An
-// exponent of one byte gets the form for one byte. `key` is only read.
+// The bytes of the key file for `key`, which is only read.
 SecretBuffer text_of_key(KeyMaterial& key, bool public_only);
 
 // Whether the key has more than its public part.

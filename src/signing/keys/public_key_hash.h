@@ -15,8 +15,7 @@ using PublicKeyHash = std::array<std::uint8_t, 32>;
 // SHA-256 over `pub_modulus` and `pub_exponent`, as they stand in memory.
 PublicKeyHash digest_public_key(const KeyMaterial& key);
 
-// Writes "Public key hash: ", a newline, the hash as a C array labelled
-// "pub_key_hash", and a newline.
+// Writes the line "Public key hash: " and a C array labelled "pub_key_hash".
 void print_public_key_hash(std::ostream& out, const PublicKeyHash& hash);
 
 // Logs the key's hash at level 2 in that form.

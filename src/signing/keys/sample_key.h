@@ -5,8 +5,7 @@
 
 namespace tova_fw_builder {
 
-// Whether this is the hash of the key in examples/, whose private part
-// everyone has.
+// Whether this is the hash of the key in examples/, which everyone has.
 bool is_sample_key(const PublicKeyHash& hash);
 
 }  // namespace tova_fw_builder
