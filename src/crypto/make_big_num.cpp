@@ -17,6 +17,7 @@ SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data) {
   if (data != nullptr) {
     const auto bytes = static_cast<std::size_t>(words) * 4;
     // The library reads whole words; callers have bytes inside of records.
+    // Wiped, as it may be a private number.
     const SecretBuffer aligned(bytes);
     std::memcpy(aligned.data(), data, bytes);
     throw_unless_ok(

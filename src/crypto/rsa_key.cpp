@@ -56,6 +56,7 @@ SecretBuffer make_key(const KeyKind& kind, const std::uint8_t* modulus,
                       const std::uint8_t* exponent) {
   std::int32_t size = 0;
   throw_unless_ok(kind.get_size(kBits, kind.exponent_bits, &size),
+                  // The missing s belongs to the name that log watchers know.
                   "zelRSAGetSize");
   SecretBuffer key(static_cast<std::size_t>(size));
   throw_unless_ok(kind.init(kBits, kind.exponent_bits, key.data(), size),
@@ -72,8 +73,10 @@ RsaBlock apply(const KeyKind& kind, const SecretBuffer& key,
   std::int32_t size = 0;
   throw_unless_ok(kind.get_buffer_size(&size, key.data()),
                   "zelsRSA_GetBufferSizePrivateKey");
+  // Wiped: it keeps powers that tell of d.
   const SecretBuffer work(static_cast<std::size_t>(size));
   const SecretBuffer input = MakeBigNum(kBytes, block);
+  // Full room: all bytes are taken from it, zeros at the upper end included.
   const SecretBuffer output = MakeBigNum(kBytes, nullptr);
   throw_unless_ok(
       kind.apply(input.data(), output.data(), key.data(), work.data()),

@@ -24,6 +24,8 @@ std::unique_ptr<std::uint8_t[]> allocate(std::int32_t size) {
 
 }  // namespace
 
+// Null is no message here, whatever the length says; the library would refuse
+// it.
 Sha256Hash::Sha256Hash(const std::uint8_t* data, std::uint64_t length) {
   std::int32_t size = 0;
   throw_unless_ok(zelsSHA256GetSize(&size), "zelsSHA256GetSize");

@@ -9,6 +9,7 @@ ZelError::ZelError(ZelStatus status, const char* operation)
     : std::runtime_error("ZelError"), status_(status), operation_(operation) {}
 
 const char* ZelError::what() const noexcept {
+  // Built once, so that a pointer given out stays good.
   if (message_.empty()) {
     std::ostringstream text;
     text << std::runtime_error::what() << ' ' << operation_ << " failed 0x"
@@ -20,6 +21,7 @@ const char* ZelError::what() const noexcept {
 }
 
 void throw_unless_ok(ZelStatus status, const char* operation) {
+  // A warning fails as hard as an error.
   if (status != zelStsNoErr) throw ZelError(status, operation);
 }
 

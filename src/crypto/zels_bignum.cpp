@@ -25,6 +25,7 @@ ZelStatus zelsBigNumGetSize(std::int32_t words, std::int32_t* size) {
   if (!is_length(words)) return zelStsLengthErr;
   // Two arrays of one digit more than the number, the fields, the alignment.
   static_assert(sizeof(BigNum) + kContextSpare + sizeof(Digit) == 47);
+  // Callers know this formula; the assertion ties the layout to it.
   const auto words_even =
       static_cast<std::int32_t>(2 * digits_for_words(words));
   *size = (words_even + 1) * 8 + 47;
@@ -32,10 +33,12 @@ ZelStatus zelsBigNumGetSize(std::int32_t words, std::int32_t* size) {
 }
 
 ZelStatus zelsBigNumInit(std::int32_t words, std::uint8_t* context) {
+  // Length first, unlike in the query: the order shows in the status.
   if (!is_length(words)) return zelStsLengthErr;
   if (context == nullptr) return zelStsNullPtrErr;
   auto* number = context_in<BigNum>(context);
   const std::uint32_t room = digits_for_words(words);
+  // Aligned like the fields, whose size is a multiple of 8.
   auto* arrays = reinterpret_cast<Digit*>(number + 1);
   std::fill_n(arrays, 2 * (room + 1), 0);
   *number = {.tag = kBigNumTag,
@@ -63,6 +66,7 @@ ZelStatus zelsSet_BN(std::uint32_t sign, std::int32_t words,
     const Digit upper = 2 * i + 1 < count ? data[2 * i + 1] : 0;
     number->digits[i] = upper << 32 | data[2 * i];
   }
+  // Readers take all the room as bytes, so nothing old may stay above.
   std::fill(number->digits + size, number->digits + number->room + 1, 0);
   number->size = size;
   number->sign = is_zero(*number) ? kPositive : sign;

@@ -86,6 +86,7 @@ void absorb(HashContext<Hash>& context, std::span<const std::uint8_t> data) {
     if (context.buffered < Hash::kBlockBytes) return;
     Hash::compress(context.state.data(), context.block.data(), 1);
   }
+  // Whole blocks go straight from the caller's memory.
   const std::size_t blocks = data.size() / Hash::kBlockBytes;
   Hash::compress(context.state.data(), data.data(), blocks);
   data = data.subspan(blocks * Hash::kBlockBytes);
@@ -105,9 +106,11 @@ void pad(HashContext<Hash>& context) {
       (2 * Hash::kBlockBytes - kLengthBytes - 1 - context.buffered) %
           Hash::kBlockBytes +
       1;
+  // Formed from the last element, since one past it may not be indexed.
   std::uint8_t* end = &padding[before_length + kLengthBytes - 1] + 1;
   std::uint64_t carry = 0;
   for (const std::uint64_t word : length) {
+    // Bytes to bits: the three bits that fall out go up into the next word.
     std::uint64_t bits = word << 3 | carry;
     carry = word >> 61;
     for (int i = 0; i < 8; ++i, bits >>= 8) {
@@ -138,6 +141,7 @@ ZelStatus update(const std::uint8_t* data, std::int32_t length,
   auto* context = context_in<HashContext<Hash>>(buffer);
   if (!has_tag(context, Hash::kTag)) return zelStsContextMatchErr;
   if (length < 0) return zelStsLengthErr;
+  // Ahead of the test of `data`: an empty piece may be null.
   if (length == 0) return zelStsNoErr;
   if (data == nullptr) return zelStsNullPtrErr;
   absorb(*context, {data, static_cast<std::size_t>(length)});
@@ -157,6 +161,7 @@ ZelStatus final(std::uint8_t* digest, std::uint8_t* buffer) {
     digest[i] =
         static_cast<std::uint8_t>(context->state[i / kWordBytes] >> shift);
   }
+  // Ready for the next message, and nothing of this one stays in the buffer.
   start(*context);
   return zelStsNoErr;
 }

@@ -24,6 +24,7 @@ std::int32_t to_size(std::size_t fixed, std::size_t digits) {
          kContextSpare;
 }
 
+// The exponent has a digit more, where its topmost window may reach.
 std::int32_t key_size(std::int32_t modulus_bits, std::int32_t exponent_bits) {
   return to_size(sizeof(RsaKey), digits_for_bits(exponent_bits) + 1 +
                                      digits_for_bits(modulus_bits) +
@@ -89,10 +90,12 @@ ZelStatus set_key(std::uint8_t* modulus, std::uint8_t* exponent,
   status = check_key_value(exponent, key->exponent_bound);
   if (status != zelStsNoErr) return status;
 
+  // From here on nothing fails: a key that is refused leaves the one before.
   const auto* n = context_in<BigNum>(modulus);
   const auto* e = context_in<BigNum>(exponent);
   std::fill_n(key->exponent, digits_for_bits(key->exponent_bound) + 1, 0);
   std::copy_n(e->digits, e->size, key->exponent);
+  // Old digits above it are never read, as its bits tell where it ends.
   std::copy_n(n->digits, n->size, key->modulus);
   key->modulus_bits = bit_size(*n);
   key->exponent_bits = bit_size(*e);
@@ -129,6 +132,7 @@ ZelStatus get_buffer_size(std::int32_t* size, std::uint8_t* context,
   return zelStsNoErr;
 }
 
+// May branch: what is compared, a padded digest or a signature, is no secret.
 bool is_below_modulus(const BigNum& number, const RsaKey& key) {
   const std::size_t digits = digits_for_bits(key.modulus_bits);
   if (number.size != digits) return number.size < digits;

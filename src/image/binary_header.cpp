@@ -25,6 +25,7 @@ std::uint32_t preload_pages(const FwOutMap& map, std::uint32_t base_offset) {
     throw std::runtime_error(
         "preload page count cannot be computed - no modules");
   }
+  // The base stands for what lies, or a signer will put, ahead of these bytes.
   const std::uint64_t length = map.image_end + base_offset;
   if (length == 0 || length % kPageSize != 0) {
     throw std::runtime_error("preload size not aligned to page size");
@@ -43,6 +44,7 @@ TovaFwBinaryHeader make_header(const FwOutMap& map, std::uint32_t base_offset) {
   }
   header.preload_page_count = preload_pages(map, base_offset);
   header.fw_img_flags = map.fw_img_flags;
+  // The build goes on: whoever ships the image is to see the line.
   if ((map.fw_img_flags & kTestBuildFlag) != 0) {
     log_warning("=TP= FLAG TURNED ON FOR PP BUILDS !!!");
   }
@@ -83,6 +85,7 @@ void log_config(const ModuleConfig& config) {
            " cpc ", config.cpc, " obls ", config.obls);
 }
 
+// What moves the offsets on: .bss and built-in groups have no bytes there.
 std::uint32_t load_bytes(const FwOutMap::Module& module) {
   std::uint32_t pages = 0;
   for (const auto& group : module.groups) {
@@ -116,6 +119,7 @@ std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,
   return entries;
 }
 
+// Behind all entries: their `cfg_off` counts through all of these.
 void write_configurations(const FwOutMap& map, std::ostream& stream) {
   for (const auto& module : map.modules) {
     for (const ModuleConfig& config : module->mod_cfg) {
@@ -127,6 +131,7 @@ void write_configurations(const FwOutMap& map, std::ostream& stream) {
 
 }  // namespace
 
+// Without the symbol table, which no length of the format counts.
 std::uint64_t manifest_size(const FwOutMap& map) {
   return sizeof(TovaFwBinaryHeader) + sizeof(ModuleEntry) * map.modules.size() +
          sizeof(ModuleConfig) * map.mod_cfg_total;

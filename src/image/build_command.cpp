@@ -63,6 +63,7 @@ std::unique_ptr<Image> build_image_object(const BuildArguments& arguments,
       .image_def_path = arguments.image_def_path,
       .module_config_path = arguments.module_config_path,
   });
+  // From the command line alone, so `buildrom` leaves them zero.
   map->fw_img_flags = arguments.img_flags;
   map->feature_mask = arguments.feat_mask;
   map->version = arguments.version;
@@ -88,6 +89,7 @@ void build_command(const BuildArguments& arguments) {
   image->write(binary, paths.binary, arguments.css_header_size);
 
   // Behind write(), whose length and digest the manifest takes.
+  // Never a debug manifest: that mark is for `sign` to set.
   const auto manifest = image->create_manifest(false, arguments.imr_type);
   log_info("\nWriting manifest to ", paths.manifest);
   manifest->write(manifest_file, image->map());
@@ -95,6 +97,7 @@ void build_command(const BuildArguments& arguments) {
 
   write_package_descriptor(image->map(), paths.binary, manifest->date(),
                            manifest->module_type);
+  // Last: addresses that it refuses leave all other files complete.
   write_memory_description(image->map(), arguments.out_dir,
                            arguments.binary_name);
 }

@@ -14,6 +14,7 @@ namespace {
 
 // Two decimal digits in one byte, for values below 100.
 std::uint32_t bcd(std::int64_t value) {
+  // The mask keeps a century above 99 inside its byte.
   return static_cast<std::uint32_t>((value / 10 << 4 | value % 10) & 0xFF);
 }
 
@@ -42,6 +43,7 @@ CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
   css.module_id = debug ? CssHeader::kDebugSignature : 0;
   css.mod_vendor = CssHeader::kVendor;
   css.date = date;
+  // The length without the symbol table, so files may be longer.
   css.size = manifest_length / 4;
   css.key_size = CssHeader::kKeyLength;
   css.mod_size = CssHeader::kKeyLength;

@@ -33,6 +33,7 @@ ExtendedModule make_extended_module(const FwOutMap::Module& module) {
 }  // namespace
 
 void write_extended_manifest(const FwOutMap& map, std::ostream& stream) {
+  // The heading tells the length of all, so it is summed up ahead.
   std::uint32_t length = sizeof(ExtendedManifestHeader);
   for (const auto& module : map.modules) length += entry_length(*module);
   ExtendedManifestHeader header;

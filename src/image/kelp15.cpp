@@ -64,6 +64,8 @@ void Kelp15FwManifest::set_signature(const std::uint8_t* bytes) {
   std::copy_n(bytes, buffer_.front.signature.size(), signature());
 }
 
+// Key and signature between the two stay out, so that a manifest can be signed
+// again. The words come from the file, and their products wrap at 32 bits.
 std::array<std::span<const std::uint8_t>, 2> Kelp15FwManifest::signed_parts() {
   const CssHeader& css = buffer_.front.css;
   const std::uint32_t first = css.header_len * 4;
@@ -118,6 +120,7 @@ void Kelp15FwManifest::write_extended(std::ostream& stream,
 }
 
 void Kelp15FwManifest::write_raw(std::ostream& stream) {
+  // Reading has refused a size beyond the buffer.
   stream.write(reinterpret_cast<const char*>(bytes()),
                std::streamsize{buffer_.front.css.size} * 4);
 }

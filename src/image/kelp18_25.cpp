@@ -61,12 +61,14 @@ void PaddedImage<DigestLength>::write(std::iostream& stream,
   log_detail(prefix, "Writing content");
   write_module_contents(map(), stream, path);
   log_detail(prefix, "Writing TovaFwBinaryHeader");
+  // In 32 bits: more than 8192 bytes of CSS wrap to a place near 4 GiB.
   stream.seekp(std::streamoff{kSignedHeaderOffset - css_header_size});
   write_binary_header(map(), stream, css_header_size);
   stream.flush();
   log_detail(prefix, "Update image hash");
   stream.seekp(0, std::ios_base::end);
   image_size = static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
+  // The file as it stands, zeros and header included, without the CSS part.
   stream.seekg(0);
   image_hash = stream_digest<typename Generation<DigestLength>::Hash>(
       stream, image_size);
@@ -90,6 +92,8 @@ MetadataManifest<DigestLength>::MetadataManifest(
       static_cast<std::uint32_t>(image.image_size) + metadata_.base_offset;
   log_digest("Image hash", image.image_hash);
   metadata_.image_digest = image.image_hash;
+  // The package extension is never written: the digest in it is logged, and
+  // that is all that shows of it.
   typename Generation<DigestLength>::Hash hash(
       reinterpret_cast<const std::uint8_t*>(&metadata_), sizeof(metadata_));
   hash.final(package_.metadata_digest.data());

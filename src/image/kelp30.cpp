@@ -13,6 +13,8 @@ void Kelp30Image::write(std::iostream& stream, const std::string& path,
                         std::uint32_t /*css_header_size*/) {
   log_detail("kELP3.0: Writing TovaFwBinaryHeader");
   stream.seekp(0);
+  // Image end, offsets and hashes are still zero: so every image has 8 pages,
+  // every loaded segment stands at 32768, and no module has a hash.
   write_binary_header(map(), stream, kContentsOffset);
   stream.seekp(kContentsOffset);
   log_detail("kELP3.0: Writing content");

@@ -27,6 +27,7 @@ std::uint32_t type_word(const FwOutMap::Module& module) {
   if (module.module_kind == FwOutMap::Module::kLibrary)
     word |= ModuleEntry::kLibrary;
   if (module.domain_rtos) word |= ModuleEntry::kDomainRtos;
+  // The definition doesn't bound the number; the bits above must stay zero.
   return word | (module.core_type & 0xFF) << ModuleEntry::kCoreTypeShift;
 }
 
@@ -34,6 +35,7 @@ SegmentRecord make_segment(const Group& group, bool built_in,
                            std::uint32_t file_base) {
   SegmentRecord segment;
   segment.flags = group.flags;
+  // The first section is that of the lowest load address.
   segment.vma = group.sections.front()->header->vma;
   // A built-in module lies in pages of another one, so it may start anywhere.
   if (!built_in && segment.vma % kPageSize != 0) {
@@ -73,6 +75,7 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
   if (module.load_type == FwOutMap::Module::kLoadable) entry.hash = module.hash;
   entry.ep = module.entry_point;
   entry.cfg_cnt = static_cast<std::uint16_t>(module.mod_cfg.size());
+  // Without one there is no place to tell, whatever others have.
   if (!module.mod_cfg.empty()) {
     entry.cfg_off = static_cast<std::uint16_t>(module.cfg_offset);
   }

@@ -17,6 +17,7 @@ constexpr std::uint32_t kNumberSize = 4;  // of the count and strings length
 
 // Wraps at 32 bits: a segment that reaches up to 4 GiB holds no symbol.
 bool contains(const SegmentRecord& segment, std::uint32_t address) {
+  // A slot not in use has no pages, so it holds nothing.
   const std::uint32_t end = segment.vma + segment.pages() * kPageSize;
   return segment.vma <= address && address < end;
 }
@@ -29,6 +30,7 @@ std::optional<SymbolRecord> place_symbol(std::uint32_t address,
     for (std::size_t slot = 0; slot < segments.size(); ++slot) {
       if (contains(segments[slot], address)) {
         SymbolRecord record;
+        // The field has the low 8 bits of the index.
         record.module = static_cast<std::uint8_t>(module);
         record.segment = static_cast<std::uint16_t>(slot);
         record.address = address;

@@ -28,6 +28,7 @@ BoundMap bind_out_map(const BuildInputs& inputs) {
   }
   read_image_layout(*map, read_image_defs(*map, inputs.image_def_path));
 
+  // It ends here: the map shares the headers and the ELF streams that it needs.
   FwImageMap image_map;
   if (!inputs.key_list_path.empty()) {
     // Ahead of the ELF files, so that a section of that name in one of them
@@ -44,12 +45,14 @@ BoundMap bind_out_map(const BuildInputs& inputs) {
   check_sizes(*map, image_map);
   // Behind the erasing of modules: what only they held counts as unreferenced.
   image_map.warn_unreferenced();
+  // Modules that were erased may share the end of a UUID.
   check_alloc_only(*map);
   return {std::move(map), std::move(elfs)};
 }
 
 std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {
   BoundMap bound = bind_out_map(inputs);
+  // Last: a build that fails leaves the file of the run before.
   write_dependency_file(inputs.elf_list_path, bound.out_map->files_read);
   return std::move(bound.out_map);
 }

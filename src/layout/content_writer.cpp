@@ -77,6 +77,7 @@ void log_row(const FwOutMap::Section& section, std::uint32_t pre_gap,
   const Header& header = *section.header;
   std::string name = section.name;
   if (section.replacement != nullptr) name += " < " + section.replacement->name;
+  // The bytes are written by now: the section began its size ahead of here.
   log_info("  ", std::left, std::setw(50), name, std::right, std::hex, "  ",
            std::setw(8), header.size, "  ", std::setw(8), pre_gap, "  ",
            std::setw(8), header.lma, "  ", std::setw(8), header.vma, "  ",
@@ -94,6 +95,7 @@ void log_total(std::uint32_t written, std::uint32_t pad) {
 const Header& choose_source(const FwOutMap::Section& section) {
   if (section.replacement == nullptr) return *section.header;
   const auto& replacement = section.replacement->header;
+  // An optional reference passes as complete without its replacement.
   if (replacement == nullptr) {
     throw std::runtime_error("Section replacement header " +
                              section.replacement->name + " not found");
@@ -102,6 +104,7 @@ const Header& choose_source(const FwOutMap::Section& section) {
     throw std::runtime_error(
         "Replacement section too large to fit into the placeholder");
   }
+  // Whether it has contents isn't asked: the store of keys has no flags at all.
   return *replacement;
 }
 
@@ -154,9 +157,11 @@ void ContentWriter::write_group(const FwOutMap::Module& module, Group& group,
                                 std::ostream& stream, Sha256Hash& hash) {
   log_table_head();
   align_group(module, group, stream);
+  // Behind the zeros for the distance, which are no part of the group.
   group.file_offset = position_of(stream);
   GroupOutput out{stream, hash};
   write_sections(group, out);
+  // A group without contents takes no room, though it has pages in memory.
   const std::uint32_t pad =
       out.written != 0 ? group_pages(group) * kPageSize - out.written : 0;
   put_zeros(out, pad);
@@ -173,10 +178,12 @@ void ContentWriter::align_group(const FwOutMap::Module& module,
   const auto& first = group.sections.front()->header;
   if (first == nullptr || !first->contents) return;
   const std::uint32_t distance = first->lma - previous_.size - previous_.lma;
+  // Rounded down to whole alignments, which are powers of 2.
   const std::uint32_t pad = distance & (0 - first->alignment);
   if (pad == 0) return;
   log_detail("Section not aligned in file correctly");
   log_info("section group aligned by ", std::hex, pad);
+  // Straight to the stream: neither hashed nor counted.
   write_zeros(stream, pad);
 }
 
@@ -194,6 +201,7 @@ void ContentWriter::write_sections(const Group& group, GroupOutput& out) {
     if (i + 1 < group.sections.size()) {
       pre_gap = load_address(*group.sections[i + 1]) - header.lma - header.size;
     }
+    // Of the placeholder, whoever took its room.
     previous_ = {header.lma, header.size, true};
   }
 }
@@ -211,6 +219,7 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path) {
   ContentWriter writer(map);
   for (const auto& module : map.modules) {
+    // Asked at each module: a map without any has nothing to be refused.
     if (map.binary_ver != kKelp15 && !keeps_addons_in_binary(map.binary_ver)) {
       throw std::runtime_error("Not recignized manifest type");
     }

@@ -13,6 +13,7 @@ void write_dependency_file(const std::string& elf_list_path,
   std::ofstream out(
       std::filesystem::path(elf_list_path).replace_extension("d"));
   for (std::string file : files_read) {
+    // To make, a backslash quotes what follows.
     std::replace(file.begin(), file.end(), '\\', '/');
     out << "binary_parts: " << file << '\n' << file << ": \n\n";
   }

@@ -23,6 +23,8 @@ constexpr std::uint32_t kTypeMask = 0xFu << kTypeShift;
 constexpr unsigned kPagesShift = 16;
 constexpr std::uint32_t kPagesMask = 0xFFFFu << kPagesShift;
 
+// In this order: what is both code and data counts as code. Writable data has
+// no kind of its own.
 std::uint32_t section_class(const Header& header) {
   if (header.code) return Group::kText;
   if (header.data) return Group::kRodata;
@@ -62,9 +64,12 @@ void attach_section(Group& group, Section& section, const FwImageMap& image_map,
   if (check_types && section_class(*section.header) != group.type) {
     throw std::runtime_error("Invalid section type");
   }
+  // The first section with any flag speaks for the group, in the order of the
+  // definition: the sorting comes later.
   if (group.flags == 0) {
     group.flags = flags_of(*section.header);
   }
+  // A replacement may be of any kind: the store of keys has none.
   if (section.replacement == nullptr) return;
   Section& replacement = *section.replacement;
   if (replacement.header == nullptr) {
@@ -98,6 +103,7 @@ void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
     attach_section(group, *section, image_map, check_types);
   }
   if (!is_complete(group)) return;
+  // Stable: sections of no size may share an address with the next one.
   std::stable_sort(group.sections.begin(), group.sections.end(),
                    [](const auto& a, const auto& b) {
                      return load_address(*a) < load_address(*b);
@@ -107,6 +113,7 @@ void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
   group.flags |= group_pages(group) << kPagesShift;
   // The section table can't tell, so the definition alone decides.
   if (group.on_demand) group.flags |= Group::kOnDemand;
+  // The pages of a built-in module come with those of another one.
   if (!loadable) group.flags &= ~std::uint32_t{Group::kLoad};
   set_entry(group);
 }

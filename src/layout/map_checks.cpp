@@ -48,10 +48,13 @@ void note_alloc_only(const FwOutMap& map) {
 }  // namespace
 
 void check_sizes(const FwOutMap& map, const FwImageMap& image_map) {
+  // Without a `max_data` statement the warning shows all ones.
   if (map.max_data != 0) {
     log_warning("allowing ", map.max_data, "b data section!\n");
   }
   image_map.check_section_size(".data", map.max_data);
+  // One of exactly this name marks memory that must stay free, whatever is
+  // allowed for others.
   image_map.check_section_size(".guard", 0);
   image_map.check_suffix_size(".guard", map.max_data);
 }

@@ -43,6 +43,9 @@ struct Query {
   }
 };
 
+// Of a group its best section alone is looked at: one that reaches beyond the
+// class counts for nothing, though other sections of it lie inside. Behind the
+// modules, a `dyn_mem` section wins by its address, inside the class or not.
 const Section* find(const FwOutMap& map, const MemoryClass& area,
                     const Query& query) {
   const Section* result = nullptr;
@@ -75,6 +78,7 @@ struct Usage {
 std::uint32_t rounded_top(const Section* highest, Address address) {
   if (highest == nullptr) return 0;
   const FwImageMap::SectionHeader& header = *highest->header;
+  // Wraps to 0, "empty", for a section that ends with the 4 GiB.
   return (header.*address + header.size + (kPageSize - 1)) & ~(kPageSize - 1);
 }
 
@@ -90,6 +94,7 @@ Usage measure(const FwOutMap& map, const MemoryClass& area, Address address,
   const std::uint32_t low = lowest == nullptr ? 0 : (*lowest->header).*address;
   const std::string fault =
       "Highest address " + std::to_string(usage.top) + " is lower than ";
+  // Also of groups that straddle the class: each may count at one end alone.
   if (usage.top < low) {
     throw std::runtime_error(fault + "lowest " + std::to_string(low) +
                              " address found");
@@ -143,6 +148,7 @@ void write_memory_description(const FwOutMap& map, const std::string& out_dir,
     if (by_vma.top == 0 && by_lma.top == 0) {
       log_info("  empty");
     }
+    // Load addresses speak only for a class in which no run address counts.
     if (by_vma.offset != 0) {
       write_class(out, area, by_vma);
     } else if (by_lma.offset != 0) {

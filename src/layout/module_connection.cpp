@@ -16,6 +16,7 @@ namespace {
 using Group = FwOutMap::SectionGroup;
 
 void take_from_group(FwOutMap::Module& module, const Group& group) {
+  // A library needs no entry; all else that has code must have one.
   if (group.type == Group::kText &&
       module.module_kind != FwOutMap::Module::kLibrary) {
     module.entry_point = group.entry;
@@ -24,6 +25,7 @@ void take_from_group(FwOutMap::Module& module, const Group& group) {
                                module.name);
     }
   }
+  // In pages, in place of the statement's number.
   if (group.type == Group::kBss &&
       module.type == FwOutMap::Module::kBaseFirmwareType) {
     module.stack_size = group_pages(group);
@@ -38,11 +40,14 @@ void connect_groups(FwOutMap::Module& module, bool rom_mode,
     remove_optional(*group);
   }
   remove_empty_groups(module);
+  // Incomplete ones are for is_referenced: the module may be absent as a whole.
   for (const auto& group : module.groups) {
     if (is_complete(*group)) take_from_group(module, *group);
   }
 }
 
+// That is all: an ignored section may be bound, and if nothing binds it, the
+// warning of unreferenced sections names it like any other.
 void report_ignored(const FwOutMap& map, const FwImageMap& image_map) {
   for (const std::string& name : map.ignore) {
     if (image_map.find_section(name) != nullptr) {
@@ -53,6 +58,8 @@ void report_ignored(const FwOutMap& map, const FwImageMap& image_map) {
   }
 }
 
+// They belong to no module and aren't written; the memory description counts
+// them.
 void bind_dyn_mem(FwOutMap& map, const FwImageMap& image_map) {
   for (const auto& section : map.dyn_mem) {
     section->header = image_map.find_section(section->name);
@@ -127,6 +134,7 @@ bool is_referenced(const FwOutMap::Module& module) {
     }
     log_info("invalid section ", i, '/', module.groups.size(),
              " found for module: ", module.name, '\n');
+    // For a required module it may also be that nothing of it was found.
     if (seen_mapped || module.required) {
       throw std::runtime_error("Partially mapped module " + module.name +
                                ", section: " + std::to_string(i));
@@ -137,6 +145,8 @@ bool is_referenced(const FwOutMap::Module& module) {
 }
 
 void erase_unreferenced(FwOutMap& map) {
+  // Asks in the order of the modules and once for each, so the numbers that are
+  // given out here have no holes.
   std::erase_if(map.modules, [&map](const auto& module) {
     if (!is_referenced(*module)) {
       log_warning("Erasing unreferenced module ", module->name);

@@ -38,6 +38,7 @@ std::uint32_t group_pages(const Group& group) {
                    [](const auto& section) { return section->header; });
   if (last == group.sections.rend()) return 0;
   const FwImageMap::SectionHeader& header = *(*last)->header;
+  // Wraps at 32 bits, like all sums of addresses.
   const std::uint32_t span =
       header.lma - load_address(group) + (kPageSize - 1) + header.size;
   return span / kPageSize;

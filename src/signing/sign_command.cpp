@@ -32,6 +32,7 @@ void sign_command(const std::string& type, const std::string& key_file,
   }
   const auto manifest = read_manifest(manifest_file);
   const auto key = load_key_file(key_file);
+  // "release" keeps a mark that the manifest brings: signing never clears it.
   if (debug) {
     log_info("Debug manifest");
     manifest->set_debug();  // ahead of the hash, which covers the mark
@@ -55,6 +56,8 @@ void sign_manifest(ImageManifest& manifest, const KeyMaterial& key) {
 
 void attach_signature(ImageManifest& manifest, const RsaBlock& signature,
                       const KeyMaterial& key) {
+  // A manifest without room for a signature takes none, yet the run goes on and
+  // logs every step.
   manifest.set_signature(signature.data());
   log_detail(ByteDump{manifest.signature(), signature.size(), "signature"});
   install_public_key(manifest, key);

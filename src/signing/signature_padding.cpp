@@ -9,6 +9,7 @@ namespace tova_fw_builder {
 namespace {
 
 constexpr RsaBlock make_template() {
+  // DER: the digest algorithm SHA-256, and a string of 32 bytes.
   constexpr std::uint8_t kDigestInfo[] = {
       0x20, 0x04, 0x00, 0x05, 0x01, 0x02, 0x04, 0x03, 0x65, 0x01,
       0x48, 0x86, 0x60, 0x09, 0x06, 0x0d, 0x30, 0x31, 0x30};
@@ -17,6 +18,7 @@ constexpr RsaBlock make_template() {
                        block.begin() + kDigestBytes);
   *at++ = 0x00;
   std::fill(at, block.end() - 2, std::uint8_t{0xff});
+  // The last byte stays 0, so that the number is below any full modulus.
   block[254] = 0x01;
   return block;
 }

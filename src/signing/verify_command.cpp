@@ -25,6 +25,7 @@ void log_public_key(ImageManifest& manifest) {
   if (log_level() < kLogDetail) return;
   // Modulus and exponent are neighbours in the manifest.
   PublicKeyHash digest{};
+  // Null, of a manifest without a key, hashes as no bytes.
   Sha256Hash hash(manifest.modulus(), kModulusBytes + kExponentBytes);
   hash.final(digest.data());
   LogLine line(kLogDetail);
@@ -49,8 +50,11 @@ void verify_command(const std::string& bin_file) {
 }
 
 void verify_manifest(ImageManifest& manifest) {
+  // Nothing here says that the key is trusted: its hash is logged for that.
   log_info("Verifying manifest...");
   const RsaBlock decoded = decode_signature(manifest);
+  // The frame first: it tells a wrong key or a damaged signature from contents
+  // that were changed.
   if (!std::equal(decoded.begin() + kDigestBytes, decoded.end(),
                   signature_template.begin() + kDigestBytes)) {
     throw std::runtime_error("Signature padding invalid");

@@ -12,6 +12,8 @@ bool bit_at(const Digit* digits, std::int32_t position) {
   return (digits[position / 64] >> (position % 64) & 1) != 0;
 }
 
+// A larger table of powers costs more to fill and saves a product for each of
+// its fewer windows, so it pays off for longer exponents.
 std::int32_t window_for_bits(std::int32_t bits) {
   if (bits < 42) return 1;
   if (bits < 179) return 2;
@@ -26,6 +28,7 @@ Digit window_at(const Digit* digits, std::int32_t position,
                 std::int32_t window) {
   const Digit* digit = digits + position / 64;
   const std::int32_t shift = position % 64;
+  // In two shifts, since one by 64 is undefined.
   const Digit upper = digit[1] << 1 << (63 - shift);
   return (digit[0] >> shift | upper) & ((Digit{1} << window) - 1);
 }
@@ -82,6 +85,7 @@ class DividedModulus {
       x[i] = static_cast<Digit>(sum);
       carry = static_cast<Digit>(sum >> 64);
     }
+    // Both numbers were below N, so one subtraction is enough.
     if (carry == 0 && is_below_modulus(x)) return;
     Digit borrow = 0;
     for (std::size_t i = 0; i < digits_; ++i) {
@@ -109,9 +113,11 @@ void public_power(const Montgomery& n, Digit* out, const Digit* base,
   Digit* factor = work;
   Digit* power = factor + n.limbs;
   enter_montgomery(n, factor, base);
+  // The topmost bit is done by this.
   std::copy_n(factor, n.limbs, power);
   for (std::int32_t i = bits - 1; i-- > 0;) {
     montgomery_multiply(n, power, power, power);
+    // Branches on the exponent, which everybody knows.
     if (bit_at(exponent, i)) montgomery_multiply(n, power, power, factor);
   }
   leave_montgomery(n, out, power, factor);
@@ -140,6 +146,7 @@ void secret_power(const Montgomery& n, Digit* out, const Digit* base,
     montgomery_multiply(n, power, power, factor);
   }
 
+  // From the topmost window, which may be partial and reach above the exponent.
   std::int32_t position = (bits - 1) / window * window;
   table.gather(window_at(exponent, position, window), power);
   while (position > 0) {
@@ -147,6 +154,8 @@ void secret_power(const Montgomery& n, Digit* out, const Digit* base,
     for (std::int32_t i = 0; i < window; ++i) {
       montgomery_multiply(n, power, power, power);
     }
+    // A window of zeros is multiplied by 1 all the same: a step left out would
+    // show in the time.
     table.gather(window_at(exponent, position, window), factor);
     montgomery_multiply(n, power, power, factor);
   }

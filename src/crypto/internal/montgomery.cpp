@@ -33,6 +33,7 @@ struct Column {
   void add_product(Digit a, Digit b) {
     const WideDigit product = WideDigit{a} * b;
     low += product;
+    // A sum below one of its terms has wrapped.
     high += low < product;
   }
   // Takes the lowest digit off and moves on to the next column.
@@ -64,6 +65,8 @@ void subtract_if_not_below(const Montgomery& n, Digit* out, const Digit* value,
   }
 }
 
+// A multiple of N, the quotient, clears the low half of a * b, which makes the
+// division by R exact. It is found limb by limb, each from a column's sum.
 void multiply_portable(const Montgomery& n, Digit* out, const Digit* a,
                        const Digit* b) {
   const std::size_t limbs = n.limbs;
@@ -187,6 +190,8 @@ void enter_montgomery(const Montgomery& n, Digit* out, const Digit* number) {
 
 void leave_montgomery(const Montgomery& n, Digit* out, const Digit* value,
                       Digit* work) {
+  // Times 1 is a division by R. What the vector build yields may not be below N
+  // yet, hence the subtraction.
   std::fill_n(work, n.limbs, 0);
   work[0] = 1;
   montgomery_multiply(n, work, value, work);

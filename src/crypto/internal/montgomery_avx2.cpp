@@ -31,6 +31,7 @@ constexpr Digit kLimbMask = (Digit{1} << kVectorLimb) - 1;
 
 [[gnu::target("avx2"), gnu::always_inline]] inline __m256i in_all_lanes(
     Digit limb) {
+  // A limb fits in 32 bits, and the upper half of a lane is never looked at.
   return _mm256_set1_epi32(static_cast<int>(limb));
 }
 
@@ -44,6 +45,7 @@ Digit clear_four_limbs(const Montgomery& n, const Digit* sum, const Digit* a,
     Digit limb = sum[i] + carry;
     for (std::size_t j = 0; j <= i; ++j) limb += a[j] * b[i - j];
     for (std::size_t j = 0; j < i; ++j) limb += q[j] * n.modulus[i - j];
+    // The inverse modulo 2^64 is one modulo 2^28, too.
     q[i] = limb * n.negative_inverse & kLimbMask;
     carry = (limb + q[i] * n.modulus[0]) >> kVectorLimb;
   }
@@ -98,6 +100,8 @@ void montgomery_multiply_avx2(const Montgomery& n, Digit* out, const Digit* a,
     carry = clear_four_limbs(n, sum + i, a + i, padded_b, q, carry);
     add_four_rows(n, sum + i, a + i, padded_b, q);
   }
+  // The one place where carries go on through all limbs; no step of it, as of
+  // all above, depends on what the limbs hold.
   for (std::size_t i = 0; i < n.limbs; ++i) {
     carry += sum[n.limbs + i];
     out[i] = carry & kLimbMask;

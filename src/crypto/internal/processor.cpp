@@ -14,6 +14,7 @@ namespace tova_fw_builder {
 
 bool has_sha256_instructions() {
   unsigned a = 0, b = 0, c = 0, d = 0;
+  // Needs nothing of the system: it keeps these registers for every program.
   if (__get_cpuid(1, &a, &b, &c, &d) == 0) return false;
   if ((c & bit_SSSE3) == 0 || (c & bit_SSE4_1) == 0) return false;
   if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return false;
@@ -21,6 +22,7 @@ bool has_sha256_instructions() {
 }
 
 bool has_avx2_and_bmi2() {
+  // Also asks whether the system keeps the upper halves of the registers.
   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
 }
 

@@ -31,6 +31,8 @@ struct State {
   const auto* k = reinterpret_cast<const __m128i*>(kSha256Rounds + t);
   const Words kw = _mm_add_epi32(w, _mm_load_si128(k));
   s.cdgh = _mm_sha256rnds2_epu32(s.cdgh, s.abef, kw);
+  // After two rounds the halves have changed places. The instruction takes the
+  // two words that it adds from the lower lanes.
   s.abef = _mm_sha256rnds2_epu32(s.abef, s.cdgh, _mm_shuffle_epi32(kw, 0x0E));
 }
 
@@ -73,6 +75,7 @@ struct State {
                                                      const std::uint8_t* blocks,
                                                      std::size_t count) {
   auto* memory = reinterpret_cast<__m128i*>(state);
+  // From the order of the words in memory to that of the instruction.
   const __m128i cdab = _mm_shuffle_epi32(_mm_loadu_si128(memory), 0xB1);
   const __m128i efgh = _mm_shuffle_epi32(_mm_loadu_si128(memory + 1), 0x1B);
   State s = {_mm_alignr_epi8(cdab, efgh, 8), _mm_blend_epi16(efgh, cdab, 0xF0)};

@@ -37,6 +37,7 @@ using Schedule = Word[2 * 80];
                          _mm256_slli_epi64(x, 64 - bits));
 }
 
+// One shuffle in place of two shifts and an or.
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline Words rotate_by_a_byte(
     Words x) {
   return _mm256_shuffle_epi8(x, _mm256_broadcastsi128_si256(_mm_set_epi64x(
@@ -119,6 +120,7 @@ eight_rounds_and_words(ShaWorking<Word>& s, Schedule& schedule, int t, Words* w,
   sha_add_to(state, s);
 
   s = sha_working_copy(state);
+  // The second block's words stand two places behind those of the first.
   for (int t = 0; t < 80; t += 8) eight_rounds(s, schedule + 2 * t + 2);
   sha_add_to(state, s);
 }
@@ -129,6 +131,7 @@ eight_rounds_and_words(ShaWorking<Word>& s, Schedule& schedule, int t, Words* w,
                                                      const std::uint8_t* blocks,
                                                      std::size_t count) {
   for (; count >= 2; count -= 2, blocks += 256) take_two_blocks(state, blocks);
+  // A last block without a partner.
   sha512_blocks_portable(state, blocks, count);
 }
 

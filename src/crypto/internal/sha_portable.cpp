@@ -34,6 +34,7 @@ std::uint64_t sigma1(std::uint64_t w) {
 
 template <typename Word>
 [[gnu::always_inline]] inline Word next_word(const Word* w, int t) {
+  // The window is a ring: word t takes the place of word t - 16.
   return w[t & 15] + sigma0(w[(t + 1) & 15]) + w[(t + 9) & 15] +
          sigma1(w[(t + 14) & 15]);
 }

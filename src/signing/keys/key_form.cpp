@@ -38,6 +38,8 @@ constexpr std::string_view kPublicPieces1[] = {
     ")))",
 };
 
+// The start of a public form stands inside that of the pair form, and it is
+// looked for anywhere: so the pairs are tried first.
 constexpr KeyForm kKeyForms[] = {
     {3, false, kPairPieces3},
     {3, true, kPublicPieces3},
@@ -81,6 +83,8 @@ std::span<const KeyForm> key_forms() { return kKeyForms; }
 
 std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {
   const std::size_t e = form.exponent_length;
+  // Exponents stay in the order of the file. That is wrong for three bytes that
+  // read differently backwards, but fielded images were signed so.
   std::vector<KeyField> fields = {
       {"pub_exponent", std::span(key.pub_exponent).first(e), false},
       {"pub_modulus", key.pub_modulus, true},

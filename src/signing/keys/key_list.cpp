@@ -41,6 +41,7 @@ void KeyList::read_list() {
   LineReader lines(*in);
   std::string_view line;
   while (lines.next(line) && !line.empty()) {
+    // What follows the path is ignored; hence no path can hold blanks.
     LineFields words(line);
     const std::string type_word(words.word());
     const std::string key_path(words.word());

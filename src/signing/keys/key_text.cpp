@@ -29,6 +29,7 @@ std::uint8_t* put(std::uint8_t* at, const KeyField& field) {
 
 const KeyForm& form_for(const KeyMaterial& key, bool public_only) {
   const auto& e = key.pub_exponent;
+  // The bytes of the file stand first, and zeros behind them.
   const bool short_exponent = e[1] == 0 && e[2] == 0;
   const auto forms = key_forms();
   return *std::ranges::find_if(forms, [&](const KeyForm& form) {
