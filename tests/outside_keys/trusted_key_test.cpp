@@ -25,7 +25,7 @@ TEST(TrustedKey, HashOrKeyOfAnyForm) {
   for (const auto& key : {sample_pair_file(), sample_public_file()}) {
     EXPECT_EQ(hash, trusted_key_hash(dir.write("key", key)));
   }
-  EXPECT_EQ("cannot be read",
+  EXPECT_EQ("this is neither a hash of 64 hexadecimal digits nor a file",
             message_of([&] { trusted_key_hash(text.substr(1)); }));
   // With the exponent 1 anyone signs; 3 00 01 would be read backwards.
   const std::string n = bytes_of(kSampleModulus);
