@@ -3,7 +3,9 @@
 
 add_library(tova_options INTERFACE)
 target_compile_options(tova_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  # A library's macro may name the file: not by the folder of the build.
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
 if(TOVA_WERROR)
   target_compile_options(tova_options INTERFACE -Werror)
 endif()

@@ -27,8 +27,8 @@ Digits power_in(std::int32_t limb, const Digits& modulus, std::int32_t bits,
 }
 
 // Random moduli, and those whose limbs are all ones, of every number of bits
-// around the places where a limb or a vector is added, or where digits and limbs
-// end together (each 448 bits).
+// around the places where a limb or a vector is added, or where digits and
+// limbs end together (each 448 bits).
 TEST(Montgomery, BothBuildsAgree) {
   if (!has_avx2_and_bmi2()) GTEST_SKIP() << "no AVX2: there is one build";
   std::mt19937_64 random(2);
