@@ -70,6 +70,8 @@ page_lacks_nothing() {  # page_lacks_nothing PAGE: words on the standard input
 sed -n 's/^ *{"\([a-z_]*\)", .*/\1/p' src/driver/command_table.cpp |
   page_lacks_nothing tova_fw_builder.1
 # Every command, and every option of each.
-"$companion" completion bash | sed -n "s/^ *'[a-z -]*') choices='\(.*\)'.*/\1/p" |
+"$companion" completion bash |
+  sed -n "s/^ *'[a-z -]* -') choices='\(.*\)'.*/\1/p
+    s/^ *'') choices='\(.*\)'.*/\1/p" |
   tr ' ' '\n' | page_lacks_nothing tova_fw.1
 echo "The packages hold: $(cd build && echo ./*.deb)"
