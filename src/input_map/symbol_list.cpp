@@ -91,10 +91,9 @@ void for_each_symbol(std::istream& in, const TakeSymbol& take) {
   }
 }
 
-FwImageMap::SymbolMap read_symbols(const std::string& path) {
-  const auto in = open_input(path);
+FwImageMap::SymbolMap read_symbols(std::istream& in) {
   FwImageMap::SymbolMap symbols;
-  std::vector<ListedSymbol> listed = read_lines(*in, symbols);
+  std::vector<ListedSymbol> listed = read_lines(in, symbols);
   sort_from(listed, 0);
   symbols.entries.reserve(listed.size());
   for (const ListedSymbol& symbol : listed) {
@@ -104,6 +103,11 @@ FwImageMap::SymbolMap read_symbols(const std::string& path) {
     if (again) entries.pop_back();  // the last line of a name counts
     entries.push_back(symbol.entry);
   }
+  return symbols;
+}
+
+FwImageMap::SymbolMap read_symbols(const std::string& path) {
+  FwImageMap::SymbolMap symbols = read_symbols(*open_input(path));
   log_info("Loaded ", symbols.entries.size(), " symbols from file: ", path);
   return symbols;
 }

@@ -16,8 +16,10 @@ using TakeSymbol = std::function<void(const FwImageMap::SymbolMap::Entry&)>;
 // name that is valid during the call.
 void for_each_symbol(std::istream& in, const TakeSymbol& take);
 
-// The symbols of a list, of each name the last one. Logs their number at level
-// 2. Throws std::runtime_error "Failed to open file: " and the path.
+// The symbols of a list, of each name the last one.
+FwImageMap::SymbolMap read_symbols(std::istream& in);
+// The same for a file; logs their number at level 2. Throws std::runtime_error
+// "Failed to open file: " and the path.
 FwImageMap::SymbolMap read_symbols(const std::string& path);
 
 }  // namespace tova_fw_builder

@@ -31,14 +31,18 @@ void asm_command(const std::string& pkg_file, const std::string& out_file) {
   const auto package = open_input(pkg_file);
   // Behind the descriptor: without one an older output stays whole.
   std::ofstream out(out_file, std::ios_base::binary);
-  LineReader lines(*package);
+  append_files(*package, out);
+  out.close();
+  log_info("Finished");
+}
+
+void append_files(std::istream& package, std::ostream& out) {
+  LineReader lines(package);
   std::string_view line;
   while (lines.next(line)) {
     LineFields words(line);
     if (words.word() == "bin") append_file(std::string(words.word()), out);
   }
-  out.close();
-  log_info("Finished");
 }
 
 }  // namespace tova_fw_builder

@@ -219,9 +219,14 @@ void build_img_command(const std::string& img_dscr_file,
   log_detail("DEPLOY directory: ", deploy_dir);
   log_detail("IMG file: ", out_file);
   // Ahead of the output: without a script an older image stays whole.
-  const auto script = open_input(img_dscr_file);
+  run_image_script(*open_input(img_dscr_file), deploy_dir, out_file);
+  log_info("Finished");
+}
+
+void run_image_script(std::istream& script, const std::string& deploy_dir,
+                      const std::string& out_file) {
   Run run{deploy_dir, out_file, std::ofstream(out_file, std::ios_base::binary)};
-  LineReader lines(*script);
+  LineReader lines(script);
   std::string_view line;
   while (lines.next(line)) perform_line(run, line);
   // Only now are all positions known.
@@ -229,8 +234,6 @@ void build_img_command(const std::string& img_dscr_file,
     run.out.seekp(*run.table_position);
     write_record(run.out, run.table);
   }
-  run.out.close();
-  log_info("Finished");
 }
 
 }  // namespace tova_fw_builder

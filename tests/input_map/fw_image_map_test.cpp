@@ -9,10 +9,13 @@
 namespace tova_fw_builder {
 namespace {
 
+ElfList list_of(const std::string& text) {
+  std::istringstream in(text);
+  return read_elf_list(in);
+}
+
 TEST(ElfList, FirstWordOfEachLineCounts) {
-  const TempDir dir;
-  const std::string path = dir.write("list", "a.elf x\r\n \t b.map\n  \n");
-  const ElfList list = read_elf_list(path);
+  const ElfList list = list_of("a.elf x\r\n \t b.map\n  \n");
   ASSERT_EQ(1u, list.size());
   EXPECT_EQ("a.elf", list[0].elf);
   EXPECT_EQ("b.map", list[0].memmap);
@@ -20,15 +23,13 @@ TEST(ElfList, FirstWordOfEachLineCounts) {
 }
 
 TEST(ElfList, EveryTripleMustBeWholeAndEndInALineFeed) {
-  const TempDir dir;
-  EXPECT_TRUE(read_elf_list(dir.write("empty", "")).empty());
+  EXPECT_TRUE(list_of("").empty());
   EXPECT_TRUE(read_elf_list("/dev/zero").empty());
   for (const char* text : {"a\nb\nc", "a\nb\n", "a", "a\nb\nc\n\n"}) {
-    const std::string path = dir.write("list", text);
     EXPECT_EQ(
         "Invalid number of lines in ELF list. Must be list of pairs "
         "<elf, memmap, nm>",
-        message_of([&] { read_elf_list(path); }))
+        message_of([&] { list_of(text); }))
         << text;
   }
 }

@@ -27,18 +27,14 @@ constexpr KeyTypeValue key_type_values[] = {{"debug", 1}, {"production", 0}};
 
 }  // namespace
 
-KeyList::KeyList(const std::string& list_path)
-    : path(list_path),
-      stream(std::make_shared<std::stringstream>(std::ios::in | std::ios::out |
-                                                 std::ios::binary)) {
-  read_list();
-  write_store();
+KeyList::KeyList(const std::string& list_path) {
+  log_detail("Reading Key list...");
+  *this = KeyList(*open_input(list_path));
+  path = list_path;
 }
 
-void KeyList::read_list() {
-  log_detail("Reading Key list...");
-  const auto in = open_input(path);
-  LineReader lines(*in);
+KeyList::KeyList(std::istream& list) {
+  LineReader lines(list);
   std::string_view line;
   while (lines.next(line) && !line.empty()) {
     // What follows the path is ignored; hence no path can hold blanks.
@@ -47,6 +43,7 @@ void KeyList::read_list() {
     const std::string key_path(words.word());
     add_key(type_word, key_path);
   }
+  write_store();
 }
 
 void KeyList::add_key(const std::string& type_word,

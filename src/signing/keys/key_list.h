@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -35,14 +36,17 @@ class KeyList {
   // recognized key type : ", the word, " file path : ", the path of the line,
   // or what load_key_file throws.
   explicit KeyList(const std::string& path);
+  // The same for the text of a list; `path` stays empty.
+  explicit KeyList(std::istream& list);
 
   std::string path;
   // Holds the store. The image's section shares it and outlives the list.
-  std::shared_ptr<std::stringstream> stream;
+  std::shared_ptr<std::stringstream> stream =
+      std::make_shared<std::stringstream>(std::ios::in | std::ios::out |
+                                          std::ios::binary);
   std::vector<std::shared_ptr<KeyData>> keys;  // in the order of the file
 
  private:
-  void read_list();
   void add_key(const std::string& type_word, const std::string& key_path);
   void write_store();
 };

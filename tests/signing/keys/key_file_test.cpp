@@ -81,7 +81,10 @@ TEST(KeyFile, FormIsSoughtInTheFirst100Bytes) {
             message_of([&] { load_key_file(dir.file("none")); }));
 }
 
-std::string store_of(const KeyList& list) { return list.stream->str(); }
+KeyList list_of(const std::string& text) {
+  std::istringstream in(text);
+  return KeyList(in);
+}
 
 // The hashes are from Python's hashlib, over the modulus reversed and e in four
 // bytes.
@@ -90,14 +93,14 @@ TEST(KeyList, StoreOfTypesAndHashes) {
   CapturedLog log;
   const std::string a = dir.write("a", kPublic);
   const std::string b = dir.write("b", kPair);
-  const KeyList list(dir.write(
-      "list", "debug " + a + " more\n\tproduction\t" + b + "\r\ndebug " + b));
+  const KeyList list =
+      list_of("debug " + a + " more\n\tproduction\t" + b + "\r\ndebug " + b);
   const std::string hash =
       "\xaa\x17\xc0\x37\x67\xd0\x61\x7b\x93\x3d\xfa\x7a\x71\xe5\x3b\xe0"
       "\x61\x9a\xe7\x4b\x20\x3d\xd6\x4a\x5a\xe8\xbe\x01\x78\x29\x93\xa6";
   EXPECT_EQ(std::string("\3\0\0\0\1\0\0\0", 8) + hash + std::string(4, '\0') +
                 hash + std::string("\1\0\0\0", 4) + hash,
-            store_of(list));
+            list.stream->str());
   EXPECT_EQ(3u, list.keys.size());
   EXPECT_EQ(b, list.keys[1]->path);
   EXPECT_EQ("Reading keys from: " + a + "\nReading keys from: " + b +
@@ -119,14 +122,13 @@ TEST(KeyList, WhereTheListEnds) {
       {key + std::string("\0tail\n", 6) + key, 2},
   };
   for (const auto& c : cases) {
-    const std::string store = store_of(KeyList(dir.write("list", c.text)));
+    const std::string store = list_of(c.text).stream->str();
     EXPECT_EQ(c.count, store[0]);
     EXPECT_EQ(4u + 36u * static_cast<unsigned>(c.count), store.size());
   }
 }
 
 TEST(KeyList, RefusedLines) {
-  TempDir dir;
   CapturedLog log;
   const struct {
     const char* text;
@@ -139,8 +141,7 @@ TEST(KeyList, RefusedLines) {
       {"production /none x", "Failed to open file: /none"},
   };
   for (const auto& c : cases) {
-    const std::string list = dir.write("list", c.text);
-    EXPECT_EQ(c.message, message_of([&] { KeyList{list}; }));
+    EXPECT_EQ(c.message, message_of([&] { list_of(c.text); }));
   }
   EXPECT_EQ("Failed to open file: /none/list",
             message_of([] { KeyList("/none/list"); }));
