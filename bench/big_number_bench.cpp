@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "crypto/make_big_num.h"
+#include "crypto/rsa_key.h"
 #include "crypto/zels_rsa.h"
 
 namespace tova_fw_builder {

@@ -8,8 +8,12 @@
 
 namespace tova_fw_builder {
 
-// Sets `size` bytes to zero, also when nobody reads the memory again.
-void secure_wipe(void* data, std::size_t size);
+// Sets `size` bytes to zero, also when nobody reads the memory again: plain
+// stores into memory that is about to be freed are dead to the compiler.
+inline void secure_wipe(void* data, std::size_t size) {
+  auto* byte = static_cast<volatile std::uint8_t*>(data);
+  for (; size > 0; --size) *byte++ = 0;
+}
 
 // Bytes on the heap, zero at first, wiped when the buffer ends.
 class SecretBuffer {

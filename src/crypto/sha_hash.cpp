@@ -9,64 +9,69 @@ namespace tova_fw_builder {
 
 namespace {
 
+// The table of differences: functions, and the names that the log shows.
+struct Operations {
+  ZelStatus (*get_size)(std::int32_t*);
+  ZelStatus (*init)(std::uint8_t*);
+  ZelStatus (*update)(const std::uint8_t*, std::int32_t, std::uint8_t*);
+  ZelStatus (*final)(std::uint8_t*, std::uint8_t*);
+  const char* init_name;
+  const char* update_name;
+  const char* final_name;
+};
+
+template <std::size_t kDigestBytes>
+constexpr Operations kLibrary = {
+    zelsSHA256GetSize, zelsSHA256Init,     zelsSHA256Update, zelsSHA256Final,
+    "zelsSHA256Init",  "zelsSHA256Update", "zelsSHA256Final"};
+template <>
+constexpr Operations kLibrary<48> = {
+    zelsSHA384GetSize, zelsSHA384Init,     zelsSHA384Update, zelsSHA384Final,
+    "zelsSHA384Init",  "zelsSHA384Update", "zelsSHA384Final"};
+
 std::int32_t low_32_bits(std::uint64_t length) {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(length));
 }
 
-std::uint64_t taken(std::uint64_t length, const char* operation) {
-  if (low_32_bits(length) < 0) throw ZelError(zelStsLengthErr, operation);
-  return static_cast<std::uint64_t>(low_32_bits(length));
-}
-
-std::unique_ptr<std::uint8_t[]> allocate(std::int32_t size) {
-  return std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(size));
-}
-
 }  // namespace
 
-// Null is no message here, whatever the length says; the library would refuse
-// it.
-Sha256Hash::Sha256Hash(const std::uint8_t* data, std::uint64_t length) {
-  std::int32_t size = 0;
-  throw_unless_ok(zelsSHA256GetSize(&size), "zelsSHA256GetSize");
-  context_ = allocate(size);
-  throw_unless_ok(zelsSHA256Init(context_.get()), "zelsSHA256Init");
-  if (data != nullptr && length != 0) update(data, length);
-}
-
-void Sha256Hash::update(const std::uint8_t* data, std::uint64_t length) {
-  throw_unless_ok(zelsSHA256Update(data, low_32_bits(length), context_.get()),
-                  "zelsSHA256Update");
-}
-
-std::uint64_t Sha256Hash::taken_at_once(std::uint64_t length) {
-  return taken(length, "zelsSHA256Update");
-}
-
-void Sha256Hash::final(std::uint8_t* out) {
-  throw_unless_ok(zelsSHA256Final(out, context_.get()), "zelsSHA256Final");
-}
-
-Sha384Hash::Sha384Hash(const std::uint8_t* data, std::uint64_t length) {
+template <std::size_t kDigestBytes>
+ShaHash<kDigestBytes>::ShaHash(const std::uint8_t* data, std::uint64_t length) {
+  const Operations& library = kLibrary<kDigestBytes>;
   std::int32_t size = 0;
   // Log watchers know the one name for both.
-  throw_unless_ok(zelsSHA384GetSize(&size), "zelsSHA256GetSize");
-  context_ = allocate(size);
-  throw_unless_ok(zelsSHA384Init(context_.get()), "zelsSHA384Init");
+  throw_unless_ok(library.get_size(&size), "zelsSHA256GetSize");
+  context_ = std::make_unique<std::uint8_t[]>(static_cast<std::size_t>(size));
+  throw_unless_ok(library.init(context_.get()), library.init_name);
+  // Null is no message here, whatever the length says; the library would refuse
+  // it.
   if (data != nullptr && length != 0) update(data, length);
 }
 
-void Sha384Hash::update(const std::uint8_t* data, std::uint64_t length) {
-  throw_unless_ok(zelsSHA384Update(data, low_32_bits(length), context_.get()),
-                  "zelsSHA384Update");
+template <std::size_t kDigestBytes>
+void ShaHash<kDigestBytes>::update(const std::uint8_t* data,
+                                   std::uint64_t length) {
+  const Operations& library = kLibrary<kDigestBytes>;
+  throw_unless_ok(library.update(data, low_32_bits(length), context_.get()),
+                  library.update_name);
 }
 
-std::uint64_t Sha384Hash::taken_at_once(std::uint64_t length) {
-  return taken(length, "zelsSHA384Update");
+template <std::size_t kDigestBytes>
+std::uint64_t ShaHash<kDigestBytes>::taken_at_once(std::uint64_t length) {
+  const std::int32_t taken = low_32_bits(length);
+  if (taken < 0) {
+    throw ZelError(zelStsLengthErr, kLibrary<kDigestBytes>.update_name);
+  }
+  return static_cast<std::uint64_t>(taken);
 }
 
-void Sha384Hash::final(std::uint8_t* out) {
-  throw_unless_ok(zelsSHA384Final(out, context_.get()), "zelsSHA384Final");
+template <std::size_t kDigestBytes>
+void ShaHash<kDigestBytes>::final(std::uint8_t* out) {
+  const Operations& library = kLibrary<kDigestBytes>;
+  throw_unless_ok(library.final(out, context_.get()), library.final_name);
 }
+
+template class ShaHash<32>;
+template class ShaHash<48>;
 
 }  // namespace tova_fw_builder

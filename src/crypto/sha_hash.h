@@ -8,19 +8,20 @@
 
 namespace tova_fw_builder {
 
-// Both throw ZelError with the library operation that failed. They can be
-// moved; an object moved from fails with a null-pointer status.
+// Throws ZelError with the library operation that failed. It can be moved; an
+// object moved from fails with a null-pointer status.
 //
 // Of a length only the low 32 bits are taken, as a signed number: 2^31 bytes
 // fail with status -15, and 2^32 bytes are taken as none.
-class Sha256Hash {
+template <std::size_t kDigestBytes>
+class ShaHash {
  public:
-  using Digest = std::array<std::uint8_t, 32>;
+  using Digest = std::array<std::uint8_t, kDigestBytes>;
 
   // Starts with `length` bytes at `data`, or with the empty message if either
   // is zero.
-  explicit Sha256Hash(const std::uint8_t* data = nullptr,
-                      std::uint64_t length = 0);
+  explicit ShaHash(const std::uint8_t* data = nullptr,
+                   std::uint64_t length = 0);
 
   void update(const std::uint8_t* data, std::uint64_t length);
 
@@ -28,26 +29,17 @@ class Sha256Hash {
   // counts as one. Fails as that update does.
   static std::uint64_t taken_at_once(std::uint64_t length);
 
-  // Writes 32 bytes, in the order of the standard, and starts anew.
+  // Writes the digest, in the order of the standard, and starts anew.
   void final(std::uint8_t* out);
 
  private:
   std::unique_ptr<std::uint8_t[]> context_;
 };
 
-// The same with a digest of 48 bytes.
-class Sha384Hash {
- public:
-  using Digest = std::array<std::uint8_t, 48>;
+using Sha256Hash = ShaHash<32>;
+using Sha384Hash = ShaHash<48>;
 
-  explicit Sha384Hash(const std::uint8_t* data = nullptr,
-                      std::uint64_t length = 0);
-  void update(const std::uint8_t* data, std::uint64_t length);
-  static std::uint64_t taken_at_once(std::uint64_t length);
-  void final(std::uint8_t* out);
-
- private:
-  std::unique_ptr<std::uint8_t[]> context_;
-};
+extern template class ShaHash<32>;
+extern template class ShaHash<48>;
 
 }  // namespace tova_fw_builder

@@ -7,12 +7,30 @@
 
 #include "crypto/internal/big_num_context.h"
 #include "crypto/internal/modular_power.h"
-#include "crypto/internal/rsa_key_context.h"
 #include "crypto/zels_bignum.h"
 
 namespace tova_fw_builder {
 
 namespace {
+
+constexpr ContextTag kPublicKeyTag = {'0', 'A', 'S', 'R'};
+constexpr ContextTag kPrivateKeyTag = {'1', 'A', 'S', 'R'};
+// A private key with its prime factors. Nothing makes one, but the private
+// operation knows it: N and d stand in it all the same, and serve.
+constexpr ContextTag kPrivateCrtKeyTag = {'2', 'A', 'S', 'R'};
+
+// How a key stands inside its caller's buffer; the arrays follow there.
+struct RsaKey {
+  ContextTag tag;
+  std::int32_t modulus_bound;  // bits
+  std::int32_t exponent_bound;
+  std::int32_t modulus_bits;  // 0 until a key is set
+  std::int32_t exponent_bits;
+  Digit* exponent;  // one zero digit longer than the bound
+  Digit* modulus;
+  Digit* engine_storage;
+  Montgomery engine;  // for an odd modulus
+};
 
 constexpr std::int32_t kFewestBits = 8;
 constexpr std::int32_t kMostBits = 16384;

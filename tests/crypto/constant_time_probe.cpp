@@ -11,7 +11,7 @@
 
 #include "crypto/internal/big_num_context.h"
 #include "crypto/internal/modular_power.h"
-#include "crypto/make_big_num.h"
+#include "crypto/rsa_key.h"
 #include "crypto/rsa_sample.h"
 #include "crypto/zels_rsa.h"
 

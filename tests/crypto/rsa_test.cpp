@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "crypto/make_big_num.h"
+#include "crypto/rsa_key.h"
 #include "crypto/rsa_sample.h"
 #include "crypto/secret_buffer.h"
 #include "crypto/zels_bignum.h"
