@@ -16,10 +16,9 @@
 #include "companion/key_input.h"
 #include "outside_keys/any_key.h"
 #include "outside_keys/outside_key.h"
-#include "signing/key_halves.h"
-#include "signing/keys/key_text.h"
+#include "signing/keys/key_file.h"
 #include "signing/keys/public_key_hash.h"
-#include "signing/keys/sample_key.h"
+#include "signing/sign_command.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -12,7 +12,7 @@
 #include "driver/ground/files.h"
 #include "driver/ground/numbers.h"
 #include "outside_keys/outside_key.h"
-#include "signing/keys/key_text.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "outside_keys/outside_key.h"
-#include "signing/keys/key_text.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

@@ -7,7 +7,7 @@
 #include "image/kelp15.h"
 #include "image/records/binary_header.h"
 #include "inspect/check/checks.h"
-#include "signing/keys/sample_key.h"
+#include "signing/keys/public_key_hash.h"
 #include "signing/verify_command.h"
 
 namespace tova_fw_builder {

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "crypto/secret_buffer.h"
+
 namespace tova_fw_builder {
 
 // One key, wiped when it ends. All numbers stand least significant byte first,
@@ -13,7 +15,7 @@ struct KeyMaterial {
   KeyMaterial() = default;
   KeyMaterial(const KeyMaterial&) = delete;
   KeyMaterial& operator=(const KeyMaterial&) = delete;
-  ~KeyMaterial();
+  ~KeyMaterial() { secure_wipe(this, sizeof(*this)); }
 
   std::array<std::uint8_t, 4> pub_exponent{};  // 1 or 3 bytes, then zeros
   std::array<std::uint8_t, 256> pub_modulus{};

@@ -21,4 +21,7 @@ void print_public_key_hash(std::ostream& out, const PublicKeyHash& hash);
 // Logs the key's hash at level 2 in that form.
 void public_key_hash(const KeyMaterial& key);
 
+// Whether this is the hash of the key in examples/, which everyone has.
+bool is_sample_key(const PublicKeyHash& hash);
+
 }  // namespace tova_fw_builder
