@@ -1,5 +1,6 @@
 // driver/command_line.h
-// From the command line to one command and an exit status.
+// From the command line to one command and an exit status, and the table of
+// the commands.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +18,9 @@ struct Command {
   // command to its end. Every failure is a std::exception.
   void (*run)(std::span<const std::string> parameters);
 };
+
+// Every command of the tool.
+std::span<const Command> command_table();
 
 // Exit statuses; the shell sees them modulo 256.
 inline constexpr int kDone = 0;

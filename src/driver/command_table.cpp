@@ -1,9 +1,9 @@
-// Every command of the tool: its word, how many parameters it needs, and how
-// they are converted. Numbers that can't be read are 0 and are not reported.
-#include "driver/command_table.h"
-
+// Every command of the tool, and the only place that knows them all: its word,
+// how many parameters it needs, and how they are converted. Numbers that can't
+// be read are 0 and are not reported.
 #include <cstdint>
 
+#include "driver/command_line.h"
 #include "driver/ground/files.h"
 #include "driver/ground/numbers.h"
 #include "driver/ground/version.h"

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "driver/command_line.h"
-#include "driver/command_table.h"
 
 int main(int argc, char** argv) {
 #ifdef SIGPIPE

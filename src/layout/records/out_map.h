@@ -75,10 +75,10 @@ struct FwOutMap {
   // One `section` statement: a name to be bound to a section header.
   struct Section {
     std::string name;
-    bool entrypoint = false;                            // marker "ep"
-    bool optional = false;                              // marker "o"
-    std::shared_ptr<FwImageMap::SectionHeader> header;  // null until bound
-    std::unique_ptr<Section> replacement;  // the name behind "<", or null
+    bool entrypoint = false;                                 // marker "ep"
+    bool optional = false;                                   // marker "o"
+    std::shared_ptr<FwImageMap::SectionHeader> header = {};  // null until bound
+    std::unique_ptr<Section> replacement = {};  // the name behind "<", or null
   };
 
   // One `group` statement. Bound and sorted it becomes a segment.
@@ -98,7 +98,13 @@ struct FwOutMap {
 
     // Appends a reference; an empty `replacement_name` is none.
     void add_section(const std::string& name, bool entrypoint, bool optional,
-                     const std::string& replacement_name);
+                     const std::string& replacement_name) {
+      sections.push_back(
+          std::make_shared<Section>(Section{name, entrypoint, optional}));
+      if (replacement_name.empty()) return;
+      sections.back()->replacement =
+          std::make_unique<Section>(Section{replacement_name});
+    }
 
     std::vector<std::shared_ptr<Section>> sections;
     std::uint32_t flags = 0;
