@@ -154,9 +154,7 @@ ZelStatus get_buffer_size(std::int32_t* size, std::uint8_t* context,
 bool is_below_modulus(const BigNum& number, const RsaKey& key) {
   const std::size_t digits = digits_for_bits(key.modulus_bits);
   if (number.size != digits) return number.size < digits;
-  std::size_t i = number.size - 1;
-  while (i > 0 && number.digits[i] == key.modulus[i]) --i;
-  return number.digits[i] < key.modulus[i];
+  return is_below(number.digits, key.modulus, digits);
 }
 
 ZelStatus check_operands(std::uint8_t* input, std::uint8_t* output,

@@ -22,15 +22,12 @@ constexpr std::size_t kExponentBytes = 4;
 void log_public_key(ImageManifest& manifest) {
   log_detail(ByteDump{manifest.modulus(), kModulusBytes, "pubKey.modulus"});
   log_detail(ByteDump{manifest.exponent(), kExponentBytes, "pubKey.exponent"});
-  if (log_level() < kLogDetail) return;
   // Modulus and exponent are neighbours in the manifest.
   PublicKeyHash digest{};
   // Null, of a manifest without a key, hashes as no bytes.
   Sha256Hash hash(manifest.modulus(), kModulusBytes + kExponentBytes);
   hash.final(digest.data());
-  LogLine line(kLogDetail);
-  line.stream() << '\n';
-  print_public_key_hash(line.stream(), digest);
+  log_public_key_hash(kLogDetail, "\n", digest);
 }
 
 RsaBlock decode_signature(ImageManifest& manifest) {

@@ -26,6 +26,13 @@ inline std::int32_t bit_size(const Digit* digits, std::size_t count) {
   return static_cast<std::int32_t>(64 * count) - std::countl_zero(top);
 }
 
+// Whether a < b. Branches on both, so it is not for secrets.
+inline bool is_below(const Digit* a, const Digit* b, std::size_t count) {
+  std::size_t i = count - 1;
+  while (i > 0 && a[i] == b[i]) --i;
+  return a[i] < b[i];
+}
+
 // All ones for true. The compiler can't see that only two values come out, and
 // so has no cause to make a branch of what is done with them.
 inline Digit mask_if_zero(Digit value) {

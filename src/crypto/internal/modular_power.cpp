@@ -86,18 +86,13 @@ class DividedModulus {
       carry = static_cast<Digit>(sum >> 64);
     }
     // Both numbers were below N, so one subtraction is enough.
-    if (carry == 0 && is_below_modulus(x)) return;
+    if (carry == 0 && is_below(x, modulus_, digits_)) return;
     Digit borrow = 0;
     for (std::size_t i = 0; i < digits_; ++i) {
       const WideDigit d = WideDigit{x[i]} - modulus_[i] - borrow;
       x[i] = static_cast<Digit>(d);
       borrow = static_cast<Digit>(d >> 64) & 1;
     }
-  }
-  bool is_below_modulus(const Digit* x) const {
-    std::size_t i = digits_ - 1;
-    while (i > 0 && x[i] == modulus_[i]) --i;
-    return x[i] < modulus_[i];
   }
 
   const Digit* modulus_;

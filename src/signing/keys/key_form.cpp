@@ -47,35 +47,14 @@ constexpr KeyForm kKeyForms[] = {
     {1, true, kPublicPieces1},
 };
 
-// Goes through a file piece by piece.
-class KeyFileReader {
- public:
-  KeyFileReader(std::string_view file, const KeyForm& form)
-      : rest_(file), next_piece_(form.pieces.begin()) {}
-
-  void expect_piece() {
-    if (!rest_.starts_with(*next_piece_)) {
-      throw std::runtime_error("Expected std::string not found");
-    }
-    rest_.remove_prefix(next_piece_++->size());
-  }
-
-  // The next piece and the field behind it. A file that ends inside the field
-  // fails only at the piece that should follow.
-  void read_field(const KeyField& field) {
-    expect_piece();
-    rest_.remove_prefix(rest_.copy(reinterpret_cast<char*>(field.bytes.data()),
-                                   field.bytes.size()));
-    if (field.reversed) {
-      std::reverse(field.bytes.begin(), field.bytes.end());
-    }
-    log_detail(ByteDump{field.bytes.data(), field.bytes.size(), field.label});
-  }
-
- private:
-  std::string_view rest_;
-  std::span<const std::string_view>::iterator next_piece_;
-};
+// Takes the bytes of a field off the start of `file`. A file that ends inside
+// the field fails only at the piece that should follow.
+void read_field(std::string_view& file, const KeyField& field) {
+  file.remove_prefix(file.copy(reinterpret_cast<char*>(field.bytes.data()),
+                               field.bytes.size()));
+  if (field.reversed) std::ranges::reverse(field.bytes);
+  log_detail(ByteDump{field.bytes.data(), field.bytes.size(), field.label});
+}
 
 }  // namespace
 
@@ -88,9 +67,6 @@ std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {
   std::vector<KeyField> fields = {
       {"pub_exponent", std::span(key.pub_exponent).first(e), false},
       {"pub_modulus", key.pub_modulus, true},
-  };
-  if (form.public_only) return fields;
-  const KeyField pair[] = {
       {"priv_exponent", std::span(key.priv_exponent).first(e), false},
       {"priv_modulus", key.priv_modulus, true},
       {"priv_d", key.priv_d, true},
@@ -100,16 +76,23 @@ std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {
       {"priv_b", key.priv_b, true},
       {"priv_c", key.priv_c, true},
   };
-  fields.insert(fields.end(), std::begin(pair), std::end(pair));
+  if (form.public_only) fields.resize(2);
   return fields;
 }
 
 std::unique_ptr<KeyMaterial> key_of_form(std::string_view file,
                                          const KeyForm& form) {
   auto key = std::make_unique<KeyMaterial>();
-  KeyFileReader reader(file, form);
-  for (const KeyField& field : fields_of(*key, form)) reader.read_field(field);
-  reader.expect_piece();
+  const auto fields = fields_of(*key, form);
+  for (std::size_t i = 0; i < form.pieces.size(); ++i) {
+    const std::string_view piece = form.pieces[i];
+    if (!file.starts_with(piece)) {
+      throw std::runtime_error("Expected std::string not found");
+    }
+    file.remove_prefix(piece.size());
+    // The last piece has none behind it.
+    if (i < fields.size()) read_field(file, fields[i]);
+  }
   return key;
 }
 

@@ -16,16 +16,14 @@ PublicKeyHash digest_public_key(const KeyMaterial& key) {
   return digest;
 }
 
-void print_public_key_hash(std::ostream& out, const PublicKeyHash& hash) {
-  out << "Public key hash: \n"
-      << ByteDump{hash.data(), hash.size(), "pub_key_hash", true} << '\n';
+void log_public_key_hash(int level, const char* lead,
+                         const PublicKeyHash& hash) {
+  log_line(level, lead, "Public key hash: \n",
+           ByteDump{hash.data(), hash.size(), "pub_key_hash", true}, '\n');
 }
 
 void public_key_hash(const KeyMaterial& key) {
-  const PublicKeyHash hash = digest_public_key(key);
-  if (log_level() >= kLogInfo) {
-    print_public_key_hash(LogLine(kLogInfo).stream(), hash);
-  }
+  log_public_key_hash(kLogInfo, "", digest_public_key(key));
 }
 
 bool is_sample_key(const PublicKeyHash& hash) {

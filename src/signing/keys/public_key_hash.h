@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <ostream>
 
 #include "signing/keys/key_file.h"
 
@@ -15,10 +14,12 @@ using PublicKeyHash = std::array<std::uint8_t, 32>;
 // SHA-256 over `pub_modulus` and `pub_exponent`, as they stand in memory.
 PublicKeyHash digest_public_key(const KeyMaterial& key);
 
-// Writes the line "Public key hash: " and a C array labelled "pub_key_hash".
-void print_public_key_hash(std::ostream& out, const PublicKeyHash& hash);
+// Logs `lead`, the line "Public key hash: " and a C array labelled
+// "pub_key_hash".
+void log_public_key_hash(int level, const char* lead,
+                         const PublicKeyHash& hash);
 
-// Logs the key's hash at level 2 in that form.
+// Logs the key's hash at level 2 in that form, without a lead.
 void public_key_hash(const KeyMaterial& key);
 
 // Whether this is the hash of the key in examples/, which everyone has.
