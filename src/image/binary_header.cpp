@@ -1,6 +1,5 @@
-// The firmware binary header. File offsets in Kelp15 are the delicate point:
-// there the contents stand in files of their own, and the base of the offsets
-// moves on with each module.
+// The firmware binary header. File offsets are the delicate point: a base of
+// the generation stands under them, and in 1.5 it moves on with each module.
 #include "image/binary_header.h"
 
 #include <stdexcept>
@@ -12,7 +11,7 @@
 #include "image/module_entry.h"
 #include "image/records/binary_header.h"
 #include "image/symbol_table.h"
-#include "layout/segment.h"
+#include "layout/kelp15_addons.h"
 
 namespace tova_fw_builder {
 
@@ -85,17 +84,6 @@ void log_config(const ModuleConfig& config) {
            " cpc ", config.cpc, " obls ", config.obls);
 }
 
-// What moves the offsets on: .bss and built-in groups have no bytes there.
-std::uint32_t load_bytes(const FwOutMap::Module& module) {
-  std::uint32_t pages = 0;
-  for (const auto& group : module.groups) {
-    if ((group->flags & FwOutMap::SectionGroup::kLoad) != 0) {
-      pages += group_pages(*group);
-    }
-  }
-  return pages * kPageSize;
-}
-
 std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,
                                               std::ostream& stream,
                                               std::uint32_t base_offset) {
@@ -108,13 +96,7 @@ std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,
     if (log_level() >= kLogInfo) {
       print_module_entry(LogLine(kLogInfo).stream(), entries.back());
     }
-    // The next module stands in a file of its own, in which its offsets begin
-    // at zero again.
-    if (map.binary_ver == kKelp15) {
-      file_base += module->type == FwOutMap::Module::kBaseFirmwareType
-                       ? static_cast<std::uint32_t>(map.image_end)
-                       : load_bytes(*module);
-    }
+    file_base += file_base_step(map, *module);
   }
   return entries;
 }

@@ -2,6 +2,7 @@
 // not the type word of the loader's table.
 #include "image/extended_manifest.h"
 
+#include "driver/ground/log.h"
 #include "driver/ground/wire.h"
 #include "image/records/extended_manifest.h"
 
@@ -33,6 +34,7 @@ ExtendedModule make_extended_module(const FwOutMap::Module& module) {
 }  // namespace
 
 void write_extended_manifest(const FwOutMap& map, std::ostream& stream) {
+  log_info("Create extended manifest");
   // The heading tells the length of all, so it is summed up ahead.
   std::uint32_t length = sizeof(ExtendedManifestHeader);
   for (const auto& module : map.modules) length += entry_length(*module);

@@ -8,8 +8,8 @@
 
 namespace tova_fw_builder {
 
-// Writes a 16-byte header and, for each module in order, a 40-byte record, its
-// SchedCaps and its Pin records. Counts keep their low 16 bits.
+// Logs and writes a 16-byte header and, for each module in order, a 40-byte
+// record, its SchedCaps and its Pin records. Counts keep their low 16 bits.
 void write_extended_manifest(const FwOutMap& map, std::ostream& stream);
 
 }  // namespace tova_fw_builder

@@ -115,14 +115,12 @@ void Kelp15FwManifest::write(std::ostream& stream, const FwOutMap& map) {
 
 void Kelp15FwManifest::write_extended(std::ostream& stream,
                                       const FwOutMap& map) {
-  log_info("Create extended manifest");
   write_extended_manifest(map, stream);
 }
 
 void Kelp15FwManifest::write_raw(std::ostream& stream) {
   // Reading has refused a size beyond the buffer.
-  stream.write(reinterpret_cast<const char*>(bytes()),
-               std::streamsize{buffer_.front.css.size} * 4);
+  write_bytes(stream, {bytes(), std::size_t{buffer_.front.css.size} * 4});
 }
 
 std::unique_ptr<ImageManifest> read_kelp15_manifest(

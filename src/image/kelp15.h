@@ -1,8 +1,8 @@
 // image/kelp15.h
 // Generation 1.5: the binary holds module contents alone, addon modules stand
 // in files of their own, and the loader's header is in the manifest, the only
-// one that can be signed and read back. Addon files are written by
-// layout/content_writer, and the offsets in them counted in binary_header.
+// one that can be signed and read back. Rules of the addon files:
+// layout/kelp15_addons.
 #pragma once
 
 #include <array>

@@ -9,9 +9,9 @@
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "driver/ground/stream_digest.h"
 #include "image/binary_header.h"
 #include "image/extended_manifest.h"
-#include "image/stream_digest.h"
 #include "layout/content_writer.h"
 
 namespace tova_fw_builder {
@@ -67,7 +67,7 @@ void PaddedImage<DigestLength>::write(std::iostream& stream,
   stream.flush();
   log_detail(prefix, "Update image hash");
   stream.seekp(0, std::ios_base::end);
-  image_size = static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
+  image_size = position_of(stream);
   // The file as it stands, zeros and header included, without the CSS part.
   stream.seekg(0);
   image_hash = stream_digest<typename Generation<DigestLength>::Hash>(
@@ -116,7 +116,6 @@ void MetadataManifest<DigestLength>::write(std::ostream& stream,
 template <std::size_t DigestLength>
 void MetadataManifest<DigestLength>::write_extended(std::ostream& stream,
                                                     const FwOutMap& map) {
-  log_info("Create extended manifest");
   write_extended_manifest(map, stream);
 }
 

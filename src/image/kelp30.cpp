@@ -2,6 +2,7 @@
 // header shows the state of the map before anything was written.
 #include "image/kelp30.h"
 
+#include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
 #include "image/records/binary_header.h"
@@ -23,7 +24,7 @@ void Kelp30Image::write(std::iostream& stream, const std::string& path,
   // No digest is taken; the line stays for those who compare logs.
   log_detail("kELP3.0: Update image hash");
   stream.seekp(0, std::ios_base::end);
-  image_size = static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
+  image_size = position_of(stream);
 }
 
 std::unique_ptr<ImageManifest> Kelp30Image::create_manifest(

@@ -66,7 +66,7 @@ void write_symbol_table(std::ostream& stream,
     names += '\0';
   }
   write_record(stream, Le32(static_cast<std::uint32_t>(names.size())));
-  stream.write(names.data(), static_cast<std::streamsize>(names.size()));
+  stream << names;
   log_info("Exported ", count, " symbols");
 }
 

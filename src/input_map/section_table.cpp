@@ -40,7 +40,6 @@ constexpr FlagWord kFlagWords[] = {
 };
 
 void log_table_head() {
-  if (log_level() < kLogDetail) return;
   log_detail(std::left, std::setw(40), "NAME", ' ', std::right, std::setw(8),
              "VMA", "  ", std::setw(8), "LMA", "  ", std::setw(8), "SIZE", "  ",
              std::setw(8), "FILE OFF", "  FLAGS");

@@ -13,6 +13,7 @@
 #include "crypto/sha_hash.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "layout/kelp15_addons.h"
 #include "layout/segment.h"
 
 namespace tova_fw_builder {
@@ -21,13 +22,6 @@ namespace {
 
 using Group = FwOutMap::SectionGroup;
 using Header = FwImageMap::SectionHeader;
-
-// The section copied last, across groups, modules and files.
-struct PreviousSection {
-  std::uint32_t lma = 0;
-  std::uint32_t size = 0;
-  bool valid = false;
-};
 
 // The bytes of one group: written, hashed and counted.
 struct GroupOutput {
@@ -38,8 +32,7 @@ struct GroupOutput {
 
 void put_bytes(GroupOutput& out, std::span<const std::uint8_t> bytes) {
   out.hash.update(bytes.data(), bytes.size());
-  out.stream.write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<std::streamsize>(bytes.size()));
+  write_bytes(out.stream, bytes);
   out.written += static_cast<std::uint32_t>(bytes.size());
 }
 
@@ -51,10 +44,6 @@ void put_zeros(GroupOutput& out, std::uint32_t count) {
   std::size_t left = count;
   for (; left > zeros.size(); left -= zeros.size()) put_bytes(out, zeros);
   put_bytes(out, zeros.first(left));
-}
-
-std::uint64_t position_of(std::ostream& stream) {
-  return static_cast<std::uint64_t>(std::streamoff{stream.tellp()});
 }
 
 void log_group(const FwOutMap::Module& module, const Group& group) {
@@ -73,7 +62,6 @@ void log_table_head() {
 
 void log_row(const FwOutMap::Section& section, std::uint32_t pre_gap,
              std::ostream& stream) {
-  if (log_level() < kLogInfo) return;
   const Header& header = *section.header;
   std::string name = section.name;
   if (section.replacement != nullptr) name += " < " + section.replacement->name;
@@ -125,93 +113,79 @@ class ContentWriter {
  public:
   explicit ContentWriter(const FwOutMap& map) : binary_ver_(map.binary_ver) {}
 
-  void write_module(FwOutMap::Module& module, std::ostream& stream);
+  void write_module(FwOutMap::Module& module, std::ostream& stream) {
+    if (module.load_type == FwOutMap::Module::kBuiltIn) {
+      log_info("INFO: Skipping built-in module (sects inc in base_fw) ",
+               module.name);
+      return;
+    }
+    Sha256Hash hash;
+    for (const auto& group : module.groups) {
+      log_group(module, *group);
+      write_group(module, *group, stream, hash);
+    }
+    hash.final(module.hash.data());
+  }
 
  private:
   void write_group(const FwOutMap::Module& module, Group& group,
-                   std::ostream& stream, Sha256Hash& hash);
-  void align_group(const FwOutMap::Module& module, const Group& group,
-                   std::ostream& stream) const;
-  void write_sections(const Group& group, GroupOutput& out);
+                   std::ostream& stream, Sha256Hash& hash) {
+    log_table_head();
+    if (module.module_kind == FwOutMap::Module::kAddon) {
+      align_addon(group, stream);
+    }
+    // Behind the zeros for the distance, which are no part of the group.
+    group.file_offset = position_of(stream);
+    GroupOutput out{stream, hash};
+    write_sections(group, out);
+    // A group without contents takes no room, though it has pages in memory.
+    const std::uint32_t pad =
+        out.written != 0 ? group_pages(group) * kPageSize - out.written : 0;
+    put_zeros(out, pad);
+    log_total(out.written, pad);
+  }
+
+  // The zeros ahead of an addon module's group.
+  void align_addon(const Group& group, std::ostream& stream) const {
+    if (!keeps_addons_in_binary(binary_ver_) || previous_ == nullptr) return;
+    if (group.sections.empty()) return;
+    const auto& first = group.sections.front()->header;
+    if (first == nullptr || !first->contents) return;
+    const std::uint32_t distance =
+        first->lma - previous_->size - previous_->lma;
+    // Rounded down to whole alignments, which are powers of 2.
+    const std::uint32_t pad = distance & (0 - first->alignment);
+    if (pad == 0) return;
+    log_detail("Section not aligned in file correctly");
+    log_info("section group aligned by ", std::hex, pad);
+    // Straight to the stream: neither hashed nor counted.
+    write_zeros(stream, pad);
+  }
+
+  // A section without contents is passed over, and the gap ahead of it is then
+  // made ahead of the next one: its own room is never made up for.
+  void write_sections(const Group& group, GroupOutput& out) {
+    std::uint32_t pre_gap = 0;
+    for (std::size_t i = 0; i < group.sections.size(); ++i) {
+      const FwOutMap::Section& section = *group.sections[i];
+      if (section.header == nullptr || !section.header->contents) continue;
+      const Header& header = *section.header;
+      put_zeros(out, pre_gap);
+      copy_section(choose_source(section), header.size, out);
+      log_row(section, pre_gap, out.stream);
+      if (i + 1 < group.sections.size()) {
+        pre_gap =
+            load_address(*group.sections[i + 1]) - header.lma - header.size;
+      }
+      // The placeholder, whoever took its room.
+      previous_ = &header;
+    }
+  }
 
   std::uint32_t binary_ver_;
-  PreviousSection previous_;
+  // The section copied last, across groups, modules and files; null at first.
+  const Header* previous_ = nullptr;
 };
-
-void ContentWriter::write_module(FwOutMap::Module& module,
-                                 std::ostream& stream) {
-  if (module.load_type == FwOutMap::Module::kBuiltIn) {
-    log_info("INFO: Skipping built-in module (sects inc in base_fw) ",
-             module.name);
-    return;
-  }
-  Sha256Hash hash;
-  for (const auto& group : module.groups) {
-    log_group(module, *group);
-    write_group(module, *group, stream, hash);
-  }
-  hash.final(module.hash.data());
-}
-
-void ContentWriter::write_group(const FwOutMap::Module& module, Group& group,
-                                std::ostream& stream, Sha256Hash& hash) {
-  log_table_head();
-  align_group(module, group, stream);
-  // Behind the zeros for the distance, which are no part of the group.
-  group.file_offset = position_of(stream);
-  GroupOutput out{stream, hash};
-  write_sections(group, out);
-  // A group without contents takes no room, though it has pages in memory.
-  const std::uint32_t pad =
-      out.written != 0 ? group_pages(group) * kPageSize - out.written : 0;
-  put_zeros(out, pad);
-  log_total(out.written, pad);
-}
-
-// The zeros ahead of an addon module's group.
-void ContentWriter::align_group(const FwOutMap::Module& module,
-                                const Group& group,
-                                std::ostream& stream) const {
-  if (!keeps_addons_in_binary(binary_ver_) || !previous_.valid) return;
-  if (module.module_kind != FwOutMap::Module::kAddon) return;
-  if (group.sections.empty()) return;
-  const auto& first = group.sections.front()->header;
-  if (first == nullptr || !first->contents) return;
-  const std::uint32_t distance = first->lma - previous_.size - previous_.lma;
-  // Rounded down to whole alignments, which are powers of 2.
-  const std::uint32_t pad = distance & (0 - first->alignment);
-  if (pad == 0) return;
-  log_detail("Section not aligned in file correctly");
-  log_info("section group aligned by ", std::hex, pad);
-  // Straight to the stream: neither hashed nor counted.
-  write_zeros(stream, pad);
-}
-
-// A section without contents is passed over, and the gap ahead of it is then
-// made ahead of the next one: its own room is never made up for.
-void ContentWriter::write_sections(const Group& group, GroupOutput& out) {
-  std::uint32_t pre_gap = 0;
-  for (std::size_t i = 0; i < group.sections.size(); ++i) {
-    const FwOutMap::Section& section = *group.sections[i];
-    if (section.header == nullptr || !section.header->contents) continue;
-    const Header& header = *section.header;
-    put_zeros(out, pre_gap);
-    copy_section(choose_source(section), header.size, out);
-    log_row(section, pre_gap, out.stream);
-    if (i + 1 < group.sections.size()) {
-      pre_gap = load_address(*group.sections[i + 1]) - header.lma - header.size;
-    }
-    // Of the placeholder, whoever took its room.
-    previous_ = {header.lma, header.size, true};
-  }
-}
-
-// A kind unknown to the definitions counts like an addon.
-bool has_own_file(const FwOutMap::Module& module, std::uint32_t binary_ver) {
-  return binary_ver == kKelp15 &&
-         module.module_kind != FwOutMap::Module::kBase &&
-         module.module_kind != FwOutMap::Module::kLibrary;
-}
 
 }  // namespace
 
@@ -223,7 +197,7 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
     if (map.binary_ver != kKelp15 && !keeps_addons_in_binary(map.binary_ver)) {
       throw std::runtime_error("Not recignized manifest type");
     }
-    if (!has_own_file(*module, map.binary_ver)) {
+    if (!has_own_file(map, *module)) {
       writer.write_module(*module, stream);
       continue;
     }
@@ -233,10 +207,6 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
     writer.write_module(*module, addon);
   }
   map.image_end = position_of(stream);
-}
-
-std::string addon_file_suffix(const FwOutMap::Module& module) {
-  return "_" + module.uuid.text() + ".bin";
 }
 
 }  // namespace tova_fw_builder

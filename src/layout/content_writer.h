@@ -23,7 +23,4 @@ namespace tova_fw_builder {
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path);
 
-// "_", the module's UUID text and ".bin".
-std::string addon_file_suffix(const FwOutMap::Module& module);
-
 }  // namespace tova_fw_builder

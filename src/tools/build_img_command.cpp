@@ -18,8 +18,8 @@
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
+#include "driver/ground/stream_digest.h"
 #include "driver/ground/wire.h"
-#include "image/stream_digest.h"
 #include "tools/partition_table.h"
 
 namespace tova_fw_builder {
@@ -54,11 +54,6 @@ InputFile open_deployed(const Run& run, const std::string& name) {
   auto stream = open_binary_input(path);
   const std::uint64_t length = file_length(*stream, path);
   return {std::move(stream), length};
-}
-
-// Of a failed output, the highest number: no offset pads it.
-std::uint64_t position_of(std::ostream& out) {
-  return static_cast<std::uint64_t>(std::streamoff{out.tellp()});
 }
 
 void record_position(Run& run) {
@@ -106,10 +101,6 @@ void append_file(Run& run) {
   }
 }
 
-// The last `pt` counts. It leaves no room, as the next line is as a rule an
-// `offset` that does.
-void place_table(Run& run) { run.table_position = run.out.tellp(); }
-
 [[noreturn]] void refuse_offset(std::uint64_t target) {
   throw std::runtime_error("Offset out of range: " + std::to_string(target));
 }
@@ -141,6 +132,7 @@ void go_to_offset(Run& run) {
   if (target > std::numeric_limits<std::streamoff>::max()) {
     refuse_offset(target);
   }
+  // Of a failed output the highest number: no offset pads it.
   const std::uint64_t position = position_of(run.out);
   if (position < target) {
     log_info("Appending padding size = ", target - position);
@@ -192,7 +184,9 @@ struct Keyword {
 // The order is that of the tests; users rely on it.
 constexpr Keyword kKeywords[] = {
     {"bin", append_file},
-    {"pt", place_table},
+    // The last one counts. It leaves no room, as the next line is as a rule an
+    // `offset` that does.
+    {"pt", [](Run& run) { run.table_position = run.out.tellp(); }},
     {"offset", go_to_offset},
     {"dd", [](Run& run) { append_numbers(run, 4); }},
     {"dw", [](Run& run) { append_numbers(run, 2); }},

@@ -28,10 +28,8 @@ struct Bank {
 
 void write_bank(Bank& bank) {
   make_hex_lines(bank.words, kWord, bank.text);
-  bank.hex.write(bank.text.data(),
-                 static_cast<std::streamsize>(bank.text.size()));
-  bank.bin.write(reinterpret_cast<const char*>(bank.words.data()),
-                 static_cast<std::streamsize>(bank.words.size()));
+  bank.hex << bank.text;
+  write_bytes(bank.bin, bank.words);
 }
 
 void deal(std::span<const std::uint8_t> bytes, Bank& a, Bank& b) {

@@ -123,10 +123,18 @@ void read_in_pieces(std::istream& in, std::uint64_t length,
   }
 }
 
+void write_bytes(std::ostream& out, std::span<const std::uint8_t> bytes) {
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
+}
+
+std::uint64_t position_of(std::ostream& out) {
+  return static_cast<std::uint64_t>(std::streamoff{out.tellp()});
+}
+
 void copy_bytes(std::istream& in, std::uint64_t length, std::ostream& out) {
   read_in_pieces(in, length, [&out](std::span<const std::uint8_t> bytes) {
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
+    write_bytes(out, bytes);
   });
 }
 

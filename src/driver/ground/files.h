@@ -51,6 +51,11 @@ using TakeBytes = std::function<void(std::span<const std::uint8_t>)>;
 void read_in_pieces(std::istream& in, std::uint64_t length,
                     const TakeBytes& take);
 
+void write_bytes(std::ostream& out, std::span<const std::uint8_t> bytes);
+
+// Where the next byte goes; all ones for a stream that has failed.
+std::uint64_t position_of(std::ostream& out);
+
 // Copies up to `length` bytes.
 void copy_bytes(std::istream& in, std::uint64_t length, std::ostream& out);
 

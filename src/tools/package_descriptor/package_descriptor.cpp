@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "driver/ground/version.h"
-#include "layout/content_writer.h"
+#include "layout/kelp15_addons.h"
 #include "tools/package_descriptor/build_stamp.h"
 
 namespace tova_fw_builder {

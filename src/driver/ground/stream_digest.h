@@ -1,4 +1,4 @@
-// image/stream_digest.h
+// driver/ground/stream_digest.h
 #pragma once
 
 #include <cstdint>
