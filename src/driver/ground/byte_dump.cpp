@@ -68,7 +68,6 @@ void write_c_array_bytes(std::ostream& out, std::span<const std::uint8_t> bytes,
   }
 }
 
-// Decimal as the head left it, whatever the caller wrote between.
-void write_c_array_tail(std::ostream& out) { out << std::dec << "};"; }
+void write_c_array_tail(std::ostream& out) { out << "};"; }
 
 }  // namespace tova_fw_builder

@@ -16,8 +16,8 @@ namespace tova_fw_builder {
 //
 // Plain form: label, newline, `indent`; then each byte as two lower-case hex
 // digits and one blank; behind every 16th byte, the last one too, a newline and
-// `indent` again. It leaves the stream's base as it was, the C array form sets
-// decimal.
+// `indent` again. The base of the stream's numbers is not touched by it; the C
+// array form sets decimal.
 struct ByteDump {
   const std::uint8_t* data = nullptr;
   std::size_t length = 0;
