@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "definitions/source_map.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -34,8 +35,10 @@ class CfgFileError : public std::runtime_error {
 // Throws std::runtime_error "Max inclusion", "Not recognized define : " and the
 // name, "Define name conflict : " and the name, "Definition files expand to too
 // much text" (above 1 MiB, and 16 times as long as its files), and what
-// open_image_defs throws. Leaves the working directory at the top file's.
+// open_image_defs throws. Leaves the working directory at the top file's. Fills
+// `source` unless it is null.
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
-                                               const std::string& path);
+                                               const std::string& path,
+                                               SourceMap* source = nullptr);
 
 }  // namespace tova_fw_builder

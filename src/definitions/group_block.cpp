@@ -51,9 +51,11 @@ constexpr StatementRow<FwOutMap::SectionGroup> kGroupStatements[] = {
 }  // namespace
 
 void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group) {
-  read_block(lines, [&group](Statement& statement) {
+  read_block(BlockKind::kGroup, lines, [&group](Statement& statement) {
     return carry_out(kGroupStatements, group, statement);
   });
 }
+
+std::vector<std::string_view> group_keys() { return keys_of(kGroupStatements); }
 
 }  // namespace tova_fw_builder

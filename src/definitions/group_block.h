@@ -1,7 +1,7 @@
 // definitions/group_block.h
 #pragma once
 
-#include "definitions/statement_block.h"
+#include "definitions/statement.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -11,5 +11,7 @@ namespace tova_fw_builder {
 // std::runtime_error "Double entry point defined", and what parse_unsigned
 // throws.
 void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group);
+
+std::vector<std::string_view> group_keys();
 
 }  // namespace tova_fw_builder

@@ -5,8 +5,10 @@
 #include <utility>
 
 #include "definitions/definition_reader.h"
+#include "definitions/group_block.h"
 #include "definitions/module_block.h"
-#include "definitions/statement_block.h"
+#include "definitions/pin_block.h"
+#include "definitions/statement.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -79,7 +81,7 @@ void read_memory_class(LayoutBlock& block, Statement& statement) {
 }
 
 struct ModuleKind {
-  std::string_view word;
+  std::string_view key;
   std::uint32_t load_type;
   std::uint32_t module_kind;
   bool required;
@@ -109,7 +111,7 @@ void open_module(LayoutBlock& block, Statement& statement) {
   auto module = std::make_unique<Module>();
   statement.next_word();
   for (const ModuleKind& kind : kModuleKinds) {
-    if (kind.word == statement.word()) {
+    if (kind.key == statement.word()) {
       module->load_type = kind.load_type;
       module->module_kind = kind.module_kind;
       module->required = kind.required;
@@ -140,16 +142,32 @@ constexpr StatementRow<LayoutBlock> kLayoutStatements[] = {
 
 }  // namespace
 
-void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream) {
+void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream,
+                       std::vector<BlockStep>* steps) {
   log_detail("Reading FW Image Layout (ROM mode ", map.rom_mode ? "On" : "Off",
              ")...");
-  StatementLines lines(*stream);
+  StatementLines lines(*stream, steps);
   LayoutBlock block{map, lines};
-  read_block(lines, [&block](Statement& statement) {
+  read_block(BlockKind::kImage, lines, [&block](Statement& statement) {
     if (carry_out(kLayoutStatements, block, statement)) return true;
     throw CfgFileError(block.lines.number(), statement.word(),
                        "Unknown parameter");
   });
 }
+
+std::vector<std::string_view> statement_keys(BlockKind block) {
+  switch (block) {
+    case BlockKind::kModule:
+      return module_keys();
+    case BlockKind::kGroup:
+      return group_keys();
+    case BlockKind::kPin:
+      return pin_keys();
+    default:
+      return keys_of(kLayoutStatements);
+  }
+}
+
+std::vector<std::string_view> module_kinds() { return keys_of(kModuleKinds); }
 
 }  // namespace tova_fw_builder

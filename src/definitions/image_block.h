@@ -4,7 +4,10 @@
 
 #include <istream>
 #include <memory>
+#include <string_view>
+#include <vector>
 
+#include "definitions/statement.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -15,7 +18,13 @@ namespace tova_fw_builder {
 //
 // Throws CfgFileError "[WORD] Unknown parameter" and "[binary_ver] Unknown
 // binary version", and what parse_signed, parse_unsigned and read_module throw.
-// Logs modules, groups and sections at level 3.
-void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream);
+// Logs modules, groups and sections at level 3. Adds to `steps`, unless it is
+// null, each line that a block was offered; the last one is where it threw.
+void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream,
+                       std::vector<BlockStep>* steps = nullptr);
+
+// The keys that a block knows, and the kinds of a `module` statement.
+std::vector<std::string_view> statement_keys(BlockKind block);
+std::vector<std::string_view> module_kinds();
 
 }  // namespace tova_fw_builder

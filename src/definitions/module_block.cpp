@@ -224,10 +224,14 @@ constexpr StatementRow<ModuleBlock> kModuleStatements[] = {
 void read_module(FwOutMap& map, StatementLines& lines,
                  FwOutMap::Module& module) {
   ModuleBlock block{map, module, lines};
-  read_block(lines, [&block](Statement& statement) {
+  read_block(BlockKind::kModule, lines, [&block](Statement& statement) {
     // A line that the end of the text cuts off is dropped, here alone.
     return block.lines.good() && carry_out(kModuleStatements, block, statement);
   });
+}
+
+std::vector<std::string_view> module_keys() {
+  return keys_of(kModuleStatements);
 }
 
 }  // namespace tova_fw_builder

@@ -1,7 +1,7 @@
 // definitions/module_block.h
 #pragma once
 
-#include "definitions/statement_block.h"
+#include "definitions/statement.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -15,5 +15,7 @@ namespace tova_fw_builder {
 // parse_signed and the inner blocks throw.
 void read_module(FwOutMap& map, StatementLines& lines,
                  FwOutMap::Module& module);
+
+std::vector<std::string_view> module_keys();
 
 }  // namespace tova_fw_builder

@@ -57,9 +57,11 @@ constexpr StatementRow<PinBlock> kPinStatements[] = {
 
 void read_pin(StatementLines& lines, FwOutMap::Pin& pin) {
   PinBlock block{pin, lines};
-  read_block(lines, [&block](Statement& statement) {
+  read_block(BlockKind::kPin, lines, [&block](Statement& statement) {
     return carry_out(kPinStatements, block, statement);
   });
 }
+
+std::vector<std::string_view> pin_keys() { return keys_of(kPinStatements); }
 
 }  // namespace tova_fw_builder

@@ -1,7 +1,7 @@
 // definitions/pin_block.h
 #pragma once
 
-#include "definitions/statement_block.h"
+#include "definitions/statement.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -10,5 +10,7 @@ namespace tova_fw_builder {
 // "Pins") into `pin`. Throws CfgFileError "[WORD] Not recognized stream type",
 // and what parse_signed throws.
 void read_pin(StatementLines& lines, FwOutMap::Pin& pin);
+
+std::vector<std::string_view> pin_keys();
 
 }  // namespace tova_fw_builder

@@ -1,4 +1,4 @@
-// Words of a definition line. They are views, since a line may be of any
+// Words are views, since a line may be of any
 // length and each copy of it would count.
 #include "definitions/statement.h"
 
@@ -37,6 +37,15 @@ std::int32_t Statement::next_signed(int base) {
 
 std::uint32_t Statement::next_unsigned(int base) {
   return parse_unsigned(next_word(), base);
+}
+
+std::string StatementLines::take() {
+  // Not counted again: it has its number.
+  if (!held_.empty()) return std::exchange(held_, {});
+  ++number_;
+  std::string line;
+  std::getline(stream_, line);
+  return line;
 }
 
 }  // namespace tova_fw_builder

@@ -30,6 +30,12 @@ BoundMap bind_out_map(const BuildInputs& inputs) {
 
   // It ends here: the map shares the headers and the ELF streams that it needs.
   FwImageMap image_map;
+  ElfList elfs = read_linker_output(inputs, image_map);
+  connect_and_check(*map, image_map);
+  return {std::move(map), std::move(elfs)};
+}
+
+ElfList read_linker_output(const BuildInputs& inputs, FwImageMap& image_map) {
   if (!inputs.key_list_path.empty()) {
     // Ahead of the ELF files, so that a section of that name in one of them
     // counts as the duplicate.
@@ -40,14 +46,16 @@ BoundMap bind_out_map(const BuildInputs& inputs) {
   for (const ElfListEntry& entry : elfs) {
     image_map.read_image_map(entry.memmap, entry.elf, entry.nm);
   }
+  return elfs;
+}
 
-  connect_modules(*map, image_map);
-  check_sizes(*map, image_map);
+void connect_and_check(FwOutMap& map, const FwImageMap& image_map) {
+  connect_modules(map, image_map);
+  check_sizes(map, image_map);
   // Behind the erasing of modules: what only they held counts as unreferenced.
   image_map.warn_unreferenced();
   // Modules that were erased may share the end of a UUID.
-  check_alloc_only(*map);
-  return {std::move(map), std::move(elfs)};
+  check_alloc_only(map);
 }
 
 std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs) {

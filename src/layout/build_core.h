@@ -29,6 +29,11 @@ struct BoundMap {
 // build_out_map without the dependency file: nothing is written.
 BoundMap bind_out_map(const BuildInputs& inputs);
 
+// Its last two steps, behind the reading of the definitions: the store of keys
+// and all that the ELF list names, and what is done with it.
+ElfList read_linker_output(const BuildInputs& inputs, FwImageMap& image_map);
+void connect_and_check(FwOutMap& map, const FwImageMap& image_map);
+
 // Reads the definitions and the linker's output, binds and checks the map and
 // writes the dependency file. The section streams live on in the map.
 //
