@@ -21,6 +21,7 @@
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"
 #include "memory_map/map_json.h"
+#include "memory_map/map_page.h"
 #include "memory_map/map_text.h"
 #include "memory_map/measure_memory.h"
 #include "memory_map/memory_map.h"
@@ -35,6 +36,7 @@ struct Options {
   std::string key_list;
   std::string default_dir = ".";
   std::string json;
+  std::string html;
   std::string baseline;
   std::vector<std::string> budgets;
   bool is_long = false;
@@ -86,30 +88,52 @@ struct Answer {
   }
 };
 
-Status write_answer(const Answer& answer, const Options& options,
-                    const std::string& json_path) {
-  const bool json_is_printed =
-      options.json == "-" || options.json == "/dev/stdout";
-  const Colours colour = colours(wants_colour(options.colour));
-  if (options.json.empty()) {
+// A file as it was named, and where it is wherever one goes.
+struct Output {
+  std::string name;
+  std::string path = absolute(name);
+
+  bool is_wanted() const { return !name.empty(); }
+  bool is_printed() const { return name == "-" || name == "/dev/stdout"; }
+
+  // Yields whether all was written.
+  bool write(const std::string& text) const {
+    if (is_printed()) std::cout << text;
+    return is_printed() ||
+           with_file(name, [&] { write_output_file(path, text); });
+  }
+};
+
+struct Outputs {
+  Output json;
+  Output html;
+};
+
+// Yields whether all was written.
+bool write_answer(const Answer& answer, const Options& options,
+                  const Outputs& outputs, const Colours& colour) {
+  if (!outputs.json.is_wanted() && !outputs.html.is_wanted()) {
     print_map(std::cout, answer.map, answer.budgets, answer.changes_or_null(),
               options.is_long, colour);
-  } else {
-    const std::string text =
-        json_text(map_json(answer.map, answer.budgets, answer.changes_or_null(),
-                           options.baseline));
-    if (json_is_printed) {
-      std::cout << text;
-    } else if (!with_file(options.json,
-                          [&] { write_output_file(json_path, text); })) {
-      return Status::kTrouble;
-    }
+    return true;
   }
+  Json json = map_json(answer.map, answer.budgets, answer.changes_or_null(),
+                       options.baseline);
+  if (outputs.json.is_wanted() && !outputs.json.write(json_text(json))) {
+    return false;
+  }
+  return !outputs.html.is_wanted() ||
+         outputs.html.write(map_page(std::move(json)));
+}
+
+// What is printed for a program stands alone.
+Status judge_budgets(const Answer& answer, const Outputs& outputs,
+                     const Colours& colour) {
   Status status = Status::kYes;
   for (const BudgetResult& result : answer.budgets) {
     if (result.over() == 0) continue;
     status = Status::kNo;
-    if (json_is_printed) continue;
+    if (outputs.json.is_printed() || outputs.html.is_printed()) continue;
     std::cout << colour.bad << over_budget_line(result) << colour.plain << '\n';
   }
   return status;
@@ -120,7 +144,10 @@ Status show_map(const Options& options) {
   for (const std::string& text : options.budgets) {
     budgets.push_back(parse_budget(text));
   }
-  const std::string json_path = absolute(options.json);
+  const Outputs outputs = {{options.json}, {options.html}};
+  if (outputs.json.is_printed() && outputs.html.is_printed()) {
+    throw CLI::ValidationError("--json and --html can't both be printed");
+  }
   const BuildInputs inputs = build_inputs(options);
 
   std::optional<MapSizes> before;
@@ -138,7 +165,10 @@ Status show_map(const Options& options) {
     return Status::kTrouble;
   }
   if (before) answer.changes = compare_sizes(*before, sizes_of(answer.map));
-  return write_answer(answer, options, json_path);
+  const Colours colour = colours(wants_colour(options.colour));
+  return write_answer(answer, options, outputs, colour)
+             ? judge_budgets(answer, outputs, colour)
+             : Status::kTrouble;
 }
 
 void add_inputs(CLI::App& command, Options& options) {
@@ -173,6 +203,10 @@ void add_map_command(CLI::App& program, Status& status) {
   command
       ->add_option("--json", options->json,
                    "Write one JSON document instead of the tables; - prints it")
+      ->type_name("FILE");
+  command
+      ->add_option("--html", options->html,
+                   "Write one page for the browser instead of the tables")
       ->type_name("FILE");
   command
       ->add_option("--baseline", options->baseline,

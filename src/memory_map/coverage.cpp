@@ -27,6 +27,21 @@ std::uint64_t Coverage::count(Span span) const {
                                : 0;
 }
 
+std::vector<Span> Coverage::uncovered(Span span) const {
+  std::vector<Span> found;
+  const auto first = std::ranges::upper_bound(
+      stretches_, span.begin, {}, [](const Stretch& s) { return s.span.end; });
+  for (auto at = first; at != stretches_.end(); ++at) {
+    if (at->span.begin >= span.end) break;
+    if (span.begin < at->span.begin) {
+      found.push_back({span.begin, at->span.begin});
+    }
+    span.begin = at->span.end;
+  }
+  if (span.begin < span.end) found.push_back(span);
+  return found;
+}
+
 std::uint64_t Coverage::count_below(std::uint64_t address) const {
   const auto behind = std::ranges::lower_bound(
       stretches_, address, {}, [](const Stretch& s) { return s.span.begin; });

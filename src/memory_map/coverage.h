@@ -25,6 +25,9 @@ class Coverage {
   // How many of the addresses of `span` are covered.
   std::uint64_t count(Span span) const;
 
+  // What of `span` isn't covered, in order.
+  std::vector<Span> uncovered(Span span) const;
+
  private:
   struct Stretch {
     Span span;

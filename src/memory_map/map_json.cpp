@@ -44,6 +44,17 @@ Json module_json(const MemoryMap::Module& module) {
           {"pages", module.pages},       {"packed_pages", module.packed_pages}};
 }
 
+Json group_json(const MemoryMap::Group& group) {
+  return {{"module", group.module},
+          {"kind", group.kind},
+          {"address", group.address},
+          {"pages", group.pages},
+          {"unused", array_of(group.unused, [](const Span& span) {
+             return Json(
+                 {{"address", span.begin}, {"size", span.end - span.begin}});
+           })}};
+}
+
 Json outside_json(const MemoryMap& map, const MemoryMap::Outside& outside) {
   Json row = section_json(map.sections[outside.section]);
   row["outside"] = outside.bytes;
@@ -103,6 +114,7 @@ Json map_json(const MemoryMap& map, const std::vector<BudgetResult>& budgets,
   json["classes"] = array_of(
       map.classes, [&map](const auto& area) { return class_json(map, area); });
   json["modules"] = array_of(map.modules, module_json);
+  json["groups"] = array_of(map.groups, group_json);
   json["left_out"] = array_of(map.left_out, [](const auto& section) {
     return Json({{"section", section.section},
                  {"elf", section.elf},

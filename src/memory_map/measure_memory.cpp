@@ -1,7 +1,6 @@
 // The measuring in its order: sections first, on which all others look.
 #include "memory_map/measure_memory.h"
 
-#include "layout/segment.h"
 #include "memory_map/measures.h"
 
 namespace tova_fw_builder {
@@ -28,14 +27,6 @@ std::string version_text(const Version& version) {
          std::to_string(version.build);
 }
 
-bool has_contents(const FwOutMap::SectionGroup& group) {
-  for (const auto& section : group.sections) {
-    if (section->header == nullptr || !section->header->contents) continue;
-    if (section->header->size != 0) return true;
-  }
-  return false;
-}
-
 MemoryMap::Image measure_image(const FwOutMap& bound) {
   MemoryMap::Image image;
   image.name = bound.binary_name;
@@ -43,10 +34,6 @@ MemoryMap::Image measure_image(const FwOutMap& bound) {
   for (const auto& module : bound.modules) {
     if (module->type == FwOutMap::Module::kBaseFirmwareType) {
       image.version = version_text(module->version);
-    }
-    if (module->load_type == FwOutMap::Module::kBuiltIn) continue;
-    for (const auto& group : module->groups) {
-      if (has_contents(*group)) image.pages += group_pages(*group);
     }
   }
   return image;

@@ -16,6 +16,7 @@ void measure_classes(const FwOutMap& bound, MemoryMap& map);
 
 void find_overlaps(MemoryMap& map);
 
+// `modules`, `groups` and the pages of the image.
 void measure_modules(const FwOutMap& bound, MemoryMap& map);
 
 // Throws what the readers throw.

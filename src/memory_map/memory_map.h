@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "memory_map/coverage.h"
+
 namespace tova_fw_builder {
 
 // What owns memory that belongs to no module.
@@ -60,6 +62,15 @@ struct MemoryMap {
     std::uint64_t total() const { return text + rodata + bss + gaps + padding; }
   };
 
+  // What a group takes in the image: whole pages, by load addresses.
+  struct Group {
+    std::string module;
+    const char* kind = "";  // "text", "rodata", "bss"
+    std::uint32_t address = 0;
+    std::uint64_t pages = 0;
+    std::vector<Span> unused;  // gaps and padding, in order
+  };
+
   // A section that takes room in memory and belongs to nothing.
   struct LeftOut {
     std::string section;
@@ -96,6 +107,7 @@ struct MemoryMap {
   Section hw_buf;                        // size 0 without one
   std::vector<Class> classes;            // in the order of the definition
   std::vector<Module> modules;           // likewise
+  std::vector<Group> groups;             // with contents, as they are written
   std::vector<Section> sections;         // by address
   std::vector<LeftOut> left_out;         // largest first
   std::vector<Outside> outside_classes;  // by address

@@ -1,5 +1,5 @@
-// What modules take. Gaps and padding go by load addresses, by which the image
-// is laid out.
+// What modules take, and what the image is made of. Gaps and padding go by load
+// addresses, by which the image is laid out.
 #include <algorithm>
 
 #include "layout/segment.h"
@@ -11,7 +11,22 @@ namespace {
 
 using Group = FwOutMap::SectionGroup;
 
-void measure_group(const Group& group, MemoryMap::Module& module) {
+bool has_contents(const Group& group) {
+  for (const auto& section : group.sections) {
+    if (section->header == nullptr || !section->header->contents) continue;
+    if (section->header->size != 0) return true;
+  }
+  return false;
+}
+
+const char* kind_of(const Group& group) {
+  return group.type == Group::kText     ? "text"
+         : group.type == Group::kRodata ? "rodata"
+                                        : "bss";
+}
+
+void measure_group(const Group& group, MemoryMap::Module& module,
+                   MemoryMap& map) {
   std::vector<Span> spans;
   std::uint64_t size = 0;
   for (const auto& section : group.sections) {
@@ -26,10 +41,17 @@ void measure_group(const Group& group, MemoryMap::Module& module) {
   const std::uint64_t begin = spans.front().begin;
   const std::uint64_t end = std::ranges::max(spans, {}, &Span::end).end;
   const std::uint64_t pages = group_pages(group);
-  module.gaps += end - begin - Coverage(spans).count({begin, end});
-  module.padding += std::max(begin + pages * kPageSize, end) - end;
+  const std::uint64_t pages_end = std::max(begin + pages * kPageSize, end);
+  const Coverage covered(std::move(spans));
+  module.gaps += end - begin - covered.count({begin, end});
+  module.padding += pages_end - end;
   module.pages += pages;
   module.packed_pages += std::min(pages, (size + kPageSize - 1) / kPageSize);
+  if (module.built_in || !has_contents(group)) return;
+  map.image.pages += pages;
+  map.groups.push_back({module.name, kind_of(group),
+                        static_cast<std::uint32_t>(begin), pages,
+                        covered.uncovered({begin, pages_end})});
 }
 
 }  // namespace
@@ -43,7 +65,7 @@ void measure_modules(const FwOutMap& bound, MemoryMap& map) {
       return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
     });
     module.built_in = from->load_type == FwOutMap::Module::kBuiltIn;
-    for (const auto& group : from->groups) measure_group(*group, module);
+    for (const auto& group : from->groups) measure_group(*group, module, map);
     map.modules.push_back(std::move(module));
   }
 }

@@ -14,4 +14,8 @@ using Json = nlohmann::ordered_json;
 // aren't UTF-8 become U+FFFD, so that what is printed is always JSON.
 std::string json_text(const Json& document);
 
+// The same in one line, fit for a script element of a page: without "<", ">"
+// and "&", and with nothing but ASCII.
+std::string json_for_page(const Json& document);
+
 }  // namespace tova_fw_builder
