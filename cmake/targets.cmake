@@ -49,7 +49,12 @@ function(tova_program name)
   string(REPLACE / _ uses "${ARG_USES}")
   add_executable(${name} main.cpp)
   target_link_libraries(${name} PRIVATE ${uses})
-  if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT TOVA_SANITIZE)
+  if(TOVA_STATIC AND NOT name IN_LIST TOVA_NEVER_STATIC)
+    # The property asks for -pie, too, and of the two the compiler takes that.
+    set_property(TARGET ${name} PROPERTY POSITION_INDEPENDENT_CODE)
+    target_compile_options(${name} PRIVATE -fPIE)
+    target_link_options(${name} PRIVATE ${TOVA_STATIC})
+  elseif(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT TOVA_SANITIZE)
     # Most commands take less time than loading the C++ library does.
     target_link_options(${name} PRIVATE -static-libstdc++ -static-libgcc)
   endif()

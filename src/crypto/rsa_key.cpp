@@ -3,7 +3,6 @@
 #include "crypto/rsa_key.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "crypto/zel_error.h"
 #include "crypto/zels_bignum.h"
@@ -85,9 +84,15 @@ RsaBlock apply(const KeyKind& kind, const SecretBuffer& key,
   throw_unless_ok(zelsRef_BN(nullptr, nullptr, &digits, output.data()),
                   "zelsRef_BN");
   RsaBlock result;
-  std::copy_n(reinterpret_cast<const std::uint8_t*>(digits), result.size(),
-              result.begin());
+  for (std::size_t i = 0; i < result.size(); ++i) {
+    result[i] = static_cast<std::uint8_t>(digits[i / 8] >> i % 8 * 8);
+  }
   return result;
+}
+
+std::uint32_t word_at(const std::uint8_t* bytes) {
+  return std::uint32_t{bytes[3]} << 24 | std::uint32_t{bytes[2]} << 16 |
+         std::uint32_t{bytes[1]} << 8 | bytes[0];
 }
 
 }  // namespace
@@ -99,16 +104,14 @@ SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data) {
   SecretBuffer number(static_cast<std::size_t>(size));
   throw_unless_ok(zelsBigNumInit(words, number.data()), "zelsBigNumInit");
   if (data != nullptr) {
-    const auto bytes = static_cast<std::size_t>(words) * 4;
+    const auto count = static_cast<std::size_t>(words);
     // The library reads whole words; callers have bytes inside of records.
     // Wiped, as it may be a private number.
-    const SecretBuffer aligned(bytes);
-    std::memcpy(aligned.data(), data, bytes);
-    throw_unless_ok(
-        zelsSet_BN(kPositive, words,
-                   reinterpret_cast<const std::uint32_t*>(aligned.data()),
-                   number.data()),
-        "zelsSet_BN");
+    const SecretBuffer aligned(count * sizeof(std::uint32_t));
+    auto* word = reinterpret_cast<std::uint32_t*>(aligned.data());
+    for (std::size_t i = 0; i < count; ++i) word[i] = word_at(data + 4 * i);
+    throw_unless_ok(zelsSet_BN(kPositive, words, word, number.data()),
+                    "zelsSet_BN");
   }
   return number;
 }

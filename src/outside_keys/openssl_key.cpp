@@ -3,6 +3,7 @@
 // their places and leave no copies behind.
 #include <openssl/bio.h>
 #include <openssl/core_names.h>
+#include <openssl/crypto.h>
 #include <openssl/decoder.h>
 #include <openssl/encoder.h>
 #include <openssl/evp.h>
@@ -22,8 +23,6 @@
 namespace tova_fw_builder {
 
 namespace {
-
-static_assert(std::endian::native == std::endian::little);
 
 constexpr int kBits = 2048;
 constexpr std::size_t kMostPassphrase = 1023;
@@ -70,6 +69,13 @@ std::vector<Number> private_numbers(KeyMaterial& key) {
           {OSSL_PKEY_PARAM_RSA_COEFFICIENT1, "coefficient", key.priv_c}};
 }
 
+// OpenSSL takes and gives numbers in the byte order of the machine.
+void turn_to_native(const Number& number) {
+  if constexpr (std::endian::native == std::endian::big) {
+    std::ranges::reverse(number.place);
+  }
+}
+
 OSSL_PARAM parameter(const Number& number) {
   return OSSL_PARAM_construct_BN(number.name, number.place.data(),
                                  number.place.size());
@@ -83,6 +89,7 @@ void fetch(EVP_PKEY* from, const Number& number) {
            std::to_string(number.place.size() * 8) +
            " bits: key files have no room for it");
   }
+  turn_to_native(number);
 }
 
 bool is_private(EVP_PKEY* key) {
@@ -142,7 +149,14 @@ int answer_passphrase(char* place, int size, int, void* data) {
   refuse("this is no key: neither a key file, nor PEM, nor DER");
 }
 
+// Without the system's openssl.cnf: it may ask for modules that are made for
+// another version of the library, or of the C library, than is linked in here.
+void start_openssl() {
+  OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
+}
+
 Key decode(std::span<const std::uint8_t> bytes, Passphrase& passphrase) {
+  start_openssl();
   EVP_PKEY* key = nullptr;
   const Owned<OSSL_DECODER_CTX> decoder(OSSL_DECODER_CTX_new_for_pkey(
       &key, nullptr, nullptr, nullptr, 0, nullptr, nullptr));
@@ -172,22 +186,23 @@ void require_rsa_2048(EVP_PKEY* key) {
 
 // A key of OpenSSL's with our numbers, pair or public.
 Key make_key(KeyMaterial& numbers, bool public_only) {
+  start_openssl();
   std::vector<OSSL_PARAM> parameters;
-  for (const Number& number :
-       public_only ? public_numbers(numbers) : private_numbers(numbers)) {
-    parameters.push_back(parameter(number));
-  }
+  const std::vector<Number> parts =
+      public_only ? public_numbers(numbers) : private_numbers(numbers);
+  std::ranges::for_each(parts, turn_to_native);
+  for (const Number& number : parts) parameters.push_back(parameter(number));
   parameters.push_back(OSSL_PARAM_construct_end());
   const Owned<EVP_PKEY_CTX> context(
       EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr));
   EVP_PKEY* key = nullptr;
-  if (!context || EVP_PKEY_fromdata_init(context.get()) != 1 ||
+  const bool taken =
+      context && EVP_PKEY_fromdata_init(context.get()) == 1 &&
       EVP_PKEY_fromdata(context.get(), &key,
                         public_only ? EVP_PKEY_PUBLIC_KEY : EVP_PKEY_KEYPAIR,
-                        parameters.data()) != 1) {
-    return nullptr;
-  }
-  return Key(key);
+                        parameters.data()) == 1;
+  std::ranges::for_each(parts, turn_to_native);  // and back
+  return Key(taken ? key : nullptr);
 }
 
 }  // namespace

@@ -12,9 +12,6 @@ namespace tova_fw_builder {
 using Digit = std::uint64_t;
 __extension__ typedef unsigned __int128 WideDigit;
 
-// Callers take the bytes of a number straight from its digits.
-static_assert(std::endian::native == std::endian::little);
-
 constexpr std::size_t digits_for_bits(std::int32_t bits) {
   return (static_cast<std::size_t>(bits) + 63) / 64;
 }

@@ -26,6 +26,13 @@ bool has_avx2_and_bmi2() {
   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
 }
 
+#elif defined(__aarch64__) && defined(__ARM_FEATURE_SHA2)
+
+// The compiler was told that every processor has them: all of Apple's do.
+bool has_sha256_instructions() { return true; }
+
+bool has_avx2_and_bmi2() { return false; }
+
 #elif defined(__aarch64__) && defined(__linux__)
 
 bool has_sha256_instructions() {

@@ -1,6 +1,6 @@
 // SHA-256's compression function with the crypto instructions of 64-bit Arm.
 // Built with those instructions switched on for this file alone.
-#if defined(__aarch64__) && defined(__ARM_FEATURE_SHA2)
+#if defined(__aarch64__)
 
 #include <arm_neon.h>
 

@@ -9,7 +9,7 @@ std::vector<Sha256Blocks> sha256_builds() {
   std::vector<Sha256Blocks> builds = {sha256_blocks_portable};
 #if defined(__x86_64__)
   if (has_sha256_instructions()) builds.push_back(sha256_blocks_x86);
-#elif defined(TOVA_ARM_SHA2)
+#elif defined(__aarch64__)
   if (has_sha256_instructions()) builds.push_back(sha256_blocks_arm);
 #endif
   return builds;
