@@ -24,13 +24,14 @@ class PaddedImage : public Image {
   // digest of the whole file. A `css_header_size` above 32768 (or 8192) wraps
   // at 32 bits and puts the contents (or the header) near 4 GiB, with a hole
   // in front. Tables that don't fit ahead of the contents overwrite them.
+  // Throws the hash's ZelError, too, for a file of 2^31 bytes modulo 2^32 or
+  // more, and for one that couldn't be opened.
   void write(std::iostream& stream, const std::string& path,
              std::uint32_t css_header_size) override;
   std::unique_ptr<ImageManifest> create_manifest(
       bool debug, std::uint32_t imr_type) override;
 
-  // Both set by write(): of the whole binary. A binary that couldn't be opened
-  // has the length 2^64 - 1 and the digest of nothing.
+  // Both set by write(): of the whole binary.
   std::uint64_t image_size = 0;
   std::array<std::uint8_t, DigestLength> image_hash{};
 };

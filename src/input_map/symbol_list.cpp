@@ -34,17 +34,6 @@ constexpr auto kComesBefore = [](const ListedSymbol& a, const ListedSymbol& b) {
   return a.chunk != b.chunk ? a.chunk < b.chunk : a.line < b.line;
 };
 
-// The symbols in the order of their lines, with names kept by `symbols`.
-std::vector<ListedSymbol> read_lines(std::istream& in,
-                                     const FwImageMap::SymbolMap& symbols) {
-  std::vector<ListedSymbol> listed;
-  for_each_symbol(in, [&](const FwImageMap::SymbolMap::Entry& read) {
-    listed.push_back({read, listed.size()});
-    listed.back().entry.name = symbols.keep(read.name);
-  });
-  return listed;
-}
-
 // Orders like the characters; zero behind the end, since no name has a NUL.
 std::uint64_t chunk_at(std::string_view name, std::size_t start) {
   std::uint64_t chunk = 0;
@@ -93,7 +82,11 @@ void for_each_symbol(std::istream& in, const TakeSymbol& take) {
 
 FwImageMap::SymbolMap read_symbols(std::istream& in) {
   FwImageMap::SymbolMap symbols;
-  std::vector<ListedSymbol> listed = read_lines(in, symbols);
+  std::vector<ListedSymbol> listed;
+  for_each_symbol(in, [&](const FwImageMap::SymbolMap::Entry& read) {
+    listed.push_back({read, listed.size()});
+    listed.back().entry.name = symbols.keep(read.name);
+  });
   sort_from(listed, 0);
   symbols.entries.reserve(listed.size());
   for (const ListedSymbol& symbol : listed) {

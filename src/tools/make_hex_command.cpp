@@ -21,7 +21,7 @@ constexpr std::size_t kLongestLine = 16;
 void write_lines(std::span<const std::uint8_t> bytes, std::size_t width,
                  std::string& text, std::ostream& out) {
   make_hex_lines(bytes, width, text);
-  out.write(text.data(), static_cast<std::streamsize>(text.size()));
+  out << text;
 }
 
 }  // namespace

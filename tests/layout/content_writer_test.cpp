@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "crypto/sha_hash.h"
 #include "layout/rom_build.h"
 #include "support/captured_log.h"
@@ -68,6 +70,19 @@ TEST(ContentWriter, WhatAGroupHolds) {
               build_rom(kStart + std::string("section a\n"),
                         "a 493e0 0 1000 0 2**2 c", large)
                   .bytes);
+}
+
+// Positions have 64 bits; the hole ahead takes no room on the disk.
+TEST(ContentWriter, BeyondFourGibibytes) {
+  const TempDir dir;
+  const RomBuild result = build_rom(kStart + std::string("section a\n"),
+                                    "a 1 0 1000 0 2**2 c", "A");
+  std::ofstream out(dir.file("out"), std::ios_base::binary);
+  out.seekp(1ll << 32);
+  const CapturedLog log;
+  write_module_contents(*result.map, out, "");
+  EXPECT_EQ(1ull << 32, result.map->modules[0]->groups[0]->file_offset);
+  EXPECT_EQ((1ull << 32) + 0x1000, result.map->image_end);
 }
 
 TEST(ContentWriter, AddonGroupsKeepTheirDistance) {

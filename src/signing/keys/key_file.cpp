@@ -23,9 +23,10 @@ const KeyForm& recognize_form(std::string_view probe) {
   for (const KeyForm& form : key_forms()) {
     if (probe.find(form.pieces[0]) != probe.npos) return form;
   }
-  // Cut at a zero byte: any file may be named here, and the text is logged.
+  // Any file may be named here, and the text is logged: what() ends it at a
+  // zero byte.
   throw std::runtime_error("Key type not recognized :\r\n" +
-                           std::string(probe.substr(0, probe.find('\0'))));
+                           std::string(probe));
 }
 
 std::size_t length_of(const KeyForm& form, std::span<const KeyField> fields) {

@@ -26,17 +26,15 @@ constexpr auto kPairPieces1 =
     pair_pieces("(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e1:",
                 ")))(11:private-key(16:rsa-pkcs1-sha256(1:e1:");
 
-constexpr std::string_view kPublicPieces3[] = {
-    "(10:public-key(16:rsa-pkcs1-sha256(1:e3:",
-    ")(1:n256:",
-    ")))",
-};
+constexpr std::array<std::string_view, 3> public_pieces(
+    std::string_view start) {
+  return {start, ")(1:n256:", ")))"};
+}
 
-constexpr std::string_view kPublicPieces1[] = {
-    "(10:public-key(16:rsa-pkcs1-sha256(1:e1:",
-    ")(1:n256:",
-    ")))",
-};
+constexpr auto kPublicPieces3 =
+    public_pieces("(10:public-key(16:rsa-pkcs1-sha256(1:e3:");
+constexpr auto kPublicPieces1 =
+    public_pieces("(10:public-key(16:rsa-pkcs1-sha256(1:e1:");
 
 // The start of a public form stands inside that of the pair form, and it is
 // looked for anywhere: so the pairs are tried first.

@@ -73,6 +73,34 @@ TEST(Files, CopiesInPiecesUpToTheLength) {
   EXPECT_TRUE(bytes == rest.str());
 }
 
+// Gives and takes any bytes, and counts those that it takes.
+struct Counter : std::streambuf {
+  std::streamsize xsgetn(char*, std::streamsize n) override { return n; }
+  std::streamsize xsputn(const char*, std::streamsize n) override {
+    count += static_cast<std::uint64_t>(n);
+    return n;
+  }
+  std::uint64_t count = 0;
+};
+
+// The hole in the file takes no room on the disk.
+TEST(Files, LengthsAndPositionsHave64Bits) {
+  constexpr std::uint64_t kLength = (1ull << 32) + 5;
+  const TempDir dir;
+  std::ofstream sparse(dir.file("sparse"), std::ios_base::binary);
+  sparse.seekp(kLength - 1);
+  EXPECT_EQ(kLength - 1, position_of(sparse));
+  sparse.put('x');
+  sparse.close();
+  EXPECT_EQ(kLength, file_length(*open_binary_input(dir.file("sparse")), ""));
+  Counter counter;
+  std::iostream stream(&counter);
+  copy_bytes(stream, kLength, stream);
+  EXPECT_EQ(kLength, counter.count);
+  write_zeros(stream, kLength);
+  EXPECT_EQ(2 * kLength, counter.count);
+}
+
 TEST(Files, ZerosOfAnyCount) {
   for (const std::size_t count : {0u, 1u, 16384u, 16385u, 100000u}) {
     std::ostringstream out;

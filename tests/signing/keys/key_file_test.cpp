@@ -35,6 +35,8 @@ TEST(KeyFile, AllFourForms) {
       EXPECT_EQ(kModulus, shown(key->pub_modulus));
       EXPECT_EQ(pair ? n : filled("", 256), shown(key->priv_modulus));
       EXPECT_EQ(pair ? d : filled("", 256), shown(key->priv_d));
+      const SecretBuffer text = text_of_key(*key, !pair);  // of all fields
+      EXPECT_EQ(file, std::string(text.data(), text.data() + text.size()));
     }
   }
 }
@@ -62,6 +64,10 @@ TEST(KeyFile, CutAndDamagedFiles) {
     EXPECT_EQ(kNotFound,
               message_of([&] { load_key_file(dir.write("key", damaged)); }));
   }
+  // Nothing is read of a file shorter than the search of the form.
+  const CapturedLog detail(3);
+  message_of([&] { load_key_file(dir.write("key", kPublic.substr(0, 99))); });
+  EXPECT_EQ("Reading keys from: " + dir.file("key") + "\n", detail.text());
 }
 
 TEST(KeyFile, FormIsSoughtInTheFirst100Bytes) {
@@ -145,6 +151,9 @@ TEST(KeyList, RefusedLines) {
   }
   EXPECT_EQ("Failed to open file: /none/list",
             message_of([] { KeyList("/none/list"); }));
+  const TempDir dir;
+  const std::string empty = dir.write("list", "");
+  EXPECT_EQ(empty, KeyList(empty).path);
 }
 
 }  // namespace
