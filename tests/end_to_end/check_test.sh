@@ -177,6 +177,11 @@ done <<'TABLE'
 1.5|package|sed -i 's/^bld 2/bld 1/' firmware.pkg
 2.5|package|sed -i 's/^flg 0x1/flg 0x3/' firmware.pkg
 3.0|package|sed -i 's/^sku 0xff/sku 0xfe/' firmware.pkg
+1.8|package|sed -i 's/^mft 4/mft 6/' firmware.pkg
+1.5|package|sed -i 's/^cfg { base_fw/cfg { base/' firmware.pkg
+3.0|package|sed -i 's/^cfg { base_fw/cfg {/' firmware.pkg
+1.5|package|sed -i '13s/ver[.] [0-9]*/ver. 99/' firmware.pkg
+2.5|package|sed -i 's|/firmware.bin|/other.bin|' firmware.pkg
 1.5|package|sed -i '12{h;d};13G' firmware.pkg
 1.5|package|sed -i 's/5B04.bin/5B14.bin/' firmware.pkg
 1.5|package|sed -i 's|/[^ ]*/||' firmware.pkg; rm firmware_*06*.bin

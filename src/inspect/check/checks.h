@@ -26,6 +26,8 @@ void check_module_hash(const ImageFiles& image, Report& report);
 void check_image_digest(const ImageFiles& image, Report& report);
 void check_image_length(const ImageFiles& image, Report& report);
 void check_extended_manifest(const ImageFiles& image, Report& report);
+
+// package_check.cpp: the package descriptor of the build.
 void check_package(const ImageFiles& image, Report& report);
 
 // signature_checks.cpp: who signed.
