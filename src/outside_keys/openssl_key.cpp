@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "outside_keys/key_derivation.h"
 #include "outside_keys/outside_key.h"
 #include "signing/keys/key_file.h"
 
@@ -213,6 +214,7 @@ std::unique_ptr<KeyMaterial> read_outside_key(
     std::span<const std::uint8_t> bytes, const SecretBuffer* passphrase,
     const std::string& name) {
   if (bytes.size() > INT_MAX) refuse("this is too long for a key");
+  require_short_derivation(bytes);
   Passphrase answer{passphrase, name};
   const Key key = decode(bytes, answer);
   require_rsa_2048(key.get());

@@ -26,7 +26,7 @@ bool outside_keys_are_known();
 //
 // Throws std::runtime_error with the reason: no key, a certificate, no or a
 // wrong passphrase, another kind of key, another length, a number that has no
-// room in a key file.
+// room in a key file, more work to decrypt than anyone would wait for.
 std::unique_ptr<KeyMaterial> read_outside_key(
     std::span<const std::uint8_t> bytes, const SecretBuffer* passphrase,
     const std::string& name);
