@@ -41,6 +41,7 @@ for format in binary manifest-1.5 metadata extended-manifest \
   package-descriptor key-pair public-key embedded; do
   show "as-$format" --as "$format" "${files[@]}"
 done
+show troubles nothing made/gen-1.8/firmware.man . marks
 show script --script "$sample/flash.script" made/gen-1.5/flash.img
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/show.json" ./*.json
 rm ./*.json
@@ -52,6 +53,7 @@ for generation in 1.5 1.8 2.5 3.0; do
 done
 check check-cut cut-*
 check check-none nothing
+check check-trouble --trust nothing made/gen-1.8
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/check.json" ./*.json
 
 # Each file against what is left of it, and folder against folder.
@@ -67,6 +69,12 @@ for file in made/gen-*/* "$sample"/keys/*; do
   done
 done
 diff_json made/gen-1.8 made/gen-2.5
+tova_fw diff --json made/gen-1.8 nothing >diffs/nothing.json 2>/dev/null ||
+  [[ $? == 2 ]]
+ln -s loop made/gen-2.5/loop
+tova_fw diff --json made/gen-1.8 made/gen-2.5 >diffs/loop.json 2>/dev/null ||
+  [[ $? == 2 ]]
+rm made/gen-2.5/loop
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/diff.json" diffs/*.json
 
 map() {  # map OUTPUT ARGUMENT...: of the sample

@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "companion/ground/byte_text.h"
+#include "companion/ground/input_file.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/output_file.h"
 #include "companion/key_input.h"
 #include "companion/manifest_input.h"
-#include "driver/ground/files.h"
 #include "outside_keys/any_key.h"
 #include "signing/sign_command.h"
 #include "signing/signature_padding.h"
@@ -38,12 +38,9 @@ struct Options {
 constexpr std::size_t kMostSignatureText = 4096;
 
 std::string read_signature_text(const std::string& path) {
-  const auto in = try_open_input(path, std::ios_base::binary);
-  if (!in->is_open()) throw std::runtime_error("cannot be read");
-  std::string text(kMostSignatureText, '\0');
-  in->read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(in->gcount()));
-  return text;
+  std::vector<std::uint8_t> bytes(kMostSignatureText);
+  bytes.resize(read_head(path, bytes));
+  return {bytes.begin(), bytes.end()};
 }
 
 // A file of 256 bytes is the signature itself, whatever they are.

@@ -38,40 +38,50 @@ struct Options {
 struct Given {
   std::vector<CheckedFile> files;
   std::set<std::string> in_folders;
-  bool trouble = false;
-
-  void report(const std::string& path, const std::string& text) {
-    report_trouble(path, text);
-    trouble = true;
-  }
+  Troubles troubles;
 
   void open(const std::string& path) {
     try {
       files.push_back(checked_file(path, ByteSource::open(path)));
     } catch (const std::exception& error) {
-      report(path, error.what());
+      troubles.add(trouble_of(error));
     }
   }
 
+  // A link that leads nowhere is opened, too, so that its trouble is told.
   void open_folder(const std::string& folder) {
     std::vector<std::string> paths;
+    std::vector<std::string> folders;
     std::error_code error;
     for (fs::directory_iterator at(folder, error), end; !error && at != end;
          at.increment(error)) {
-      if (at->is_regular_file(error)) paths.push_back(at->path().string());
+      std::error_code ignored;
+      const fs::file_type type = at->status(ignored).type();
+      if (type == fs::file_type::directory) {
+        folders.push_back(at->path().string());
+      } else if (type == fs::file_type::regular ||
+                 type == fs::file_type::not_found ||
+                 type == fs::file_type::none) {
+        paths.push_back(at->path().string());
+      }
     }
-    if (error) report(folder, "cannot be read: " + error.message());
+    if (error) troubles.add(folder, "cannot be read: " + error.message());
     std::ranges::sort(paths);
     for (const std::string& path : paths) {
       open(path);
       in_folders.insert(path);
     }
-    if (paths.empty() && !error) report(folder, "no file is in it");
+    if (!paths.empty() || error) return;
+    troubles.add(folder,
+                 folders.empty()
+                     ? "no file is in it"
+                     : "no file is in it, but folders: give the folder of one "
+                       "image, such as " +
+                           *std::ranges::min_element(folders));
   }
 };
 
-Given open_files(const std::vector<std::string>& paths) {
-  Given given;
+void open_files(const std::vector<std::string>& paths, Given& given) {
   for (const std::string& path : paths) {
     std::error_code error;
     if (fs::is_directory(path, error)) {
@@ -80,7 +90,6 @@ Given open_files(const std::vector<std::string>& paths) {
       given.open(path);
     }
   }
-  return given;
 }
 
 CheckOptions check_options(const Options& options) {
@@ -96,7 +105,7 @@ CheckOptions check_options(const Options& options) {
   return wanted;
 }
 
-Json checks_json(const Checked& checked, bool all_hold) {
+Json checks_json(const Checked& checked, const Troubles& troubles) {
   Json lines = Json::array();
   for (const CheckLine& line : checked.lines) {
     lines.push_back({{"id", line.id},
@@ -104,7 +113,10 @@ Json checks_json(const Checked& checked, bool all_hold) {
                      {"file", line.file},
                      {"text", line.text}});
   }
-  return {{"schema", 1}, {"holds", all_hold}, {"checks", std::move(lines)}};
+  return {{"schema", 1},
+          {"holds", holds(checked) && !troubles.any()},
+          {"checks", std::move(lines)},
+          {"troubles", troubles_json(troubles)}};
 }
 
 void print_summary(const Checked& checked, bool all_hold) {
@@ -160,38 +172,44 @@ void report_unknown(const Checked& checked, const Options& options,
     if (!unknown.contains(i)) {
       any_known = true;
     } else if (!given.in_folders.contains(path) || is_expected(path, checked)) {
-      given.report(path,
-                   "nothing known is in it, and it belongs to none of the "
-                   "other files (contents of generation 1.5 need their "
-                   "manifest)");
+      given.troubles.add(
+          path,
+          "nothing known is in it, and it belongs to none of the other files "
+          "(contents of generation 1.5 need their manifest)");
     }
   }
-  if (given.trouble) return;
+  if (given.troubles.any()) return;
   if (!any_known) {
-    given.report(options.files[0], "no file of an image is in it");
+    given.troubles.add(options.files[0], "no file of an image is in it");
   } else if (checked.summary.empty() && given.files.size() > 1) {
-    given.report(options.files[0],
-                 "no header of an image is among the files: give the binary, "
-                 "or the manifest of 1.5");
+    given.troubles.add(
+        options.files[0],
+        "no header of an image is among the files: give the binary, or the "
+        "manifest of 1.5");
   }
 }
 
 Status check_files(const Options& options) {
-  const CheckOptions wanted = check_options(options);
-  Given given = open_files(options.files);
-  const Checked checked = check_image(given.files, wanted);
-  report_unknown(checked, options, given);
-  const bool checks_hold = holds(checked);
-  const bool all_hold = checks_hold && !given.trouble;
+  Given given;
+  Checked checked;
+  try {
+    const CheckOptions wanted = check_options(options);
+    open_files(options.files, given);
+    checked = check_image(given.files, wanted);
+    report_unknown(checked, options, given);
+  } catch (const std::runtime_error& error) {
+    given.troubles.add(trouble_of(error));
+  }
   if (options.json) {
-    std::cout << json_text(checks_json(checked, all_hold));
+    std::cout << json_text(checks_json(checked, given.troubles));
   } else if (options.summary) {
-    print_summary(checked, all_hold);
+    print_summary(checked, holds(checked) && !given.troubles.any());
   } else {
     print_lines(checked, colours(wants_colour(options.colour)));
   }
-  return worse_of(given.trouble ? Status::kTrouble : Status::kYes,
-                  checks_hold ? Status::kYes : Status::kNo);
+  return given.troubles.any() ? Status::kTrouble
+         : holds(checked)     ? Status::kYes
+                              : Status::kNo;
 }
 
 }  // namespace
@@ -230,6 +248,9 @@ void add_check_command(CLI::App& program, Status& status) {
       ->excludes(summary);
   add_colour_option(*command, options->colour);
   command->footer(
+      "Ends with 0 if no check failed, with 1 if one did, and with 2 if a file "
+      "can't be\n"
+      "read or belongs to no image.\n"
       "Example: tova_fw check firmware.bin firmware.man.signed firmware.pkg\n"
       "Example: tova_fw check --release --trust release-key-public.key out/\n"
       "Example: tova_fw check --json out/ | jq '.checks[] | "

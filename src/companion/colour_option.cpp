@@ -4,6 +4,8 @@
 #include <map>
 #include <string>
 
+#include "companion/choice.h"
+
 namespace tova_fw_builder {
 
 void add_colour_option(CLI::App& command, ColourWhen& when) {
@@ -11,10 +13,12 @@ void add_colour_option(CLI::App& command, ColourWhen& when) {
       {"auto", ColourWhen::kAuto},
       {"always", ColourWhen::kAlways},
       {"never", ColourWhen::kNever}};
-  command
-      .add_option("--color", when, "Colour; auto: on a terminal that wants it")
-      ->transform(CLI::CheckedTransformer(values).description(""))
-      ->type_name("auto|always|never");
+  const auto take = [&when, values](const std::string& word) {
+    when = values.at(word);
+  };
+  take_one_of(*command.add_option_function<std::string>(
+                  "--color", take, "Colour; auto: on a terminal that wants it"),
+              {"auto", "always", "never"});
 }
 
 }  // namespace tova_fw_builder

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "companion/choice.h"
 #include "companion/completion_scripts.h"
 
 namespace tova_fw_builder {
@@ -76,10 +77,8 @@ void add_completion_command(CLI::App& program, Status& status) {
   CLI::App* command = program.add_subcommand(
       "completion", "Print the completion script of a shell");
   const auto shell = std::make_shared<std::string>();
-  command->add_option("SHELL", *shell, "The shell")
-      ->required()
-      ->check(CLI::IsMember(&shells()).description(""))
-      ->type_name("bash|fish|zsh");
+  take_one_of(*command->add_option("SHELL", *shell, "The shell")->required(),
+              {"bash", "fish", "zsh"});
   command->footer("Example: source <(tova_fw completion bash)");
   command->callback([&program, shell, &status] {
     std::vector<CommandWords> commands;

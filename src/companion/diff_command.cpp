@@ -23,21 +23,32 @@ struct Options {
   ColourWhen colour = ColourWhen::kAuto;
 };
 
+Comparison compare(const Options& options) {
+  try {
+    return compare_paths(options.old_path, options.new_path,
+                         options.ignore_dates);
+  } catch (const std::runtime_error& error) {
+    Comparison none;
+    none.troubles.push_back(trouble_of(error));
+    return none;
+  }
+}
+
 Status diff(const Options& options) {
-  const Comparison comparison =
-      compare_paths(options.old_path, options.new_path, options.ignore_dates);
+  const Comparison comparison = compare(options);
+  Troubles troubles;
+  for (const Trouble& trouble : comparison.troubles) troubles.add(trouble);
   if (options.json) {
-    std::cout << json_text(comparison_json(comparison));
+    Json document = comparison_json(comparison);
+    document["troubles"] = troubles_json(troubles);
+    std::cout << json_text(document);
   } else {
     print_comparison(std::cout, comparison, options.all,
                      colours(wants_colour(options.colour)));
   }
-  for (const std::string& trouble : comparison.troubles) {
-    report_trouble("", trouble);
-  }
-  return !comparison.troubles.empty() ? Status::kTrouble
-         : comparison.is_equal()      ? Status::kYes
-                                      : Status::kNo;
+  return troubles.any()          ? Status::kTrouble
+         : comparison.is_equal() ? Status::kYes
+                                 : Status::kNo;
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_input.h"
+#include "inspect/field.h"
 #include "outside_keys/any_key.h"
 #include "outside_keys/outside_key.h"
 #include "signing/keys/key_file.h"
@@ -60,10 +61,10 @@ KeyFacts facts_of(const std::string& path, const KeyMaterial& key) {
 }
 
 void print_text(const KeyFacts& facts) {
-  std::cout << facts.path << ": " << (facts.pair ? "key pair" : "public key")
-            << "\n  bits      " << facts.bits << "\n  exponent  "
-            << facts.exponent << "\n  hash      " << hexadecimal(facts.hash)
-            << "\n  halves    ";
+  std::cout << printable(facts.path) << ": "
+            << (facts.pair ? "key pair" : "public key") << "\n  bits      "
+            << facts.bits << "\n  exponent  " << facts.exponent
+            << "\n  hash      " << hexadecimal(facts.hash) << "\n  halves    ";
   if (facts.pair) {
     std::cout << (facts.halves_match ? "belong together"
                                      : "DON'T belong together");
@@ -107,6 +108,7 @@ struct ShowOptions {
 
 Status show_keys(const ShowOptions& options) {
   Status status = Status::kYes;
+  Troubles troubles;
   Json files = Json::array();
   for (const std::string& path : options.keys) {
     try {
@@ -119,14 +121,15 @@ Status show_keys(const ShowOptions& options) {
         print_text(facts);
       }
     } catch (const std::runtime_error& error) {
-      report_trouble("", error.what());
-      status = Status::kTrouble;
+      troubles.add(trouble_of(error));
     }
   }
   if (options.json) {
-    std::cout << json_text({{"schema", 1}, {"files", std::move(files)}});
+    std::cout << json_text({{"schema", 1},
+                            {"files", std::move(files)},
+                            {"troubles", troubles_json(troubles)}});
   }
-  return status;
+  return troubles.any() ? Status::kTrouble : status;
 }
 
 struct ConvertOptions {

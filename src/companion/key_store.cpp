@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "companion/ground/input_file.h"
+#include "companion/ground/naming.h"
 #include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {
@@ -43,15 +45,17 @@ std::string key_store_of(const std::string& list) {
   try {
     return KeyList(list).stream->str();
   } catch (const std::exception& error) {
+    std::uint8_t first = 0;
+    naming(list, [&] { read_head(list, {&first, 1}); });
     const fs::path path = fs::absolute(list);
     if (!fs::is_regular_file(path)) {
-      throw std::runtime_error(list + ": " + reason_of(error));
+      throw FileError({list, reason_of(error)});
     }
     try {
       const WorkingDirectory beside(path.parent_path());
       return KeyList(path.string()).stream->str();
     } catch (const std::exception& other) {
-      throw std::runtime_error(list + ": " + reason_of(other));
+      throw FileError({list, reason_of(other)});
     }
   }
 }

@@ -6,8 +6,8 @@
 #include <span>
 #include <stdexcept>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/trouble.h"
-#include "driver/ground/files.h"
 #include "image/kelp15.h"
 #include "image/records/css_part.h"
 
@@ -58,12 +58,8 @@ void require_covered(std::span<const std::uint8_t> bytes) {
 }  // namespace
 
 std::vector<std::uint8_t> read_manifest_bytes(const std::string& path) {
-  const auto in = try_open_input(path, std::ios_base::binary);
-  if (!in->is_open()) refuse("cannot be read");
   std::vector<std::uint8_t> bytes(kMostBytes + 1);
-  in->read(reinterpret_cast<char*>(bytes.data()),
-           static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(in->gcount()));
+  bytes.resize(read_head(path, bytes));
   if (bytes.size() > kMostBytes) refuse("is too long for a manifest");
   return bytes;
 }

@@ -15,8 +15,8 @@ class App;
 
 namespace tova_fw_builder {
 
-// The bytes of a manifest's file, of which one more than a manifest can have
-// is enough. Throws std::runtime_error "cannot be read".
+// The bytes of a manifest's file. Throws as read_head does, and
+// std::runtime_error "is too long for a manifest".
 std::vector<std::uint8_t> read_manifest_bytes(const std::string& path);
 
 // The manifest of these bytes, with the debug mark if `debug`; without, the

@@ -17,6 +17,7 @@
 #include "companion/map_command.h"
 #include "companion/show_command.h"
 #include "companion/to_sign_command.h"
+#include "companion/wrong_usage.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -31,13 +32,6 @@ constexpr AddCommand kCommands[] = {
     add_attach_command, add_completion_command,
 };
 
-// The command line as far as it was understood: "tova_fw" or "tova_fw show".
-std::string command_of(const CLI::App& program) {
-  const auto chosen = program.get_subcommands();
-  return chosen.empty() ? program.get_name()
-                        : program.get_name() + " " + command_of(*chosen.back());
-}
-
 Status run(CLI::App& program, int argc, char** argv, const Status& status) {
   try {
     program.parse(argc, argv);
@@ -46,7 +40,7 @@ Status run(CLI::App& program, int argc, char** argv, const Status& status) {
     program.exit(answer);
     return Status::kYes;
   } catch (const CLI::ParseError& error) {
-    report_trouble("", error.what());
+    report_trouble("", wrong_usage_text(program, error));
     std::cerr << "Try '" << command_of(program) << " --help'.\n";
   } catch (const std::bad_alloc&) {
     report_trouble("", "there is not enough memory");

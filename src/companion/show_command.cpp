@@ -5,10 +5,13 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "companion/choice.h"
 #include "companion/colour_option.h"
+#include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "inspect/bytes.h"
@@ -79,13 +82,24 @@ Inspected inspect_as(const ByteSource& source, const Options& options) {
                  whole ? Depth::kWhole : Depth::kTables);
 }
 
+std::string script_text(const std::string& path) {
+  constexpr std::uint64_t kLongest = 16 * 1024 * 1024;
+  const ByteSource source = ByteSource::open(path);
+  if (source.size() > kLongest) {
+    throw std::runtime_error("is too long for an image script");
+  }
+  return source.bytes(0, source.size());
+}
+
 // The files that a script names lie beside the image unless told otherwise.
 Inspected inspect_scripted(const ByteSource& source, const std::string& path,
                            const Options& options) {
-  const auto script = open_input(options.script);
   const std::string prefix =
       options.deploy.empty() ? directory_of(path) : options.deploy;
-  return inspect_flash_image(source, *script, prefix);
+  return naming(options.script, [&] {
+    std::istringstream script(script_text(options.script));
+    return inspect_flash_image(source, script, prefix);
+  });
 }
 
 // Shows one file; false if nothing in it is known.
@@ -105,7 +119,7 @@ bool show_file(const std::string& path, const Options& options, bool is_first) {
 }
 
 Status show_files(const Options& options) {
-  Status status = Status::kYes;
+  Troubles troubles;
   bool is_first = true;
   if (options.json) std::cout << "{\n  \"schema\": 1,\n  \"files\": [";
   for (const std::string& path : options.files) {
@@ -113,16 +127,21 @@ Status show_files(const Options& options) {
       const bool known = show_file(path, options, is_first);
       is_first = false;
       if (known) continue;
-      report_trouble(path,
-                     "nothing known is in it (--as FORMAT takes it as what it "
-                     "should be)");
+      troubles.add(path,
+                   "nothing known is in it (--as FORMAT takes it as what it "
+                   "should be)");
+    } catch (const FileError& error) {
+      troubles.add(trouble_of(error));
     } catch (const std::exception& error) {
-      report_trouble(path, error.what());
+      troubles.add(path, error.what());
     }
-    status = Status::kTrouble;
   }
-  if (options.json) std::cout << (is_first ? "]\n}\n" : "\n  ]\n}\n");
-  return status;
+  if (options.json) {
+    std::cout << (is_first ? "],\n" : "\n  ],\n")
+              << "  \"troubles\": " << value_text_json(troubles_json(troubles))
+              << "\n}\n";
+  }
+  return troubles.any() ? Status::kTrouble : Status::kYes;
 }
 
 }  // namespace
@@ -136,11 +155,10 @@ void add_show_command(CLI::App& program, Status& status) {
       ->type_name("");
   std::vector<std::string> formats;
   for (const std::string_view name : format_names()) formats.emplace_back(name);
-  command
-      ->add_option("--as", options->as,
-                   "Take the files as this format, whatever they look like")
-      ->check(CLI::IsMember(formats).description(""))
-      ->type_name(CLI::detail::join(formats, "|"));
+  take_one_of(*command->add_option(
+                  "--as", options->as,
+                  "Take the files as this format, whatever they look like"),
+              formats);
   CLI::Option* script = command->add_option(
       "--script", options->script,
       "List a flash image by the statements of the script that made it");
@@ -158,6 +176,9 @@ void add_show_command(CLI::App& program, Status& status) {
   command->add_flag("--json", options->json, "Print one JSON document");
   add_colour_option(*command, options->colour);
   command->footer(
+      "Ends with 0 if every file was shown, a damaged one, too, with its "
+      "problems; with 2\n"
+      "if a file can't be read or nothing in it is known.\n"
       "Example: tova_fw show --long firmware.bin firmware.man\n"
       "Example: tova_fw show --json firmware.bin | jq '.files[0].modules'");
   command->callback([options, &status] { status = show_files(*options); });

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "companion/choice.h"
 #include "companion/ground/byte_text.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/output_file.h"
@@ -73,16 +74,14 @@ void add_to_sign_command(CLI::App& program, Status&) {
   command->add_option("MANIFEST", options->manifest, "Manifest of a 1.5 image")
       ->required();
   add_kind_of_signature(*command, options->debug);
-  command
-      ->add_option("--as", options->form,
-                   "message: for signers that hash it themselves\n"
-                   "digest: 32 bytes of SHA-256\n"
-                   "digest-info: the digest and its algorithm in DER, for a "
-                   "raw RSA mechanism")
-      ->check(
-          CLI::IsMember({"message", "digest", "digest-info"}).description(""))
-      ->type_name("message|digest|digest-info")
-      ->capture_default_str();
+  CLI::Option* form =
+      command->add_option("--as", options->form,
+                          "message: for signers that hash it themselves\n"
+                          "digest: 32 bytes of SHA-256\n"
+                          "digest-info: the digest and its algorithm in DER, "
+                          "for a raw RSA mechanism");
+  take_one_of(*form->capture_default_str(),
+              {"message", "digest", "digest-info"});
   command
       ->add_option("-o,--output", options->output,
                    "The file to write; else the standard output")

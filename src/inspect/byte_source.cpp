@@ -5,8 +5,8 @@
 #include <cstring>
 #include <filesystem>
 #include <iterator>
-#include <stdexcept>
 
+#include "companion/ground/trouble.h"
 #include "crypto/sha_hash.h"
 
 namespace tova_fw_builder {
@@ -16,8 +16,8 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kPiece = 256 * 1024;
 
-[[noreturn]] void refuse(const std::string& reason) {
-  throw std::runtime_error("cannot be read: " + reason);
+[[noreturn]] void refuse(const std::string& path, const std::string& reason) {
+  throw FileError({path, "cannot be read: " + reason});
 }
 
 }  // namespace
@@ -25,15 +25,16 @@ constexpr std::size_t kPiece = 256 * 1024;
 ByteSource ByteSource::open(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
-  if (error) refuse(error.message());
-  if (fs::is_directory(status)) refuse("it is a folder");
+  if (error) refuse(path, error.message());
+  if (fs::is_directory(status)) refuse(path, "it is a folder");
   const bool has_places = fs::is_regular_file(status);
-  if (!has_places && !fs::is_fifo(status)) refuse("it is a device");
+  if (!has_places && !fs::is_fifo(status)) refuse(path, "it is a device");
 
   ByteSource source;
+  source.path_ = path;
   errno = 0;
   auto file = std::make_unique<std::ifstream>(path, std::ios_base::binary);
-  if (!*file) refuse(std::strerror(errno));
+  if (!*file) refuse(path, std::strerror(errno));
   if (!has_places) {
     return of(std::string(std::istreambuf_iterator<char>(*file), {}));
   }
@@ -61,6 +62,7 @@ std::size_t ByteSource::read(std::uint64_t offset, std::span<char> to) const {
       file_->clear();
       file_->seekg(static_cast<std::streamoff>(offset));
       file_->read(to.data(), static_cast<std::streamsize>(count));
+      if (file_->bad()) refuse(path_, std::strerror(errno));
       count = static_cast<std::size_t>(file_->gcount());
     }
   }

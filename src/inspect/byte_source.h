@@ -18,8 +18,8 @@ namespace tova_fw_builder {
 // there.
 class ByteSource {
  public:
-  // Throws std::runtime_error "cannot be read: " and the reason, also for a
-  // folder and for a device, as some of these never end.
+  // Throws FileError "cannot be read: " and the reason, also for a folder and
+  // for a device, as some of these never end.
   static ByteSource open(const std::string& path);
   // The bytes themselves.
   static ByteSource of(std::string bytes);
@@ -27,7 +27,8 @@ class ByteSource {
   std::uint64_t size() const { return size_; }
 
   // Fills `to` with the bytes from `offset` on, and with zeros behind the end.
-  // Yields how many the file had.
+  // Yields how many the file had. Throws as open() does if the system can't
+  // read them; so do all below.
   std::size_t read(std::uint64_t offset, std::span<char> to) const;
 
   // The bytes from `offset` on, fewer at the end of the file.
@@ -42,6 +43,7 @@ class ByteSource {
   ByteSource() = default;
 
   std::uint64_t size_ = 0;
+  std::string path_;
   std::string memory_;
   // Reading moves the stream, which nobody sees.
   std::unique_ptr<std::ifstream> file_;

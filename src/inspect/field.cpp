@@ -175,8 +175,9 @@ std::string value_text(const Field& field) {
     case Field::Kind::kBool:
       return field.number != 0 ? "yes" : "no";
     case Field::Kind::kText:
-    case Field::Kind::kReserved:
       return printable(field.text);
+    case Field::Kind::kReserved:
+      return field.text.empty() ? "zero" : field.text;
     case Field::Kind::kNames:
       return field.text.empty() ? "-" : printable(field.text);
     case Field::Kind::kPrivate:

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -250,6 +251,10 @@ Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
   out.length = image.size();
   out.root.kind = Field::Kind::kObject;
   const std::vector<Part> parts = Script(prefix, out).run(script);
+  if (parts.empty()) {
+    throw std::runtime_error(
+        "nothing in it writes to an image: is it an image script?");
+  }
   check_overlaps(parts, out);
 
   // What was written last is what is there.

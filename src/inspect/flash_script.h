@@ -17,7 +17,7 @@ namespace tova_fw_builder {
 //
 // Problems: parts that write over others, numbers, lengths and positions that
 // the image has otherwise, files that are missing, and what lies behind the end
-// of the image.
+// of the image. Throws std::runtime_error if the script writes nothing.
 Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
                               const std::string& prefix);
 

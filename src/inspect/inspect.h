@@ -15,9 +15,10 @@ namespace tova_fw_builder {
 enum class Depth { kTables, kWhole };
 
 // Takes the file apart as the format that is asked for, else as what it is.
-// Never fails: of a damaged file what makes sense is in the tree, and what
-// doesn't is told by the problems. The leaves with a length, padding among
-// them, cover the file; contents may lie below other fields.
+// Fails for what the system can't read alone: of a damaged file what makes
+// sense is in the tree, and what doesn't is told by the problems. The leaves
+// with a length, padding among them, cover the file; contents may lie below
+// other fields.
 //
 // A file with the texts of a private key in it is taken as a key pair, or
 // searched, whatever is asked for: no private number is ever shown under

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "driver/ground/files.h"
+#include "companion/ground/input_file.h"
 #include "driver/ground/numbers.h"
 #include "outside_keys/outside_key.h"
 #include "signing/keys/key_file.h"
@@ -27,15 +27,6 @@ std::optional<PublicKeyHash> hash_in_hexadecimal(std::string_view text) {
     hash[i / 2] = static_cast<std::uint8_t>(hash[i / 2] << 4 | digit);
   }
   return hash;
-}
-
-// read_start's message names the file; that is for the caller to do.
-std::size_t read_bytes(const std::string& path, const SecretBuffer& bytes) {
-  try {
-    return read_start(path, {bytes.data(), bytes.size()});
-  } catch (const std::runtime_error&) {
-    throw std::runtime_error("cannot be read");
-  }
 }
 
 std::unique_ptr<KeyMaterial> key_of_file(std::string_view text) {
@@ -56,7 +47,7 @@ SecretBuffer first_bytes(const SecretBuffer& bytes, std::size_t length) {
 
 SecretBuffer read_secret_file(const std::string& path) {
   const SecretBuffer bytes(kLongestKeyFile + 1);
-  const std::size_t length = read_bytes(path, bytes);
+  const std::size_t length = read_head(path, {bytes.data(), bytes.size()});
   if (length > kLongestKeyFile) throw std::runtime_error("is too long");
   return first_bytes(bytes, length);
 }

@@ -15,7 +15,7 @@ namespace tova_fw_builder {
 // The longest file that is taken for a key or a passphrase.
 inline constexpr std::size_t kLongestKeyFile = 64 * 1024;
 
-// A whole file, in memory that is wiped. Throws "cannot be read", or "is too
+// A whole file, in memory that is wiped. Throws as read_head does, or "is too
 // long" for one of more than kLongestKeyFile bytes.
 SecretBuffer read_secret_file(const std::string& path);
 

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "inspect/bytes.h"
-#include "sample_files.h"
+#include "inspect/sample_files.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {

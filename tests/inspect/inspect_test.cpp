@@ -7,7 +7,7 @@
 #include "inspect/bytes.h"
 #include "inspect/json.h"
 #include "inspect/text.h"
-#include "sample_files.h"
+#include "inspect/sample_files.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -1,4 +1,4 @@
-#include "sample_files.h"
+#include "inspect/sample_files.h"
 
 Bytes& Bytes::text(const std::string& bytes) {
   bytes_ += bytes;

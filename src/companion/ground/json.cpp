@@ -28,4 +28,12 @@ std::string json_for_page(const Json& document) {
   return text;
 }
 
+Json troubles_json(const Troubles& troubles) {
+  Json list = Json::array();
+  for (const Trouble& trouble : troubles.list()) {
+    list.push_back({{"file", trouble.file}, {"text", trouble.text}});
+  }
+  return list;
+}
+
 }  // namespace tova_fw_builder

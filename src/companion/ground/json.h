@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "companion/ground/trouble.h"
+
 namespace tova_fw_builder {
 
 // Members keep the order in which they were added.
@@ -17,5 +19,8 @@ std::string json_text(const Json& document);
 // The same in one line, fit for a script element of a page: without "<", ">"
 // and "&", and with nothing but ASCII.
 std::string json_for_page(const Json& document);
+
+// [{file, text}], as each document has it that tells of files.
+Json troubles_json(const Troubles& troubles);
 
 }  // namespace tova_fw_builder

@@ -1,19 +1,22 @@
 // companion/ground/naming.h
 #pragma once
 
-#include <stdexcept>
 #include <string>
+
+#include "companion/ground/trouble.h"
 
 namespace tova_fw_builder {
 
 // Runs `action` and yields what it yields. A std::runtime_error that it throws
-// is thrown on with "FILE: " ahead of its text, as report_trouble prints it.
+// is thrown on as a FileError of `file`; one that has a file keeps it.
 template <typename Action>
 auto naming(const std::string& file, const Action& action) {
   try {
     return action();
+  } catch (const FileError&) {
+    throw;
   } catch (const std::runtime_error& error) {
-    throw std::runtime_error(file + ": " + error.what());
+    throw FileError({file, error.what()});
   }
 }
 

@@ -14,6 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr auto kWrite = std::ios_base::out | std::ios_base::binary;
+
 [[noreturn]] void fail(int error) {
   throw std::runtime_error(std::string("cannot be written: ") +
                            (error == 0 ? "unknown" : std::strerror(error)));
@@ -37,12 +39,33 @@ mode_t usual_rights(const std::string& path) {
 
 }  // namespace
 
+template <typename T>
+T OutputFile::Buffer::noted(T result, bool failed) {
+  if (failed && error_ == 0) error_ = errno;
+  return result;
+}
+
+OutputFile::Buffer::int_type OutputFile::Buffer::overflow(int_type c) {
+  const int_type result = std::filebuf::overflow(c);
+  return noted(result, result == traits_type::eof());
+}
+
+std::streamsize OutputFile::Buffer::xsputn(const char* bytes,
+                                           std::streamsize count) {
+  const std::streamsize written = std::filebuf::xsputn(bytes, count);
+  return noted(written, written != count);
+}
+
+int OutputFile::Buffer::sync() {
+  const int result = std::filebuf::sync();
+  return noted(result, result != 0);
+}
+
 OutputFile::OutputFile(const std::string& path, Rights rights)
     : path_(followed(path)), rights_(rights) {
   errno = 0;
   if (fs::exists(path_) && !fs::is_regular_file(path_)) {
-    out_.open(path_, std::ios_base::binary);
-    if (!out_) fail(errno);
+    if (!buffer_.open(path_, kWrite)) fail(errno);
     return;
   }
   beside_ = path_ + ".XXXXXX";
@@ -54,8 +77,8 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
   }
   close(file);
   // Without a buffer, no copy of private bytes stays behind in memory.
-  if (rights_ == Rights::kPrivate) out_.rdbuf()->pubsetbuf(nullptr, 0);
-  out_.open(beside_, std::ios_base::binary);
+  if (rights_ == Rights::kPrivate) buffer_.pubsetbuf(nullptr, 0);
+  if (!buffer_.open(beside_, kWrite)) fail(errno);
 }
 
 OutputFile::~OutputFile() {
@@ -64,8 +87,8 @@ OutputFile::~OutputFile() {
 
 void OutputFile::commit() {
   errno = 0;
-  out_.close();
-  if (!out_) fail(errno);
+  const bool closed = buffer_.close() != nullptr;
+  if (!closed || !out_) fail(buffer_.error() != 0 ? buffer_.error() : errno);
   if (beside_.empty()) return;
   if (rights_ == Rights::kUsual &&
       chmod(beside_.c_str(), usual_rights(path_)) != 0) {

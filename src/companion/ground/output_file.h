@@ -33,10 +33,29 @@ class OutputFile {
   void commit();
 
  private:
+  // Remembers why it failed: with a part of the bytes still in memory, a
+  // failure may be seen long after it happened.
+  class Buffer : public std::filebuf {
+   public:
+    int error() const { return error_; }
+
+   protected:
+    int_type overflow(int_type c) override;
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override;
+    int sync() override;
+
+   private:
+    template <typename T>
+    T noted(T result, bool failed);
+
+    int error_ = 0;
+  };
+
   std::string path_;
   std::string beside_;  // empty for what is written directly
   Rights rights_;
-  std::ofstream out_;
+  Buffer buffer_;
+  std::ostream out_{&buffer_};
 };
 
 // Writes the whole file. Throws as OutputFile does.

@@ -74,6 +74,24 @@ void compare_embedded(const ByteSource& old_file, const Embedded& old_part,
   }
 }
 
+// A structure that one file alone has.
+Change lonely(const Embedded& part, bool is_old) {
+  Change change = change_at("embedded[" + part.key + ']', Format::kEmbedded);
+  change.pattern = "embedded[]";
+  change.keys = {part.key};
+  Field& value = is_old ? change.old_value : change.new_value;
+  value = object_field("");
+  value.add(number_field("offset", part.span.offset, Field::Radix::kHex));
+  value.add(number_field("length", part.span.length));
+  return change;
+}
+
+std::vector<Embedded>::const_iterator find_part(
+    const std::vector<Embedded>& parts, const std::string& key) {
+  return std::find_if(parts.begin(), parts.end(),
+                      [&](const Embedded& part) { return part.key == key; });
+}
+
 // Compares what stands at equal places, but for the spans that are told.
 void compare_contents(const ByteSource& old_source,
                       const ByteSource& new_source, const Coverage& told,
@@ -110,9 +128,8 @@ std::vector<Change> compare_formless(const ByteSource& old_source,
   std::vector<Change> result;
   Coverage told(length);
   for (const Embedded& old_part : old_parts) {
-    const auto new_part = std::find_if(
-        new_parts.begin(), new_parts.end(),
-        [&](const Embedded& part) { return part.key == old_part.key; });
+    const auto new_part = find_part(new_parts, old_part.key);
+    if (new_part == new_parts.end()) result.push_back(lonely(old_part, true));
     if (new_part == new_parts.end() ||
         std::max(old_part.span.length, new_part->span.length) >
             kMostStructure) {
@@ -122,6 +139,11 @@ std::vector<Change> compare_formless(const ByteSource& old_source,
     if (old_part.span.offset == new_part->span.offset &&
         old_part.span.length == new_part->span.length) {
       told.take(old_part.span);
+    }
+  }
+  for (const Embedded& new_part : new_parts) {
+    if (find_part(old_parts, new_part.key) == old_parts.end()) {
+      result.push_back(lonely(new_part, false));
     }
   }
   compare_contents(old_source, new_source, told, result);
@@ -136,18 +158,10 @@ Format format_of(const ByteSource& source) {
              : format;
 }
 
-ByteSource open_file(const std::string& path) {
-  try {
-    return ByteSource::open(path);
-  } catch (const std::exception& error) {
-    throw std::runtime_error(path + ": " + error.what());
-  }
-}
-
 std::vector<Change> compare_pair(const std::string& old_path,
                                  const std::string& new_path) {
-  const ByteSource old_source = open_file(old_path);
-  const ByteSource new_source = open_file(new_path);
+  const ByteSource old_source = ByteSource::open(old_path);
+  const ByteSource new_source = ByteSource::open(new_path);
   const Format old_format = format_of(old_source);
   const Format new_format = format_of(new_source);
   std::vector<Change> changes;
@@ -172,15 +186,37 @@ std::vector<Change> compare_pair(const std::string& old_path,
   return changes;
 }
 
-// The files in a folder and below it, by their names from there on.
-std::vector<std::string> files_in(const fs::path& folder) {
-  std::vector<std::string> names;
-  for (const fs::directory_entry& entry :
-       fs::recursive_directory_iterator(folder)) {
-    if (entry.is_regular_file()) {
-      names.push_back(entry.path().lexically_relative(folder).generic_string());
+Trouble unreadable(const fs::path& path, const std::error_code& error) {
+  return {path.string(), "cannot be read: " + error.message()};
+}
+
+// Adds the files in a folder and below it, by their names from `top` on. A
+// folder that can't be read, or a link that leads nowhere, keeps no other file
+// from being compared.
+void add_files(const fs::path& folder, const fs::path& top,
+               std::vector<std::string>& names,
+               std::vector<Trouble>& troubles) {
+  std::error_code error;
+  fs::directory_iterator at(folder, error);
+  for (; !error && at != fs::directory_iterator(); at.increment(error)) {
+    const fs::path& path = at->path();
+    std::error_code own;
+    const fs::file_status status = fs::status(path, own);
+    if (!fs::status_known(status) || !fs::exists(status)) {
+      troubles.push_back(unreadable(path, own));
+    } else if (fs::is_directory(status) && !fs::is_symlink(path)) {
+      add_files(path, top, names, troubles);
+    } else if (fs::is_regular_file(status)) {
+      names.push_back(path.lexically_relative(top).generic_string());
     }
   }
+  if (error) troubles.push_back(unreadable(folder, error));
+}
+
+std::vector<std::string> files_in(const fs::path& folder,
+                                  std::vector<Trouble>& troubles) {
+  std::vector<std::string> names;
+  add_files(folder, folder, names, troubles);
   std::sort(names.begin(), names.end());
   return names;
 }
@@ -218,8 +254,8 @@ FileChanges compare_file(const std::string& name, const fs::path& old_folder,
 Comparison compare_folders(const fs::path& old_folder,
                            const fs::path& new_folder) {
   Comparison result;
-  const std::vector<std::string> old_names = files_in(old_folder);
-  const std::vector<std::string> new_names = files_in(new_folder);
+  const auto old_names = files_in(old_folder, result.troubles);
+  const auto new_names = files_in(new_folder, result.troubles);
   result.only_old = without(old_names, new_names);
   result.only_new = without(new_names, old_names);
   std::vector<FileChanges> files;
@@ -227,7 +263,7 @@ Comparison compare_folders(const fs::path& old_folder,
     try {
       files.push_back(compare_file(name, old_folder, new_folder));
     } catch (const std::exception& error) {
-      result.troubles.emplace_back(error.what());
+      result.troubles.push_back(trouble_of(error));
     }
   }
   std::stable_sort(files.begin(), files.end(),
@@ -254,7 +290,7 @@ Comparison compare_paths(const std::string& old_path,
     if (fs::exists(path, error)) continue;
     if (!error)
       error = std::make_error_code(std::errc::no_such_file_or_directory);
-    throw std::runtime_error(path + ": cannot be read: " + error.message());
+    throw FileError(unreadable(path, error));
   }
   const bool is_folder = fs::is_directory(old_path);
   if (is_folder != fs::is_directory(new_path)) {

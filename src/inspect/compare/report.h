@@ -15,7 +15,8 @@ namespace tova_fw_builder {
 void print_comparison(std::ostream& out, const Comparison& comparison, bool all,
                       const Colours& colours);
 
-// {schema, equal, changes [{path, old, new, echo}], only_old, only_new}.
+// {schema, equal, changes [{path, old, new, echo}], only_old, only_new}; the
+// troubles are for the caller to add.
 Json comparison_json(const Comparison& comparison);
 
 }  // namespace tova_fw_builder

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 
 #include "support/temp_dir.h"
@@ -67,6 +68,16 @@ TEST(OutputFile, FailuresHaveAReason) {
             message_of([&] { write_output_file(dir.path(), "x"); }));
   EXPECT_EQ("cannot be written: No space left on device",
             message_of([&] { write_output_file("/dev/full", "x"); }));
+  // More than a buffer holds fails ahead of the end, and unbuffered at once.
+  const std::string much(1'000'000, 'x');
+  EXPECT_EQ("cannot be written: No space left on device",
+            message_of([&] { write_output_file("/dev/full", much); }));
+  EXPECT_EQ("cannot be written: No space left on device", message_of([&] {
+              OutputFile file("/dev/full");
+              file.stream() << much << std::flush;
+              errno = 0;
+              file.commit();
+            }));
 }
 
 }  // namespace

@@ -1,0 +1,31 @@
+// By a C stream: of these, the buffer can be taken away.
+#include "companion/ground/input_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace tova_fw_builder {
+namespace {
+
+[[noreturn]] void fail(int error) {
+  throw std::runtime_error(std::string("cannot be read: ") +
+                           std::strerror(error));
+}
+
+}  // namespace
+
+std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+      std::fopen(path.c_str(), "rb"), std::fclose);
+  if (file == nullptr) fail(errno);
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  const std::size_t count =
+      std::fread(bytes.data(), 1, bytes.size(), file.get());
+  if (std::ferror(file.get()) != 0) fail(errno);  // as reading a folder does
+  return count;
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,81 @@
+// Where a command is missing the parser says so, even if a word stands there:
+// what it made nothing of is looked at first.
+#include "companion/wrong_usage.h"
+
+#include <CLI/CLI.hpp>
+#include <vector>
+
+#include "companion/ground/nearest.h"
+
+namespace tova_fw_builder {
+namespace {
+
+std::string full_name(const CLI::App& command) {
+  return command.get_parent() == nullptr
+             ? command.get_name()
+             : full_name(*command.get_parent()) + ' ' + command.get_name();
+}
+
+// A command without a name is a group of options.
+std::vector<std::string> commands_below(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::App* below : command.get_subcommands(
+           [](const CLI::App* app) { return !app->get_name().empty(); })) {
+    names.push_back(below->get_name());
+  }
+  return names;
+}
+
+void add_options(const CLI::App& command, std::vector<std::string>& names) {
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      names.push_back("--" + name);
+    }
+  }
+  for (const CLI::App* group : command.get_subcommands(
+           [](const CLI::App* app) { return app->get_name().empty(); })) {
+    add_options(*group, names);
+  }
+}
+
+std::string unknown_text(const std::string& word, const char* what,
+                         const CLI::App& command,
+                         const std::vector<std::string>& known) {
+  const std::string nearest = nearest_word(word, known);
+  return "'" + word + "' is no " + what + " of " + full_name(command) +
+         (nearest.empty() ? "" : "; did you mean '" + nearest + "'?");
+}
+
+// Of the first word that the command, or one chosen below it, made nothing of.
+std::string text_of_unknown(const CLI::App& command) {
+  const auto unknown = command.remaining();
+  if (unknown.empty()) {
+    const auto chosen = command.get_subcommands();
+    return chosen.empty() ? "" : text_of_unknown(*chosen.back());
+  }
+  const std::string word = unknown[0].substr(0, unknown[0].find('='));
+  if (word.starts_with('-')) {
+    std::vector<std::string> options;
+    add_options(command, options);
+    return unknown_text(word, "option", command, options);
+  }
+  const auto commands = commands_below(command);
+  return commands.empty() ? ""
+                          : unknown_text(word, "command", command, commands);
+}
+
+}  // namespace
+
+std::string command_of(const CLI::App& program) {
+  const auto chosen = program.get_subcommands();
+  return chosen.empty() ? program.get_name()
+                        : program.get_name() + " " + command_of(*chosen.back());
+}
+
+std::string wrong_usage_text(const CLI::App& program,
+                             const CLI::ParseError& error) {
+  const std::string unknown = text_of_unknown(program);
+  return unknown.empty() ? error.what() : unknown;
+}
+
+}  // namespace tova_fw_builder

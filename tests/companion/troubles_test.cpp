@@ -1,0 +1,174 @@
+// What a command says of files that it can't read, for people and programs.
+#include <filesystem>
+
+#include "inspect/sample_files.h"
+#include "run_tool.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kNone = "cannot be read: No such file or directory";
+
+// The files of a small image of 1.8, and odd ones.
+class Commands : public testing::Test {
+ protected:
+  Commands() {
+    dir_.write("binary", binary_18());
+    dir_.write("metadata", metadata_18());
+    fs::create_directories(dir_.file("folders/a"));
+    fs::create_directories(dir_.file("folders/b"));
+    fs::create_symlink("loop", dir_.file("loop"));
+    fs::current_path(dir_.path());
+  }
+
+  static std::vector<std::string> words_of(const std::string& line) {
+    std::vector<std::string> words;
+    std::istringstream text(line);
+    for (std::string word; text >> word;) {
+      words.push_back(word == "''" ? "" : word);
+    }
+    return words;
+  }
+
+  TempDir dir_;
+};
+
+TEST_F(Commands, TroublesHaveAFileAndAReason) {
+  const struct {
+    const char* line;
+    const char* err;  // behind "tova_fw: "
+  } cases[] = {
+      {"show none", "none: cannot be read: No such file or directory"},
+      {"show .", ".: cannot be read: it is a folder"},
+      {"show /dev/null", "/dev/null: cannot be read: it is a device"},
+      {"show loop", "loop: cannot be read: Too many levels of symbolic links"},
+      {"show ''", "'': cannot be read: No such file or directory"},
+      {"show --script none binary",
+       "none: cannot be read: No such file or directory"},
+      // Script and image exchanged.
+      {"show --script binary metadata",
+       "binary: nothing in it writes to an image: is it an image script?"},
+      {"diff none binary", "none: cannot be read: No such file or directory"},
+      {"diff binary .",
+       "one of the two is a folder and the other is not: compare two files or "
+       "two folders"},
+      {"check none", "none: cannot be read: No such file or directory"},
+      {"check --trust none binary",
+       "none: this is neither a hash of 64 hexadecimal digits nor a file"},
+      {"check --key-list none binary",
+       "none: cannot be read: No such file or directory"},
+      {"check --key-list . binary", ".: cannot be read: Is a directory"},
+      {"check folders",
+       "folders: no file is in it, but folders: give the folder of one image, "
+       "such as folders/a"},
+      {"check folders/a", "folders/a: no file is in it"},
+      {"key show none", "none: cannot be read: No such file or directory"},
+      {"key show ''", "'': cannot be read: No such file or directory"},
+      {"key show .", ".: cannot be read: Is a directory"},
+      {"key show binary/x", "binary/x: cannot be read: Not a directory"},
+      {"key show metadata --passphrase-file none",
+       "none: cannot be read: No such file or directory"},
+      {"to-sign none --debug",
+       "none: cannot be read: No such file or directory"},
+      {"to-sign . --debug", ".: cannot be read: Is a directory"},
+      {"attach none --debug --key k --signature s -o o",
+       "none: cannot be read: No such file or directory"},
+  };
+  for (const auto& c : cases) {
+    const Outcome run = run_tool(words_of(c.line));
+    EXPECT_EQ(2, run.status) << c.line;
+    EXPECT_EQ(std::string("tova_fw: ") + c.err + '\n', run.err) << c.line;
+  }
+}
+
+// One document in every case, with the troubles in it.
+TEST_F(Commands, JsonIsPrintedWhateverFails) {
+  const struct {
+    const char* line;
+    const char* document;
+  } cases[] = {
+      {"show --json none",
+       R"({"schema": 1, "files": [],
+           "troubles": [{"file": "none", "text": "NONE"}]})"},
+      {"key show --json none",
+       R"({"schema": 1, "files": [],
+           "troubles": [{"file": "none", "text": "NONE"}]})"},
+      {"diff --json none binary",
+       R"({"schema": 1, "equal": false, "changes": [], "only_old": [],
+           "only_new": [], "troubles": [{"file": "none", "text": "NONE"}]})"},
+      {"check --json --key-list none binary",
+       R"({"schema": 1, "holds": false, "checks": [],
+           "troubles": [{"file": "none", "text": "NONE"}]})"},
+      {"check --json --trust 00 binary",
+       R"({"schema": 1, "holds": false, "checks": [], "troubles": [
+           {"file": "00", "text": "this is neither a hash of 64 hexadecimal )"
+       R"(digits nor a file"}]})"},
+  };
+  for (const auto& c : cases) {
+    const Outcome run = run_tool(words_of(c.line));
+    std::string expected = c.document;
+    if (const auto at = expected.find("NONE"); at != expected.npos) {
+      expected.replace(at, 4, kNone);
+    }
+    EXPECT_EQ(2, run.status);
+    EXPECT_EQ(Json::parse(expected), run.json()) << c.line;
+  }
+}
+
+TEST_F(Commands, OthersOfACallAreTold) {
+  const Outcome shown =
+      run_tool({"show", "--json", "none", "metadata", "loop"});
+  EXPECT_EQ(2, shown.status);
+  const Json document = shown.json();
+  ASSERT_EQ(1u, document["files"].size());
+  EXPECT_EQ("metadata", document["files"][0]["path"]);
+  ASSERT_EQ(2u, document["troubles"].size());
+  EXPECT_EQ("loop", document["troubles"][1]["file"]);
+  EXPECT_EQ(kNone, document["troubles"][0]["text"]);
+
+  const Outcome checked = run_tool({"check", "--json", "none", "metadata"});
+  EXPECT_EQ(2, checked.status);
+  EXPECT_FALSE(checked.json()["holds"].get<bool>());
+  EXPECT_LE(18u, checked.json()["checks"].size());
+
+  // A damaged file is shown: that isn't a trouble.
+  dir_.write("cut", binary_18().substr(0, 200));
+  const Outcome cut = run_tool({"show", "--json", "cut"});
+  EXPECT_EQ(0, cut.status);
+  EXPECT_FALSE(cut.json()["files"][0]["problems"].empty());
+  EXPECT_TRUE(cut.json()["troubles"].empty());
+}
+
+// A file that can't be read to its end. This one opens, and says that it has a
+// page.
+TEST_F(Commands, FailedReadsAreTroubles) {
+  const char* const file = "/sys/class/net/lo/speed";
+  std::error_code error;
+  if (!fs::is_regular_file(file, error)) GTEST_SKIP() << "no " << file;
+  for (const char* command : {"show", "check", "diff"}) {
+    std::vector<std::string> words = {command, file};
+    if (words[0] == "diff") words.push_back(file);
+    const Outcome run = run_tool(words);
+    EXPECT_EQ(2, run.status) << command;
+    EXPECT_EQ(std::string("tova_fw: ") + file +
+                  ": cannot be read: Invalid argument\n",
+              run.err);
+  }
+}
+
+TEST_F(Commands, ColourWhereItIsAskedFor) {
+  for (const std::string line :
+       {"show metadata", "check metadata", "diff binary metadata"}) {
+    EXPECT_EQ(std::string::npos,
+              run_tool(words_of(line + " --color=never")).out.find('\033'));
+    EXPECT_EQ(std::string::npos, run_tool(words_of(line)).out.find('\033'));
+  }
+  EXPECT_NE(std::string::npos,
+            run_tool({"show", "--color=always", "metadata"}).out.find('\033'));
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
