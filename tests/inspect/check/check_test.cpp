@@ -1,0 +1,355 @@
+// Whole images, and a fault in one of their files.
+#include "inspect/check/check.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "image/kelp15.h"
+#include "inspect/check/image_samples.h"
+#include "signing/keys/key_text.h"
+#include "signing/manifest_sample.h"
+#include "signing/sign_command.h"
+#include "support/captured_log.h"
+
+namespace tova_fw_builder {
+namespace {
+
+Checked check(const ImageSample& image, const CheckOptions& options = {}) {
+  const CapturedLog quiet;
+  std::vector<CheckedFile> files;
+  for (const auto& [name, bytes] : image) {
+    files.push_back(checked_file(name, ByteSource::of(bytes)));
+  }
+  return check_image(files, options);
+}
+
+// The ids of those that failed, in order.
+std::string failed(const Checked& checked) {
+  std::string ids;
+  for (const CheckLine& line : checked.lines) {
+    if (line.result == CheckResult::kFailed &&
+        ids.find(std::string(line.id) + ' ') == ids.npos) {
+      ids += std::string(line.id) + ' ';
+    }
+  }
+  return ids;
+}
+
+// All lines of one check: "ok FILE: TEXT".
+std::string lines_of(const Checked& checked, std::string_view id) {
+  std::string text;
+  for (const CheckLine& line : checked.lines) {
+    if (line.id != id) continue;
+    text += std::string(result_name(line.result)) + ' ' + line.file + ": " +
+            line.text + '\n';
+  }
+  return text;
+}
+
+TEST(Check, WholeImagesHold) {
+  const struct {
+    const char* generation;
+    const char* summary;
+    const char* hashes;
+  } cases[] = {
+      {"1.5", "firmware 1.2.3.4  generation 1.5  12288 bytes  unsigned",
+       "ok firmware.bin: 1 module, 12288 bytes\n"},
+      {"1.8", "firmware 1.2.3.4  generation 1.8  41024 bytes",
+       "ok firmware.bin: 2 modules, 16384 bytes\n"},
+      {"2.5", "firmware 1.2.3.4  generation 2.5  41024 bytes",
+       "ok firmware.bin: 2 modules, 16384 bytes\n"},
+      {"3.0", "firmware 1.2.3.4  generation 3.0  49152 bytes",
+       "not checked firmware.bin: the modules of 3.0 have no hashes\n"},
+  };
+  for (const auto& c : cases) {
+    const Checked checked = check(image_sample(c.generation));
+    EXPECT_TRUE(holds(checked)) << failed(checked);
+    EXPECT_EQ(c.summary, checked.summary);
+    EXPECT_TRUE(checked.unknown.empty()) << c.generation;
+    EXPECT_NE(std::string::npos,
+              lines_of(checked, "module-hash").find(c.hashes))
+        << lines_of(checked, "module-hash");
+    EXPECT_EQ(std::string::npos,
+              lines_of(checked, "package").find("not checked"));
+  }
+}
+
+// What is planted in a file: bytes at a place, or another length.
+struct Fault {
+  const char* generation;
+  const char* file;  // "bin" for firmware.bin and so on
+  std::size_t offset;
+  std::string bytes;
+  const char* failed;
+};
+
+// Places of the tables, from the module entries on.
+constexpr std::size_t kBaseEntry = 0;
+constexpr std::size_t kInEntry = kEntry;
+constexpr std::size_t kAddonEntry = 2 * kEntry;
+constexpr std::size_t kSymbols = 3 * kEntry;
+
+TEST(Check, FaultsAreFoundByTheirChecks) {
+  const Fault faults[] = {
+      // In the entries: the offset counts from the first one.
+      {"1.8", "entry", kBaseEntry, "x", "structure image-digest "},
+      {"1.8", "entry", kBaseEntry + 32, "x", "module-hash image-digest "},
+      {"3.0", "entry", kBaseEntry + 32, "x", ""},  // no hashes there
+      {"1.5", "entry", kInEntry + 32, "x", "module-hash "},
+      {"1.5", "entry", kAddonEntry + 60, "x", "module-hash "},
+      {"1.5", "entry", kInEntry + 12, std::string(16, '\0'),
+       "uuids extended-manifest "},
+      {"1.8", "entry", kInEntry + 12, std::string(16, 'B'),
+       "uuids image-digest extended-manifest "},
+      {"3.0", "entry", kAddonEntry + 12, std::string(16, 'C'),
+       "extended-manifest package "},
+      {"1.5", "entry", kBaseEntry + 84, "\x01", "pages "},
+      {"3.0", "entry", kBaseEntry + 108, "\x01", "pages "},
+      {"1.8", "entry", kAddonEntry + 88, "\x01",
+       "structure pages module-hash image-digest "},
+      {"1.5", "entry", kInEntry + 84, "\x01", ""},  // where it is built in
+      {"1.5", "entry", kBaseEntry + 101, "\x20", "segments-apart "},
+      {"1.8", "entry", kAddonEntry + 89, "\xA0",
+       "structure segments-apart image-digest "},
+      {"1.8", "entry", kAddonEntry + 82, "\x02",
+       "structure module-hash image-digest "},
+      {"3.0", "entry", kAddonEntry + 82, "\x02", "length "},
+      {"1.8", "entry", kBaseEntry + 4, "bass", "image-digest package "},
+      {"1.8", "entry", kBaseEntry + 28, "\x81", "image-digest package "},
+      // The symbol: its address, its name, its segment.
+      {"1.5", "entry", kSymbols + 12, std::string("\x00\x20\x00\x10", 4),
+       "symbol-names "},
+      {"1.5", "entry", kSymbols + 12, std::string("\xff\x1f\x00\x10", 4), ""},
+      {"1.5", "entry", kSymbols + 20, std::string("\0", 1),
+       "structure symbol-names "},
+      {"1.5", "entry", kSymbols + 6, "\x01", "symbol-names "},
+      {"1.5", "entry", kSymbols, "\x02", "structure length symbol-names "},
+      // The header ahead of the entries, and the manifest's own.
+      {"1.8", "entry", std::size_t{0} - 28, "\x01", "image-digest package "},
+      {"1.5", "entry", std::size_t{0} - 32, "\x11", "package "},
+      {"1.5", "man", 4, "\xA0", "structure signed-part "},
+      {"1.5", "man", 25, "\x01", "structure length signed-part "},
+      {"1.5", "man", 20, "\x28", "package "},
+      {"1.5", "man", 50, "\x01", "structure "},
+      {"1.8", "man", 40, "x", "image-digest "},
+      {"2.5", "man", 87, "x", "image-digest "},
+      {"1.8", "man", 76, "\x41", "image-length "},
+      {"1.8", "man", 80, "\x41", "structure "},
+      {"1.8", "ext", 20, "C", "extended-manifest "},
+      {"1.8", "ext", 96 + 32, "\x02", "structure "},
+      // Contents, first and last byte of each.
+      {"1.5", "bin", 0, "x", "module-hash "},
+      {"1.5", "bin", 12287, "x", "module-hash "},
+      {"1.5", "addon", 4095, "x", "module-hash "},
+      {"1.8", "bin", 24640, "x", "module-hash image-digest "},
+      {"1.8", "bin", 41023, "x", "module-hash image-digest "},
+      {"1.8", "bin", 30, "x", "structure image-digest "},
+      {"1.8", "bin", 24639, "x", "structure image-digest "},
+      // The package descriptor: a digit of each line.
+      {"1.5", "pkg", 54, "9", "package "},      // ver
+      {"1.5", "pkg", 66, "1", "package "},      // bld
+      {"1.5", "pkg", 79, "5", "package "},      // mft
+      {"1.5", "pkg", 87, "2", "package "},      // flg
+      {"1.5", "pkg", 97, "e", "package "},      // sku
+      {"1.5", "pkg", 106, "bass", "package "},  // cfg
+      {"1.5", "pkg", 111, "  ", "package "},    // one fewer
+      {"1.5", "pkg", 127, "x", "package "},     // main file, by name
+      {"1.8", "pkg", 121, "x", "package "},     //
+      {"1.5", "pkg", 222, "2", "package "},     // ver.
+  };
+  for (const Fault& fault : faults) {
+    ImageSample image = image_sample(fault.generation);
+    const std::string file = fault.file;
+    const bool is_entry = file == "entry";
+    const bool in_manifest = is_entry && fault.generation == std::string("1.5");
+    std::string& bytes =
+        image.at(file == "addon" ? kAddonFile
+                 : file == "ext" ? "firmware.man.ext"
+                                 : "firmware." + (in_manifest ? "man"
+                                                  : is_entry  ? "bin"
+                                                              : file));
+    const std::size_t offset =
+        fault.offset + (is_entry ? entries_offset(fault.generation) : 0);
+    bytes.replace(offset, fault.bytes.size(), fault.bytes);
+    EXPECT_EQ(fault.failed, failed(check(image)))
+        << fault.generation << ' ' << file << ' ' << offset;
+  }
+}
+
+TEST(Check, LengthsOfFiles) {
+  const struct {
+    const char* generation;
+    const char* file;
+    int more;
+    const char* failed;
+  } cases[] = {
+      {"1.5", "firmware.man", 1, "structure length "},
+      {"1.5", "firmware.man", -1, "structure length "},
+      {"1.5", "firmware.bin", 1, "length "},
+      {"1.5", "firmware.bin", -1, "length module-hash "},
+      {"1.5", kAddonFile, 4096, "length "},
+      {"1.5", kAddonFile, -4096, "length module-hash "},
+      {"1.8", "firmware.bin", 4096,
+       "structure length image-digest image-length "},
+      {"1.8", "firmware.bin", -1,
+       "structure length module-hash image-digest image-length "},
+      {"2.5", "firmware.man", 1, "structure length "},
+      {"1.8", "firmware.man.ext", 1, "structure length "},
+      {"1.8", "firmware.man.ext", -40, "structure length extended-manifest "},
+      {"3.0", "firmware.bin", -4096, "length "},
+      {"3.0", "firmware.bin", 1, "pages "},
+      {"3.0", "firmware.bin", -16384, "length "},
+  };
+  for (const auto& c : cases) {
+    ImageSample image = image_sample(c.generation);
+    std::string& bytes = image.at(c.file);
+    bytes.resize(bytes.size() + static_cast<std::size_t>(c.more));
+    EXPECT_EQ(c.failed, failed(check(image)))
+        << c.generation << ' ' << c.file << ' ' << c.more;
+  }
+}
+
+// Not checked is what lacks, with the cure, and none of it fails.
+TEST(Check, FilesAloneAndTogether) {
+  const auto part = [](const char* generation,
+                       const std::vector<std::string>& names) {
+    ImageSample image = image_sample(generation);
+    std::erase_if(image, [&](const auto& file) {
+      return std::ranges::count(names, file.first) == 0;
+    });
+    return check(image);
+  };
+  const Checked manifest = part("1.5", {"firmware.man"});
+  EXPECT_EQ("", failed(manifest));
+  EXPECT_NE(std::string::npos,
+            lines_of(manifest, "module-hash")
+                .find("base: its contents are not at hand: give the binary, "
+                      "NAME.bin\n"));
+  EXPECT_EQ(
+      "not checked : give the extended manifest, and the binary or the "
+      "manifest of 1.5\n",
+      lines_of(manifest, "extended-manifest"));
+  EXPECT_EQ("", part("1.8", {"firmware.man"}).summary);
+  const Checked bare = part("1.5", {"firmware.bin"});
+  EXPECT_EQ(std::vector<std::size_t>{0}, bare.unknown);
+  const Checked package = part("1.8", {"firmware.bin", "firmware.pkg"});
+  EXPECT_EQ("", failed(package));
+  EXPECT_EQ((std::vector<std::string>{"firmware.bin", kAddonFile}),
+            package.listed);
+  const Checked alone = part("1.8", {"firmware.pkg"});
+  EXPECT_EQ(
+      "not checked firmware.pkg: none of its files is at hand: give "
+      "them, or keep them beside the descriptor\n",
+      lines_of(alone, "package"));
+
+  // A joined package stands for the files.
+  ImageSample joined = image_sample("1.5");
+  joined["joined"] = joined["firmware.bin"] + joined[kAddonFile];
+  joined.erase("firmware.bin");
+  joined.erase(kAddonFile);
+  EXPECT_EQ("", failed(check(joined)));
+  EXPECT_EQ("ok joined: 2 modules, 16384 bytes\n",
+            lines_of(check(joined), "module-hash"));
+  joined["joined"][12288] = 'x';
+  EXPECT_EQ("module-hash ", failed(check(joined)));
+
+  // The main binary is found by its length when no descriptor names it.
+  ImageSample renamed = image_sample("1.5");
+  renamed["other"] = renamed["firmware.bin"];
+  renamed.erase("firmware.bin");
+  renamed.erase("firmware.pkg");
+  EXPECT_NE(std::string::npos,
+            lines_of(check(renamed), "module-hash").find("ok other: 1 module"));
+}
+
+// The sample key of the tests, which isn't that of the sample.
+class CheckSignature : public testing::Test {
+ protected:
+  static std::string signed_manifest(bool debug) {
+    const CapturedLog quiet;
+    const std::string man = image_sample("1.5").at("firmware.man");
+    const auto manifest = read_kelp15_manifest(
+        {reinterpret_cast<const std::uint8_t*>(man.data()), man.size()});
+    if (debug) manifest->set_debug();
+    sign_manifest(*manifest, *key_of_text(sample_pair_file()));
+    std::ostringstream out;
+    manifest->write_raw(out);
+    return out.str();
+  }
+  static PublicKeyHash key_hash() {
+    return digest_public_key(*key_of_text(sample_public_file()));
+  }
+};
+
+TEST_F(CheckSignature, TrustAndRelease) {
+  PublicKeyHash other = key_hash();
+  other[31] ^= 1;
+  const struct {
+    std::vector<PublicKeyHash> trusted;
+    bool release;
+    bool debug;
+    const char* failed;
+  } cases[] = {
+      {{}, false, true, ""},
+      {{}, true, false, ""},
+      {{}, true, true, "debug-signature "},
+      {{key_hash()}, false, true, ""},
+      {{other, key_hash()}, true, false, ""},
+      {{other}, false, false, "key-trusted "},
+  };
+  for (const auto& c : cases) {
+    CheckOptions options;
+    options.trusted = c.trusted;
+    options.release = c.release;
+    const Checked checked =
+        check({{"firmware.man", signed_manifest(c.debug)}}, options);
+    EXPECT_EQ(c.failed, failed(checked));
+    EXPECT_EQ(std::string("firmware 1.2.3.4  generation 1.5  12288 bytes  "
+                          "signed ") +
+                  (c.debug ? "debug" : "release") + " 637b4105\u2026",
+              checked.summary);
+  }
+  // Nothing is signed.
+  CheckOptions demand;
+  demand.trusted = {key_hash()};
+  EXPECT_EQ("key-trusted ", failed(check(image_sample("1.5"), demand)));
+  EXPECT_EQ("key-trusted ", failed(check(image_sample("1.8"), demand)));
+  demand.trusted.clear();
+  demand.release = true;
+  EXPECT_EQ("signature ", failed(check(image_sample("1.5"), demand)));
+  EXPECT_EQ("", failed(check(image_sample("1.8"), demand)));
+}
+
+TEST_F(CheckSignature, WhatTheSignatureCovers) {
+  const struct {
+    std::size_t offset;
+    std::string bytes;
+    const char* failed;
+  } cases[] = {
+      {21, "\x28", "structure signature key-trusted "},  // no date any more
+      {20, "\x28", "signature key-trusted "},
+      {128, "x", "signature key-trusted "},     // modulus
+      {384, "\x03", "signature key-trusted "},  // exponent
+      {500, "x", "signature key-trusted "},     // signature
+      {700, "x", "signature key-trusted "},
+      {4095, "x", "structure signature key-trusted "},
+      // The exponent that verifies what anyone writes.
+      {384, std::string("\1\0\0\0", 4), "signature key-trusted "},
+      {4, "\xA0", "structure signed-part signature key-trusted "},
+  };
+  CheckOptions options;
+  options.trusted = {key_hash()};
+  for (const auto& c : cases) {
+    std::string bytes = signed_manifest(false);
+    bytes.replace(c.offset, c.bytes.size(), c.bytes);
+    EXPECT_EQ(c.failed, failed(check({{"m", bytes}}, options))) << c.offset;
+  }
+  EXPECT_NE(std::string::npos,
+            lines_of(check({{"m", signed_manifest(false)}}), "key-trusted")
+                .find("not checked m: tell whom you trust: --trust 637b4105"));
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
