@@ -2,22 +2,11 @@
 # check_test.sh BUILDER TOVA_FW
 # `tova_fw check` on the sample firmware: whole it passes, and each fault that
 # is planted is seen by the checks that it belongs to, and by no others.
-set -euo pipefail
-
-builder=$(realpath "$1")
-tool=$(realpath "$2")
-root=$(realpath "$(dirname "$0")/../..")
-keys=$root/examples/audio_firmware/keys
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# shellcheck source=tests/end_to_end/companion_run.sh
+source "$(dirname "$0")/companion_run.sh"
 "$root/scripts/run-sample.sh" "$builder" "$work/made" >/dev/null
 "$keys/make-test-key.sh" "$work/own"
 cd "$work"
-
-die() {
-  echo "FAILED: $1" >&2
-  exit 1
-}
 
 check() {  # check STATUS FAILED_IDS ARGUMENT...
   local status=0 failed

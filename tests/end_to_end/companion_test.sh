@@ -1,21 +1,10 @@
 #!/usr/bin/env bash
 # companion_test.sh BUILDER TOVA_FW
 # The companion on the sample firmware: what it prints, where, and its status.
-set -euo pipefail
-
-builder=$(realpath "$1")
-tool=$(realpath "$2")
-root=$(realpath "$(dirname "$0")/../..")
-keys=$root/examples/audio_firmware/keys
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# shellcheck source=tests/end_to_end/companion_run.sh
+source "$(dirname "$0")/companion_run.sh"
 "$root/scripts/run-sample.sh" "$builder" "$work/made" >/dev/null
 cd "$work/made"
-
-die() {
-  echo "FAILED: $1" >&2
-  exit 1
-}
 
 run() {  # run STATUS ARGUMENT...: leaves the outputs in the files out and err
   local status=0

@@ -3,14 +3,9 @@
 # What tova_fw diff tells of planted differences: in the bytes of images, in
 # the linker's output that they are made from, in dates, keys and folders.
 # Each case lists by hand all that must be told, and which of it is an echo.
-set -euo pipefail
-
-builder=$(realpath "$1")
-companion=$(realpath "$2")
-root=$(realpath "$(dirname "$0")/../..")
+# shellcheck source=tests/end_to_end/companion_run.sh
+source "$(dirname "$0")/companion_run.sh"
 sample=$root/examples/audio_firmware
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 
 # build FOLDER LINKED GENERATION ELF...: the sample from that linker output.
 build() {
@@ -21,7 +16,7 @@ build() {
   done >"$work/list.elfs"
   cp "$work/list.elfs" "$work/$1/firmware.elfs"
   "$builder" build 10 ff 3 1 4 0 27 2048 "$sample/definitions/gen_$3.def" \
-    "$sample/src/audio_config.h" "$sample/keys/trusted-keys.list" \
+    "$sample/src/audio_config.h" "$keys/trusted-keys.list" \
     "$work/$1/" firmware.elfs firmware.man firmware >"$work/log"
   rm "$work/$1/firmware.elfs"
   # As if both had been built in one place.
@@ -46,5 +41,5 @@ sed -i -e '/\.text\.mixer/s/000000e8/000010bc/' \
   -e '/\.rodata\.mixer/s/10009000/1000a000/g' "$work/linked/mixer.sections"
 build grown "$work/linked" 1.8 "${elfs[@]}"
 
-WORK=$work COMPANION=$companion BUILDER=$builder ROOT=$root \
+WORK=$work COMPANION=$tool BUILDER=$builder ROOT=$root \
   python3 "$root/tests/end_to_end/diff_cases.py"

@@ -2,22 +2,12 @@
 # outside_signing_test.sh BUILDER COMPANION
 # Keys and signatures that openssl makes, taken by tova_fw and compared with
 # what tova_fw_builder makes of them; and what is refused.
-set -euo pipefail
-
-builder=$(realpath "$1")
-tova_fw=$(realpath "$2")
-root=$(realpath "$(dirname "$0")/../..")
-keys=$root/examples/audio_firmware/keys
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# shellcheck source=tests/end_to_end/companion_run.sh
+source "$(dirname "$0")/companion_run.sh"
 trap 'echo "FAILED in line $LINENO" >&2' ERR
 cd "$work"
 umask 022
 
-die() {
-  echo "FAILED: $1" >&2
-  exit 1
-}
 bytes() {  # bytes HEX: as raw bytes
   # shellcheck disable=SC2001,SC2059
   printf "$(sed 's/../\\x&/g' <<<"$1")"
@@ -32,7 +22,7 @@ refused() {
   local reason=$1 status=0
   shift
   echo old >out
-  setsid -w "$tova_fw" "$@" -o out </dev/null >log 2>&1 || status=$?
+  setsid -w "$tool" "$@" -o out </dev/null >log 2>&1 || status=$?
   [[ $status == 2 && $(wc -l <log) == 1 && $(<log) == "tova_fw: "*"$reason"* ]] ||
     die "$*: status $status, $(<log)"
   [[ $(<out) == old && $(echo out.*) == 'out.*' ]] || die "$*: has written"
@@ -64,35 +54,35 @@ from=(-in key.pem -passout "file:passphrase")
 openssl pkcs8 -topk8 "${from[@]}" -out locked8.pem
 openssl pkcs8 -topk8 "${from[@]}" -outform DER -out locked8.der
 openssl rsa -traditional -aes128 "${from[@]}" -out locked1.pem 2>/dev/null
-"$tova_fw" key import key.pem -o key.key
-"$tova_fw" key import public.pem --public -o public.key
+"$tool" key import key.pem -o key.key
+"$tool" key import public.pem --public -o public.key
 for form in key1.pem key1.der key8.der locked8.pem locked8.der locked1.pem; do
-  "$tova_fw" key import "$form" --passphrase-file passphrase -o again.key
+  "$tool" key import "$form" --passphrase-file passphrase -o again.key
   cmp key.key again.key
 done
 for form in public.der public1.pem key.pem key.key; do
-  "$tova_fw" key import "$form" --public -o again.key
+  "$tool" key import "$form" --public -o again.key
   cmp public.key again.key
 done
 # The script of the sample makes key files from openssl's numbers by itself.
-"$tova_fw" key export "$keys/test-key-pair.key" -o sample.pem
-"$tova_fw" key import sample.pem -o sample.key
+"$tool" key export "$keys/test-key-pair.key" -o sample.pem
+"$tool" key import sample.pem -o sample.key
 cmp sample.key "$keys/test-key-pair.key"
 openssl pkey -in sample.pem -check -noout >/dev/null
-"$tova_fw" key export "$keys/test-key-pair.key" --public -o sample.public
+"$tool" key export "$keys/test-key-pair.key" --public -o sample.public
 cmp sample.public "$keys/test-key-public.pem"
 [[ $(mode key.key) == 600 && $(mode sample.pem) == 600 ]] || die 'private modes'
 [[ $(mode public.key) == 644 ]] || die 'public mode'
 # An exponent of one byte has a form of its own.
 openssl genrsa -3 -out three.pem 2048 2>/dev/null
-"$tova_fw" key import three.pem -o three.key
+"$tool" key import three.pem -o three.key
 [[ $(stat -c %s three.key) == 1581 ]] || die 'length with one byte'
-"$tova_fw" key export three.key -o back.pem
+"$tool" key export three.key -o back.pem
 cmp back.pem <(openssl pkey -in three.pem)
 
 # What show says, and the halves of different keys.
 hash=$(hash_of pair key.key)
-"$tova_fw" key show --json key.key locked1.pem public.der three.pem \
+"$tool" key show --json key.key locked1.pem public.der three.pem \
   --passphrase-file passphrase >shown.json
 [[ $(jq -c '.files[] | [.format, .bits, .exponent, .halves_match, .sample_key]' \
   shown.json | paste -s -d ' ') == \
@@ -108,16 +98,16 @@ hash=$(hash_of pair key.key)
   tail -c +320 key.key
 } >mixed.key
 if python3 -c 'import jsonschema' 2>/dev/null; then
-  "$tova_fw" key show --json mixed.key "$keys/test-key-pair.key" >more.json ||
+  "$tool" key show --json mixed.key "$keys/test-key-pair.key" >more.json ||
     [[ $? == 1 ]]
   python3 -c 'import json, sys, jsonschema
 schema, *shown = [json.load(open(name)) for name in sys.argv[1:]]
 for document in shown: jsonschema.validate(document, schema)' \
     "$root/docs/schema/key-show.json" shown.json more.json
 fi
-"$tova_fw" key show "$keys/test-key-public.pem" | grep -q 'Never trust it'
+"$tool" key show "$keys/test-key-public.pem" | grep -q 'Never trust it'
 status=0
-"$tova_fw" key show mixed.key >log || status=$?
+"$tool" key show mixed.key >log || status=$?
 [[ $status == 1 ]] && grep -q "DON'T belong together" log
 
 # Keys that are refused. In the damaged ones the public exponent, d or the
@@ -179,19 +169,19 @@ TABLE
 digest=$({ head -c 128 "$manifest"; tail -c +645 "$manifest" | head -c 3452; } |
   tee message | sha256sum | cut -d ' ' -f 1)
 info=3031300d060960864801650304020105000420$digest  # RFC 8017, 9.2
-cmp message <("$tova_fw" to-sign "$manifest" --release)
-[[ $("$tova_fw" to-sign "$manifest" --release --as digest --hex) == "$digest" ]]
+cmp message <("$tool" to-sign "$manifest" --release)
+[[ $("$tool" to-sign "$manifest" --release --as digest --hex) == "$digest" ]]
 cmp <(bytes "$info") \
-  <("$tova_fw" to-sign "$manifest" --release --as digest-info --base64 | base64 -d)
+  <("$tool" to-sign "$manifest" --release --as digest-info --base64 | base64 -d)
 for kind in debug release; do
   "$builder" sign "$kind" key.key "$manifest" expected >/dev/null
-  "$tova_fw" to-sign "$manifest" --$kind -o message
+  "$tool" to-sign "$manifest" --$kind -o message
   openssl dgst -sha256 -sign key.pem -out signature message
   od -An -v -tx1 signature >signature.hex
   base64 signature >signature.base64
   for form in '' .hex .base64; do
     rm -f out
-    "$tova_fw" attach "$manifest" --$kind --key public.pem \
+    "$tool" attach "$manifest" --$kind --key public.pem \
       --signature "signature$form" -o out
     cmp expected out
   done
@@ -244,6 +234,6 @@ done
 head -c 643 "$manifest" >changed.man
 refused 'too short' to-sign changed.man --debug
 status=0
-"$tova_fw" to-sign "$manifest" 2>log || status=$?
+"$tool" to-sign "$manifest" 2>log || status=$?
 [[ $status == 2 ]] && grep -q -- '--debug,--release' log
 echo "Signatures from outside are as the builder's own"
