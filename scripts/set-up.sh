@@ -72,6 +72,9 @@ for work in "$@"; do
       need softhsm2 has_command softhsm2-util
       need opensc has_command pkcs11-tool
       need python3-jsonschema python3 -c 'import jsonschema'
+      need chromium has_command chromium
+      need chromium-driver has_command chromedriver
+      need python3-selenium /usr/bin/python3 -c 'import selenium'
       ;;
     coverage)
       need clang has_command clang++

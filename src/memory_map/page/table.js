@@ -11,9 +11,11 @@ function addTable(section, {columns, rows, all = rows.length, sorted = null,
     section.append(make('p', {}, empty));
     return;
   }
-  const keys = rows.map((row) => columns.map((column) => column.value(row)));
+  const keyOf = (column, row) => column.kind === 'name' ?
+      printable(column.value(row) ?? '') : column.value(row);
+  const keys = rows.map((row) => columns.map((column) => keyOf(column, row)));
   const words = keys.map((key) => columns.map((column, i) =>
-      column.kind === 'hex' ? hex(key[i]) : String(key[i] ?? ''))
+      column.kind === 'hex' ? hex(key[i]) : String(key[i]))
       .join('\n').toLowerCase());
   let order = [...rows.keys()];
   let first = 0;
@@ -41,7 +43,7 @@ function addTable(section, {columns, rows, all = rows.length, sorted = null,
 
   function cell(column, row, key, isFirst) {
     const shown = column.show ? column.show(row) :
-        column.kind === 'name' ? printable(key ?? '') :
+        column.kind === 'name' ? key :
         column.kind === 'hex' ? hex(key) :
         column.kind === 'change' ? signed(key) : number(key);
     const element = isFirst ? make('th', {scope: 'row'}, shown) :
@@ -73,8 +75,8 @@ function addTable(section, {columns, rows, all = rows.length, sorted = null,
       const [column, direction] = sorted;
       const sign = direction === 'ascending' ? 1 : -1;
       order.sort((a, b) => {
-        const x = keys[a][column] ?? '';
-        const y = keys[b][column] ?? '';
+        const x = keys[a][column];
+        const y = keys[b][column];
         return x < y ? -sign : x > y ? sign : a - b;
       });
     }
