@@ -19,7 +19,7 @@ function room(bytes) {
   let value = bytes;
   for (; value >= 1024 && unit < 3; ++unit) value /= 1024;
   const digits = unit === 0 || Number.isInteger(value) ? 0 : 1;
-  const shown = Math.floor(value * 10) / 10;  // 1023.98 KiB aren't 1024.0
+  const shown = Math.min(value, 1023.9);  // 1023.98 KiB aren't 1024.0
   return `${shown.toFixed(digits)} ${bytes === 1 ? 'byte' : units[unit]}`;
 }
 
