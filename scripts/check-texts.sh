@@ -15,7 +15,7 @@ trap 'rm -rf "$work"' EXIT
 
 # The companion's rooms: its manual page tells of its texts.
 companion=(':!src/companion' ':!src/inspect' ':!src/memory_map'
-  ':!src/outside_keys')
+  ':!src/outside_keys' ':!src/elf_tables' ':!src/address_lookup')
 
 # Literals, one a line, adjacent ones joined, line ends and surrounding blanks
 # cut off. literals errors: those of functions that throw or warn. literals
