@@ -92,6 +92,19 @@ tova_fw map --definition rom/rom.def --elf-list rom/rom.elfs \
   --json map/no-classes.json
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/map.json" map/*.json
 
+mkdir where
+where() {  # where OUTPUT ARGUMENT...: whatever the answer is
+  tova_fw where --json "${@:2}" 10001010 0x20003000 10003fff 7 >"where/$1" ||
+    [[ $? == 1 ]]
+}
+for generation in 1.5 1.8 3.0; do
+  where "$generation.json" "made/gen-$generation"
+  where "elfs-$generation.json" "made/gen-$generation" \
+    --elf-list "made/gen-$generation/firmware.elfs"
+done
+where elfs.json --elf-list made/gen-1.5/firmware.elfs
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/where.json" where/*.json
+
 # What each shell offers behind a line: all of the words, in any order.
 expect() {  # expect SHELL LINE WORD...
   local offered

@@ -18,6 +18,7 @@
 #include "companion/show_command.h"
 #include "companion/tables_command.h"
 #include "companion/to_sign_command.h"
+#include "companion/where_command.h"
 #include "companion/wrong_usage.h"
 #include "driver/ground/log.h"
 
@@ -28,9 +29,10 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
-    add_show_command,    add_diff_command,   add_check_command,
-    add_map_command,     add_tables_command, add_key_command,
-    add_to_sign_command, add_attach_command, add_completion_command,
+    add_show_command,       add_diff_command,    add_check_command,
+    add_map_command,        add_tables_command,  add_where_command,
+    add_key_command,        add_to_sign_command, add_attach_command,
+    add_completion_command,
 };
 
 Status run(CLI::App& program, int argc, char** argv, const Status& status) {

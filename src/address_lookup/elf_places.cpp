@@ -1,0 +1,80 @@
+#include "address_lookup/elf_places.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <tuple>
+
+#include "companion/ground/naming.h"
+#include "driver/ground/files.h"
+#include "input_map/section_table.h"
+#include "input_map/symbol_list.h"
+
+namespace tova_fw_builder {
+namespace {
+
+// Absolute, common, debugging and undefined symbols lie in no section.
+bool is_placed(char type) { return std::strchr("aACcNnUwv", type) == nullptr; }
+
+bool is_capital(char type) { return type >= 'A' && type <= 'Z'; }
+
+bool comes_before(const ElfSymbol& a, const ElfSymbol& b) {
+  return std::tie(a.address, a.is_global, b.name) <
+         std::tie(b.address, b.is_global, a.name);
+}
+
+std::string found_path(const std::string& path, const std::string& list) {
+  if (try_open_input(path)->is_open()) return path;
+  const auto beside = std::filesystem::path(list).parent_path() / path;
+  return try_open_input(beside.string())->is_open() ? beside.string() : path;
+}
+
+}  // namespace
+
+ElfPlaces::ElfPlaces(const std::string& list) {
+  for (ElfListEntry elf : read_elf_list(list)) {
+    elf.memmap = found_path(elf.memmap, list);
+    elf.nm = found_path(elf.nm, list);
+    naming(elf.memmap, [&] { read_sections(elf); });
+    read_symbols(elf);
+  }
+}
+
+void ElfPlaces::read_sections(const ElfListEntry& elf) {
+  FwImageMap one;
+  read_section_table(one, *open_input(elf.memmap), nullptr);
+  for (const auto& [name, header] : one.sections) {
+    if (!header->alloc || header->size == 0) continue;
+    const std::uint64_t begin = header->vma;
+    sections_.push_back({name,
+                         elf.elf,
+                         {begin, begin + header->size},
+                         static_cast<std::uint32_t>(symbols_.size())});
+  }
+}
+
+void ElfPlaces::read_symbols(const ElfListEntry& elf) {
+  std::vector<ElfSymbol>& symbols = symbols_.emplace_back();
+  for_each_symbol(
+      *open_input(elf.nm), [&](const FwImageMap::SymbolMap::Entry& entry) {
+        if (!is_placed(entry.type)) return;
+        const std::size_t length = entry.name.size();
+        char* const copy = static_cast<char*>(texts_->allocate(length, 1));
+        symbols.push_back({entry.address,
+                           is_capital(entry.type),
+                           {copy, entry.name.copy(copy, length)}});
+      });
+  std::ranges::sort(symbols, comes_before);
+}
+
+const ElfSymbol* ElfPlaces::symbol_at(const ElfSection& section,
+                                      std::uint32_t address) const {
+  const auto& symbols = symbols_[section.elf_number];
+  const auto behind =
+      std::ranges::upper_bound(symbols, address, {}, &ElfSymbol::address);
+  if (behind == symbols.begin()) return nullptr;
+  const ElfSymbol& last = *(behind - 1);
+  return last.address >= section.range.begin ? &last : nullptr;
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,192 @@
+// Files and addresses stand in one list. A word is a file if there is one of
+// that name, unless it begins with 0x.
+#include "companion/where_command.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "address_lookup/address_lookup.h"
+#include "address_lookup/address_words.h"
+#include "address_lookup/owner_forms.h"
+#include "companion/ground/json.h"
+#include "companion/ground/naming.h"
+#include "companion/ground/trouble.h"
+#include "inspect/check/check.h"
+
+namespace tova_fw_builder {
+namespace {
+
+struct Options {
+  std::vector<std::string> words;
+  std::string elf_list;
+  bool json = false;
+};
+
+// What is asked for; nothing stands for the standard input.
+using Question = std::optional<std::uint32_t>;
+
+struct Words {
+  std::vector<std::string> files;
+  std::vector<Question> questions;
+};
+
+Words sort_words(const std::vector<std::string>& all) {
+  Words words;
+  for (const std::string& word : all) {
+    std::error_code error;
+    const auto address = parse_address(word);
+    const bool is_prefixed = word.starts_with("0x") || word.starts_with("0X");
+    if (word == "-") {
+      words.questions.emplace_back();
+    } else if (address && is_prefixed) {
+      words.questions.emplace_back(address);
+    } else if (std::filesystem::exists(word, error)) {
+      words.files.push_back(word);
+    } else if (address) {
+      words.questions.emplace_back(address);
+    } else {
+      throw std::runtime_error(
+          word + ": there is no such file, and no address of 32 bits is it");
+    }
+  }
+  if (words.questions.empty()) {
+    throw std::runtime_error(
+        "no address was given; - reads them from the standard input");
+  }
+  return words;
+}
+
+// The files that can be read; a folder stands for those in it.
+std::vector<CheckedFile> open_files(const std::vector<std::string>& paths,
+                                    Status& status) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> all;
+  for (const std::string& path : paths) {
+    std::error_code error;
+    if (!fs::is_directory(path, error)) {
+      all.push_back(path);
+      continue;
+    }
+    const auto first = static_cast<std::ptrdiff_t>(all.size());
+    for (const auto& entry : fs::directory_iterator(path, error)) {
+      if (entry.is_regular_file(error)) all.push_back(entry.path().string());
+    }
+    std::sort(all.begin() + first, all.end());
+  }
+  std::vector<CheckedFile> files;
+  for (const std::string& path : all) {
+    try {
+      files.push_back(checked_file(path, ByteSource::open(path)));
+    } catch (const std::exception& error) {
+      report_trouble(path, error.what());
+      status = Status::kTrouble;
+    }
+  }
+  return files;
+}
+
+AddressLookup make_lookup(const Words& words, const Options& options,
+                          Status& status) {
+  const auto files = open_files(words.files, status);
+  ElfPlaces elfs;
+  if (!options.elf_list.empty()) {
+    elfs =
+        naming(options.elf_list, [&] { return ElfPlaces(options.elf_list); });
+  }
+  AddressLookup lookup(image_segments(files), std::move(elfs));
+  if (!lookup.knows_files() && !lookup.knows_elfs()) {
+    throw std::runtime_error(
+        words.files.empty()
+            ? "name a manifest of 1.5 or a binary, or an --elf-list"
+            : "no file has a table of modules, as manifests of 1.5 and "
+              "binaries of 1.8 and later have");
+  }
+  return lookup;
+}
+
+void ask(const std::vector<Question>& questions,
+         const std::function<void(std::uint32_t)>& answer) {
+  for (const Question& question : questions) {
+    if (question) {
+      answer(*question);
+      continue;
+    }
+    bool has_any = false;
+    find_addresses(std::cin, [&](std::uint32_t address) {
+      has_any = true;
+      answer(address);
+    });
+    if (!has_any) {
+      throw std::runtime_error("the standard input holds no address");
+    }
+  }
+}
+
+// An entry of the document's list, without its line end.
+std::string json_entry(const Json& json) {
+  std::string text;
+  for (const char c : "\n" + json_text(json)) {
+    text += c;
+    if (c == '\n') text += "    ";
+  }
+  return text.substr(0, text.find_last_not_of(" \n") + 1);
+}
+
+Status look_up(const Options& options) {
+  Status status = Status::kYes;
+  const Words words = sort_words(options.words);
+  const AddressLookup lookup = make_lookup(words, options, status);
+  const char* between = "";
+  if (options.json) std::cout << "{\n  \"schema\": 1,\n  \"addresses\": [";
+  ask(words.questions, [&](std::uint32_t address) {
+    const auto owners = lookup.owners_of(address);
+    if (owners.empty()) status = worse_of(status, Status::kNo);
+    if (options.json) {
+      std::cout << between << json_entry(owners_json(address, owners));
+      between = ",";
+    } else {
+      print_owners(std::cout, lookup, address, owners);
+    }
+  });
+  if (options.json) std::cout << "\n  ]\n}\n";
+  return status;
+}
+
+}  // namespace
+
+void add_where_command(CLI::App& program, Status& status) {
+  CLI::App* command = program.add_subcommand(
+      "where", "Tell what run addresses belong to, as for a crash log");
+  const auto options = std::make_shared<Options>();
+  command
+      ->add_option("FILE|ADDRESS", options->words,
+                   "Manifests of 1.5, binaries, files of contents, folders of "
+                   "them; and addresses, - for those in the standard input")
+      ->required()
+      ->type_name("");
+  command
+      ->add_option("--elf-list", options->elf_list,
+                   "The list of the ELFs: tells section and symbol, too")
+      ->type_name("FILE");
+  command->add_flag("--json", options->json, "Print one JSON document");
+  command->footer(
+      "Addresses are hexadecimal, with or without 0x. A word that names a file "
+      "is a\nfile, unless it begins with 0x. Of the standard input, words with "
+      "0x, words of\neight digits, and the only word of a line are taken.\n"
+      "Example: tova_fw where firmware.bin --elf-list firmware.elfs "
+      "0x9001004c\n"
+      "Example: tova_fw where out/ - <crash.log");
+  command->callback([options, &status] { status = look_up(*options); });
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,200 @@
+#include "address_lookup/address_lookup.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "address_lookup/address_words.h"
+#include "address_lookup/owner_forms.h"
+#include "support/temp_dir.h"
+
+namespace tova_fw_builder {
+namespace {
+
+using Numbers = std::vector<std::uint32_t>;
+
+TEST(RangeIndex, FindsAllThatHaveAnAddress) {
+  const RangeIndex index({{30, 40}, {0, 100}, {10, 20}, {10, 10}, {15, 35}});
+  EXPECT_EQ((Numbers{1}), index.at(0));
+  EXPECT_EQ((Numbers{1, 2}), index.at(10));
+  EXPECT_EQ((Numbers{1, 2, 4}), index.at(19));
+  EXPECT_EQ((Numbers{1, 4}), index.at(20));
+  EXPECT_EQ((Numbers{1, 4, 0}), index.at(34));
+  EXPECT_EQ((Numbers{1}), index.at(99));
+  EXPECT_EQ((Numbers{}), index.at(100));
+  EXPECT_EQ((Numbers{0}), RangeIndex({{0xFFFFFFF0, 0x100000000}}).at(~0u));
+}
+
+TEST(AddressWords, Numbers) {
+  const std::pair<const char*, std::int64_t> cases[] = {
+      {"0", 0},
+      {"0x1f", 0x1F},
+      {"0XffffFFFF", 0xFFFFFFFF},
+      {"c0de", 0xC0DE},
+      {"100000000", -1},
+      {"0000000012345678", 0x12345678},
+      {"", -1},
+      {"0x", -1},
+      {"12g", -1},
+      {"-1", -1},
+      {" 1", -1},
+      {"1 ", -1},
+      {"0x0x1", -1},
+      {"+1", -1},
+      {"ffffffff80000000", -1},
+      {"99999999999999999999999", -1},
+  };
+  for (const auto& [text, number] : cases) {
+    const auto address = parse_address(text);
+    EXPECT_EQ(number, address ? std::int64_t{*address} : -1) << text;
+  }
+}
+
+TEST(AddressWords, InLogs) {
+  const auto found = [](const std::string& log) {
+    std::istringstream in(log);
+    std::string text;
+    find_addresses(in, [&text](std::uint32_t address) {
+      std::ostringstream word;
+      word << std::hex << address << ' ';
+      text += word.str();
+    });
+    return text;
+  };
+  EXPECT_EQ(
+      "10008004 1f 10001010 ",
+      found("pc=0x10008004, a0: 0x1f lr [<10001010>] dead 0x 1234 r_10\n"));
+  EXPECT_EQ("add 4c ", found("  add\r\n[4c]\nadd it\n"));
+  EXPECT_EQ("deadbeef ", found("deadbeef 123456789 x12345678 0x1ffffffff"));
+  EXPECT_EQ("", found(""));
+  // Cut where the room for a line ends.
+  EXPECT_EQ("12345678 ", found(std::string(4096, ' ') + "12345678 x\n"));
+}
+
+// Two modules; built_in has a page of the first, over has the last page, too.
+std::vector<ImageSegment> segments() {
+  return {
+      {"base", "text", {0x1000, 0x4000}, false, "fw.bin", 0x200},
+      {"base", "bss", {0x8000, 0x9000}, false, "", 0},
+      {"built_in", "text", {0x2000, 0x3000}, true, "", 0},
+  };
+}
+
+// A list of one ELF in `dir`, as tova_fw tables writes it.
+ElfPlaces elf_places(const TempDir& dir) {
+  dir.write("fw.sections",
+            "Idx\n"
+            "0 .text 00001080 00001000 00001000 00000000 2**2\n"
+            "CONTENTS, ALLOC, LOAD\n"
+            "1 .text.in 00000100 00002080 00002080 00000000 2**2\n"
+            "CONTENTS, ALLOC, LOAD\n"
+            "2 .bss 00000010 00008000 00008000 00000000 2**2\nALLOC\n"
+            "3 .debug 00000010 00001000 00001000 00000000 2**2\nCONTENTS\n"
+            "4 .empty 00000000 00003000 00003000 00000000 2**2\nALLOC\n"
+            "5 .heap 00000100 0000a000 0000a000 00000000 2**2\nALLOC\n");
+  dir.write("fw.symbols",
+            "00001010 t local\n00001010 T zulu\n00001010 T alpha\n"
+            "00001050 t late\n00001060 A absolute\n00001070 n of_debug\n"
+            "00000fff T before\n0000a010 B heap_top\n");
+  return ElfPlaces(
+      dir.write("fw.elfs", dir.file("fw.elf") + "\nfw.sections\nfw.symbols\n"));
+}
+
+std::string text_of(const AddressLookup& lookup, std::uint32_t address) {
+  std::ostringstream out;
+  print_owners(out, lookup, address, lookup.owners_of(address));
+  return out.str();
+}
+
+TEST(AddressLookup, SegmentsAlone) {
+  const AddressLookup lookup(segments(), {});
+  EXPECT_EQ("0x00001004  base  text+0x4  fw.bin@0x204\n",
+            text_of(lookup, 0x1004));
+  EXPECT_EQ("0x00003fff  base  text+0x2fff  fw.bin@0x31ff\n",
+            text_of(lookup, 0x3FFF));
+  EXPECT_EQ("0x00004000  belongs to nothing\n", text_of(lookup, 0x4000));
+  EXPECT_EQ("0x00008010  base  bss+0x10  -\n", text_of(lookup, 0x8010));
+  // Its bytes stand where those of the carrier do.
+  EXPECT_EQ("0x00002004  built_in  text+0x4  fw.bin@0x1204\n",
+            text_of(lookup, 0x2004));
+}
+
+TEST(AddressLookup, SectionsAndSymbols) {
+  const TempDir dir;
+  const AddressLookup lookup(segments(), elf_places(dir));
+  const std::pair<std::uint32_t, const char*> cases[] = {
+      {0x1000, "base  .text+0x0  -  fw.bin@0x200"},
+      {0x100F, "base  .text+0xf  -  fw.bin@0x20f"},
+      {0x1010, "base  .text+0x10  alpha+0x0  fw.bin@0x210"},
+      {0x104F, "base  .text+0x4f  alpha+0x3f  fw.bin@0x24f"},
+      {0x1077, "base  .text+0x77  late+0x27  fw.bin@0x277"},
+      // Padding has a segment alone.
+      {0x3800, "base  text+0x2800  -  fw.bin@0x2a00"},
+      // The built-in module and the section in it.
+      {0x2090, "built_in  .text.in+0x10  -  fw.bin@0x1290"},
+      {0x8004, "base  .bss+0x4  -  -"},
+      {0xA018, "-  .heap+0x18  heap_top+0x8  -"},
+  };
+  for (const auto& [address, expected] : cases) {
+    EXPECT_EQ(expected,
+              text_of(lookup, address).substr(12, std::string(expected).size()))
+        << std::hex << address;
+    EXPECT_EQ(1u, lookup.owners_of(address).size());
+  }
+  EXPECT_EQ("0x0000a018  -  .heap+0x18  heap_top+0x8\n",
+            text_of(AddressLookup({}, elf_places(dir)), 0xA018));
+}
+
+TEST(AddressLookup, OverlaidModulesAreAllTold) {
+  const TempDir dir;
+  std::vector<ImageSegment> two = segments();
+  two[2] = {"other", "text", {0x1000, 0x3000}, false, "fw.bin", 0x8000};
+  EXPECT_EQ(
+      "0x00001004  base  text+0x4  fw.bin@0x204\n"
+      "0x00001004  other  text+0x4  fw.bin@0x8004\n",
+      text_of(AddressLookup(two, {}), 0x1004));
+  // One section in two segments is in either; which of two is in which isn't
+  // known.
+  const AddressLookup lookup(two, elf_places(dir));
+  EXPECT_EQ(
+      "0x00001004  base  .text+0x4  -  fw.bin@0x204\n"
+      "0x00001004  other  .text+0x4  -  fw.bin@0x8004\n",
+      text_of(lookup, 0x1004));
+  dir.write("fw.sections",
+            "Idx\n0 .a 00000100 00001000 0 0 2**2\nALLOC\n"
+            "1 .b 00000100 00001000 0 0 2**2\nALLOC\n");
+  EXPECT_EQ(
+      "0x00001004  -  .a+0x4  -  -\n"
+      "0x00001004  -  .b+0x4  -  -\n"
+      "0x00001004  base  text+0x4  -  fw.bin@0x204\n"
+      "0x00001004  other  text+0x4  -  fw.bin@0x8004\n",
+      text_of(AddressLookup(two, ElfPlaces(dir.file("fw.elfs"))), 0x1004));
+}
+
+TEST(AddressLookup, Json) {
+  const TempDir dir;
+  const AddressLookup lookup(segments(), elf_places(dir));
+  EXPECT_EQ(
+      R"({"address":4116,"owners":[{"module":"base","segment":"text",)"
+      R"("segment_offset":20,"section":".text","section_offset":20,"elf":")" +
+          dir.file("fw.elf") +
+          R"(","symbol":"alpha","symbol_offset":4,"file":"fw.bin",)"
+          R"("file_offset":532}]})",
+      owners_json(0x1014, lookup.owners_of(0x1014)).dump());
+  EXPECT_EQ(R"({"address":1,"owners":[]})",
+            owners_json(1, lookup.owners_of(1)).dump());
+}
+
+TEST(ElfPlaces, TroubleNamesTheTable) {
+  const TempDir dir;
+  dir.write("bad", "Idx\n0 .text 10 20\n");
+  const std::string list = dir.write("list", "elf\nbad\nnone\n");
+  EXPECT_EQ(dir.file("bad") + ": Not recognizeg alignment specified",
+            message_of([&] { ElfPlaces places(list); }));
+  dir.write("bad", "");
+  EXPECT_EQ("Failed to open file: none",
+            message_of([&] { ElfPlaces places(list); }));
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
