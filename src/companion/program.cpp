@@ -14,6 +14,7 @@
 #include "companion/ground/status.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_command.h"
+#include "companion/lint_command.h"
 #include "companion/map_command.h"
 #include "companion/show_command.h"
 #include "companion/tables_command.h"
@@ -29,10 +30,10 @@ using AddCommand = void (*)(CLI::App& program, Status& status);
 
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
-    add_show_command,       add_diff_command,    add_check_command,
-    add_map_command,        add_tables_command,  add_where_command,
-    add_key_command,        add_to_sign_command, add_attach_command,
-    add_completion_command,
+    add_show_command,   add_diff_command,       add_check_command,
+    add_map_command,    add_tables_command,     add_where_command,
+    add_lint_command,   add_key_command,        add_to_sign_command,
+    add_attach_command, add_completion_command,
 };
 
 Status run(CLI::App& program, int argc, char** argv, const Status& status) {

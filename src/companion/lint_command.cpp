@@ -1,0 +1,169 @@
+// Reading definitions moves the working directory, so each name of the command
+// line is made absolute first.
+#include "companion/lint_command.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "companion/colour_option.h"
+#include "companion/ground/json.h"
+#include "companion/ground/output_file.h"
+#include "companion/ground/trouble.h"
+#include "driver/ground/files.h"
+#include "lint/lint.h"
+#include "lint/report_json.h"
+#include "lint/report_text.h"
+#include "lint/rules.h"
+
+namespace tova_fw_builder {
+namespace {
+
+struct Options {
+  std::string definition;
+  std::string header;
+  std::string elf_list;
+  std::string key_list;
+  std::string default_dir = ".";
+  std::vector<std::string> disabled;
+  std::string sarif;
+  bool strict = false;
+  bool json = false;
+  bool list_rules = false;
+  ColourWhen colour = ColourWhen::kAuto;
+};
+
+std::string absolute(const std::string& path) {
+  return path.empty() ? path : std::filesystem::absolute(path).string();
+}
+
+BuildInputs build_inputs(const Options& options) {
+  BuildInputs inputs;
+  inputs.elf_list_path = absolute(options.elf_list);
+  inputs.key_list_path = absolute(options.key_list);
+  inputs.default_dir = absolute(options.default_dir);
+  // One that isn't here is searched in the default directory by its name.
+  inputs.image_def_path = try_open_input(options.definition)->is_open()
+                              ? absolute(options.definition)
+                              : options.definition;
+  if (!options.header.empty()) {
+    inputs.module_config_path = absolute(options.header);
+  }
+  return inputs;
+}
+
+Status list_rules() {
+  for (const Rule& rule : rules()) {
+    std::cout << rule.id << std::string(22 - rule.id.size(), ' ')
+              << (rule.level == Level::kError ? "error    " : "warning  ")
+              << rule.description << '\n';
+  }
+  return Status::kYes;
+}
+
+Status status_of(const LintReport& report, bool strict) {
+  for (const Finding& finding : report.findings) {
+    if (strict || finding.level == Level::kError) return Status::kNo;
+  }
+  return Status::kYes;
+}
+
+Status lint_definition(const Options& options) {
+  if (options.list_rules) return list_rules();
+  if (options.definition.empty()) {
+    throw CLI::RequiredError("DEFINITION");
+  }
+  for (const std::string& name : options.disabled) check_rule_name(name);
+  const std::string folder = current_directory();
+  const std::string sarif_path = absolute(options.sarif);
+  LintReport report;
+  try {
+    report = lint({build_inputs(options), options.disabled});
+  } catch (const std::exception& error) {
+    report_trouble(options.definition, error.what());
+    return Status::kTrouble;
+  }
+  Status status = status_of(report, options.strict);
+  if (!options.sarif.empty()) {
+    try {
+      write_output_file(
+          sarif_path, json_text(findings_sarif(report, folder, TOVA_VERSION)));
+    } catch (const std::exception& error) {
+      report_trouble(options.sarif, error.what());
+      status = Status::kTrouble;
+    }
+  }
+  if (options.json) {
+    std::cout << json_text(findings_json(report, folder));
+  } else {
+    const bool for_people = wants_colour(options.colour);
+    print_findings(std::cout, report, folder, for_people, colours(for_people));
+  }
+  for (const auto& [file, text] : report.troubles) {
+    report_trouble(file, text);
+    status = Status::kTrouble;
+  }
+  return status;
+}
+
+void add_inputs(CLI::App& command, Options& options) {
+  command.add_option("DEFINITION", options.definition, "The image definition")
+      ->type_name("");
+  command
+      .add_option("--header", options.header,
+                  "The header of constants; without it each one is taken as "
+                  "given")
+      ->type_name("FILE");
+  command
+      .add_option("--elf-list", options.elf_list,
+                  "The list of ELFs, for the rules about sections, addresses "
+                  "and symbols")
+      ->type_name("FILE");
+  command
+      .add_option("--key-list", options.key_list,
+                  "The list of trusted keys; without it their store is taken "
+                  "as given")
+      ->type_name("FILE");
+  command
+      .add_option("--default-dir", options.default_dir,
+                  "Where definitions are searched second; else here")
+      ->type_name("DIR");
+}
+
+}  // namespace
+
+void add_lint_command(CLI::App& program, Status& status) {
+  CLI::App* command = program.add_subcommand(
+      "lint", "Find what is wrong in an image definition");
+  const auto options = std::make_shared<Options>();
+  add_inputs(*command, *options);
+  command
+      ->add_option("--disable", options->disabled,
+                   "Leave out a rule; may be given more than once")
+      ->type_name("RULE")
+      ->expected(1)
+      ->take_all()
+      ->allow_extra_args(false);
+  command->add_flag("--strict", options->strict,
+                    "End with status 1 on a warning, too");
+  command->add_flag("--json", options->json, "Print one JSON document");
+  command
+      ->add_option("--sarif", options->sarif,
+                   "Write the findings as SARIF 2.1.0, too")
+      ->type_name("FILE");
+  command->add_flag("--list-rules", options->list_rules,
+                    "Print the rules with their levels and end");
+  add_colour_option(*command, options->colour);
+  command->footer(
+      "Example: tova_fw lint firmware.def\n"
+      "Example: tova_fw lint firmware.def --header config.h \\\n"
+      "           --elf-list firmware.elfs --strict --sarif lint.sarif\n"
+      "A line '# lint: allow RULE' above a statement silences the rule there.");
+  command->callback([options, &status] { status = lint_definition(*options); });
+}
+
+}  // namespace tova_fw_builder

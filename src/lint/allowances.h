@@ -1,0 +1,20 @@
+// lint/allowances.h
+#pragma once
+
+#include <vector>
+
+#include "definitions/source_map.h"
+#include "lint/definition.h"
+
+namespace tova_fw_builder {
+
+// The rules that comment lines "# lint: allow RULE..." right above a line
+// allow there, each as a word of its file. Blanks or commas part the rules.
+std::vector<LintWord> allowances_above(const SourceMap& source,
+                                       SourceMap::Place place);
+
+// Those of one line; none if it is no such comment.
+std::vector<LintWord> allowances_in(const SourceMap& source,
+                                    SourceMap::Place place);
+
+}  // namespace tova_fw_builder

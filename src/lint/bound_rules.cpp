@@ -1,0 +1,263 @@
+// Sections, exports and tables against what the linker produced.
+#include <algorithm>
+#include <unordered_set>
+
+#include "driver/ground/files.h"
+#include "image/records/binary_header.h"
+#include "image/records/css_part.h"
+#include "input_map/symbol_list.h"
+#include "lint/elf_file.h"
+#include "lint/nearest.h"
+#include "lint/rules.h"
+#include "lint/statement_forms.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// Comparing each missing name with each of a hundred thousand takes its time.
+constexpr std::size_t kMaxQuestions = 20;
+
+class SectionNames {
+ public:
+  explicit SectionNames(const FwImageMap& map) : map_(map) {}
+
+  std::string question(std::string_view name) {
+    if (++asked_ > kMaxQuestions) return "";
+    Nearest near(name);
+    for (const auto& [known, header] : map_.sections) near.offer(known);
+    return near.question();
+  }
+
+ private:
+  const FwImageMap& map_;
+  std::size_t asked_ = 0;
+};
+
+// An optional module may be absent as a whole.
+bool is_absent(const LinkedModule& module) {
+  if (module.is_required) return false;
+  for (const LinkedGroup& group : module.groups) {
+    for (const LinkedSection& section : group.sections) {
+      if (section.header && !section.is_optional) return false;
+    }
+  }
+  return true;
+}
+
+std::string size_text(const FwImageMap::SectionHeader& header) {
+  return count_text(header.size, "byte") + " at " + hex_text(header.vma);
+}
+
+void find_missing_ignored(const Linked& linked, SectionNames& names,
+                          Findings& out) {
+  for (const LintStatement& statement : linked.definition->statements) {
+    if (statement.key() != "ignore") continue;
+    const auto name = name_of(statement, BlockKind::kImage);
+    if (linked.image_map.sections.contains(std::string(name))) continue;
+    out.add(statement.words.back().spot,
+            "no section table has " + quoted(name) + names.question(name))
+        .level = Level::kWarning;
+  }
+}
+
+}  // namespace
+
+void find_missing_sections(const Linked& linked, Findings& out) {
+  SectionNames names(linked.image_map);
+  const auto check = [&](const LinkedSection& section) {
+    if (!section.header && !section.is_optional) {
+      out.add(section.spot, "no section table has " + quoted(section.name) +
+                                names.question(section.name));
+    }
+    if (section.replacement.empty() || section.replaced_by) return;
+    out.add(section.statement->words.back().spot,
+            "no section table has the replacement " +
+                quoted(section.replacement) +
+                names.question(section.replacement));
+  };
+  for (const LinkedModule& module : linked.modules) {
+    if (is_absent(module)) continue;
+    for (const LinkedGroup& group : module.groups) {
+      std::ranges::for_each(group.sections, check);
+    }
+  }
+  std::ranges::for_each(linked.dyn_mem, check);
+  find_missing_ignored(linked, names, out);
+}
+
+void find_left_out_sections(const Linked& linked, Findings& out) {
+  std::unordered_set<std::string_view> taken;
+  for_each_section(linked, [&](const LinkedModule&, const LinkedGroup&,
+                               const LinkedSection& section) {
+    taken.insert(section.name);
+    taken.insert(section.replacement);
+  });
+  for (const LinkedSection& section : linked.dyn_mem) {
+    taken.insert(section.name);
+  }
+  for (const std::string& name : linked.definition->map->ignore) {
+    taken.insert(name);
+  }
+  std::unordered_set<std::string_view> seen;
+  for (const LinkedElf& elf : linked.elfs) {
+    for (const LinkedHeader& header : elf.sections) {
+      // Of a name in two ELFs the first one's section is taken.
+      const bool is_first = seen.insert(header->name).second;
+      if (!header->alloc || header->size == 0) continue;
+      if (is_first && taken.contains(header->name)) continue;
+      const std::string what =
+          quoted(header->name) + " (" + size_text(*header) + ") ";
+      out.add(elf.spots[1],
+              !is_first && taken.contains(header->name)
+                  ? what +
+                        "has the name of a section of an ELF above, which "
+                        "is taken in its place"
+              : header->contents
+                  ? what + "stands in no group: its bytes are in no image"
+                  : what + "stands in no group: nothing reserves its memory");
+    }
+  }
+}
+
+void find_uncarried_sections(const Linked& linked, Findings& out) {
+  std::unordered_set<std::string_view> carried;
+  for_each_section(linked, [&](const LinkedModule& module, const LinkedGroup&,
+                               const LinkedSection& section) {
+    if (!module.is_built_in) carried.insert(section.name);
+  });
+  for_each_section(linked, [&](const LinkedModule& module, const LinkedGroup&,
+                               const LinkedSection& section) {
+    if (!module.is_built_in || !section.header) return;
+    if (!section.header->contents || section.header->size == 0) return;
+    if (carried.contains(section.name)) return;
+    out.add(section.spot,
+            quoted(section.name) +
+                " stands in built-in modules alone, so its " +
+                count_text(section.header->size, "byte") +
+                " are in no image: list it in a loadable module, too");
+  });
+}
+
+void find_missing_exports(const Linked& linked, Findings& out) {
+  for (const LintStatement& statement : linked.definition->statements) {
+    if (statement.key() != "export" || word_at(statement, 1) == "o") continue;
+    const std::string name(name_of(statement, BlockKind::kModule));
+    // A later statement may make it optional.
+    const auto stated = linked.definition->map->exports.find(name);
+    if (stated != linked.definition->map->exports.end() && stated->second) {
+      continue;
+    }
+    if (linked.image_map.find_symbol(name).valid) continue;
+    out.add(statement.words.back().spot,
+            "no symbol list has " + quoted(name) +
+                ": write 'export o' if it may be absent");
+  }
+}
+
+namespace {
+
+std::uint64_t symbol_table_size(const FwOutMap& map) {
+  std::uint64_t size = 8;  // count of symbols, length of names
+  for (const auto& symbol : map.exported_symbols) {
+    size += sizeof(SymbolRecord) + symbol.name.size() + 1;
+  }
+  return size;
+}
+
+std::uint64_t tables_size(const FwOutMap& map) {
+  return sizeof(TovaFwBinaryHeader) + sizeof(ModuleEntry) * map.modules.size() +
+         sizeof(ModuleConfig) * map.mod_cfg_total;
+}
+
+}  // namespace
+
+void find_full_tables(const Linked& linked, Findings& out) {
+  const FwOutMap& map = *linked.definition->map;
+  if (linked.refusal) return;
+  std::uint64_t size = tables_size(map);
+  std::uint64_t room = kContentsOffset;
+  if (map.binary_ver == kKelp15) {
+    // What sign keeps is the length that the manifest records, whole pages.
+    size += sizeof(CssPart);
+    room = size + (kPageSize - size % kPageSize);
+  } else if (map.binary_ver != kKelp30) {
+    room -= kSignedHeaderOffset;
+  }
+  size += symbol_table_size(map);
+  if (size <= room) return;
+  // The statement is there, or the map would be refused.
+  for (const LintStatement& statement : linked.definition->statements) {
+    if (statement.key() != "binary_ver") continue;
+    out.add(statement.spot(),
+            "header, " + count_text(map.modules.size(), "module") + ", " +
+                count_text(map.mod_cfg_total, "configuration") + " and " +
+                count_text(map.exported_symbols.size(), "exported symbol") +
+                " take " + std::to_string(size) + " of " +
+                std::to_string(room) + " bytes: " +
+                (map.binary_ver == kKelp15
+                     ? "sign cuts the symbol table"
+                     : "they and the contents overwrite each other"));
+    return;
+  }
+}
+
+namespace {
+
+void check_sections(const LinkedElf& elf, const ElfFile& file, Findings& out) {
+  for (const LinkedHeader& header : elf.sections) {
+    const std::string name = quoted(header->name);
+    if (header->contents &&
+        std::uint64_t{header->file_offset} + header->size > file.length) {
+      out.add(elf.spots[1], "the section table isn't of this ELF: " + name +
+                                " ends behind the file's end");
+      return;
+    }
+    if (!header->alloc || file.sections.empty()) continue;
+    const auto [first, last] = file.sections.equal_range(header->name);
+    const bool is_there = std::any_of(first, last, [&](const auto& entry) {
+      const ElfFile::Section& section = entry.second;
+      return section.address == header->vma && section.size == header->size &&
+             (!header->contents || section.offset == header->file_offset);
+    });
+    if (is_there) continue;
+    out.add(elf.spots[1],
+            "the section table isn't of this ELF: there, " + name +
+                (first == last ? " is missing"
+                               : " has another address, size or offset"));
+    return;
+  }
+}
+
+// Only exports look at the list.
+void check_symbols(const LinkedElf& elf, const ElfFile& file,
+                   const FwOutMap& map, Findings& out) {
+  if (!file.has_symbols || map.exports.empty()) return;
+  std::string wrong;
+  for_each_symbol(*open_input(elf.files.nm), [&](const auto& symbol) {
+    const std::string name(symbol.name);
+    if (!wrong.empty() || !map.exports.contains(name)) return;
+    const auto [first, last] = file.symbols.equal_range(name);
+    const bool is_there = std::any_of(first, last, [&](const auto& entry) {
+      return entry.second == symbol.address;
+    });
+    if (is_there) return;
+    wrong =
+        quoted(name) + (first == last ? " is missing" : " has another address");
+  });
+  if (wrong.empty()) return;
+  out.add(elf.spots[2], "the symbol list isn't of this ELF: there, " + wrong);
+}
+
+}  // namespace
+
+void find_stale_tables(const Linked& linked, Findings& out) {
+  const FwOutMap& map = *linked.definition->map;
+  for (const LinkedElf& elf : linked.elfs) {
+    const ElfFile file = read_elf_file(elf.files.elf, map.exports);
+    check_sections(elf, file, out);
+    check_symbols(elf, file, map, out);
+  }
+}
+
+}  // namespace tova_fw_builder

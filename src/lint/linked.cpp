@@ -1,0 +1,165 @@
+#include "lint/linked.h"
+
+#include <algorithm>
+#include <new>
+#include <sstream>
+#include <stdexcept>
+
+#include "driver/ground/files.h"
+#include "input_map/section_table.h"
+#include "lint/statement_forms.h"
+#include "memory_map/measures.h"
+#include "signing/keys/key_list.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+LinkedSection link_section(const LintStatement& statement, BlockKind block,
+                           const FwImageMap& image_map) {
+  const StatementForm& form = *find_form(block, statement.key());
+  const Taken taken = taken_words(form, statement);
+  LinkedSection section;
+  section.statement = &statement;
+  section.name = name_of(statement, block);
+  section.spot =
+      statement.words[std::min(taken.name, statement.words.size() - 1)].spot;
+  section.header = image_map.find_section(std::string(section.name));
+  if (form.shape != Shape::kSection) return section;
+  section.is_optional = taken.name == 2 && word_at(statement, 1) == "o";
+  if (taken.end == taken.name + 3) {
+    section.replacement = word_at(statement, taken.name + 2);
+    section.replaced_by =
+        image_map.find_section(std::string(section.replacement));
+  }
+  return section;
+}
+
+LinkedGroup link_group(const Definition& definition, const LintBlock& block,
+                       const FwOutMap::SectionGroup& from,
+                       const FwImageMap& image_map) {
+  LinkedGroup group;
+  group.opened = &definition.statements[block.opened_by];
+  group.type = from.type;
+  group.entry = from.entry;
+  group.sections.reserve(from.sections.size());
+  for (const std::uint32_t number : block.statements) {
+    const LintStatement& statement = definition.statements[number];
+    if (statement.key() == "section") {
+      group.sections.push_back(
+          link_section(statement, BlockKind::kGroup, image_map));
+    } else {
+      group.entry_spot = statement.words.back().spot;
+    }
+  }
+  return group;
+}
+
+// Blocks and records are both in the order of the statements.
+void link_modules(const Definition& definition, Linked& linked) {
+  std::size_t module_number = 0;
+  std::map<std::uint32_t, std::size_t> module_of_block;
+  for (std::uint32_t i = 0; i < definition.blocks.size(); ++i) {
+    const LintBlock& block = definition.blocks[i];
+    if (block.kind == BlockKind::kModule) {
+      const auto& from = *definition.map->modules[module_number];
+      module_of_block[i] = module_number++;
+      LinkedModule module;
+      module.opened = &definition.statements[block.opened_by];
+      module.name = name_of(*module.opened, BlockKind::kImage);
+      module.is_built_in = from.load_type == FwOutMap::Module::kBuiltIn;
+      module.is_addon = from.module_kind == FwOutMap::Module::kAddon;
+      module.is_required = from.required;
+      linked.modules.push_back(std::move(module));
+    } else if (block.kind == BlockKind::kGroup) {
+      const std::size_t number = module_of_block[block.parent];
+      auto& groups = linked.modules[number].groups;
+      groups.push_back(
+          link_group(definition, block,
+                     *definition.map->modules[number]->groups[groups.size()],
+                     linked.image_map));
+    }
+  }
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "dyn_mem") continue;
+    linked.dyn_mem.push_back(
+        link_section(statement, BlockKind::kImage, linked.image_map));
+  }
+}
+
+// Ahead of the binding, which ends at the first thing that it refuses.
+void bind_headers(FwOutMap& map, const FwImageMap& image_map) {
+  const auto bind = [&image_map](FwOutMap::Section& section) {
+    section.header = image_map.find_section(section.name);
+  };
+  for (const auto& module : map.modules) {
+    for (const auto& group : module->groups) {
+      for (const auto& section : group->sections) bind(*section);
+    }
+  }
+  for (const auto& section : map.dyn_mem) bind(*section);
+}
+
+void measure(const FwOutMap& map, MemoryMap& memory) {
+  memory.hw_buf = {kHardwareBuffer, kHardwareBuffer, map.hw_buf_ba,
+                   map.hw_buf_size};
+  measure_sections(map, memory);
+  measure_classes(map, memory);
+  find_overlaps(memory);
+}
+
+// Each ELF apart: the map has the first section of a name alone.
+void read_elfs(const ElfList& elfs, Spot list, Linked& linked) {
+  for (std::uint32_t i = 0; i < elfs.size(); ++i) {
+    LinkedElf elf;
+    elf.files = elfs[i];
+    for (std::uint32_t line = 0; line < 3; ++line) {
+      elf.spots[line] = {list.file, 3 * i + line + 1, 0, 0};
+    }
+    FwImageMap one;
+    read_section_table(one, *open_input(elf.files.memmap), nullptr);
+    elf.sections.reserve(one.sections.size());
+    for (auto& [name, header] : one.sections) {
+      elf.sections.push_back(std::move(header));
+    }
+    linked.elfs.push_back(std::move(elf));
+  }
+}
+
+bool cannot_open(const std::exception& error) {
+  return std::string_view(error.what()).starts_with("Failed to open file");
+}
+
+}  // namespace
+
+Linked link(const Definition& definition, const BuildInputs& inputs,
+            std::uint32_t elf_list_file) {
+  Linked linked;
+  linked.definition = &definition;
+  linked.elf_list = {elf_list_file, 0, 0, 0};
+  if (inputs.key_list_path.empty()) {
+    linked.image_map.add_stream_section(kPublicKeysStorage,
+                                        std::make_shared<std::stringstream>());
+  }
+  FwOutMap& map = *definition.map;
+  try {
+    const ElfList elfs = read_linker_output(inputs, linked.image_map);
+    read_elfs(elfs, linked.elf_list, linked);
+  } catch (const std::runtime_error& error) {
+    if (cannot_open(error)) throw;
+    linked.refusal = error.what();
+    linked.is_unread = true;
+    return linked;
+  }
+  link_modules(definition, linked);
+  bind_headers(map, linked.image_map);
+  measure(map, linked.memory);
+  try {
+    connect_and_check(map, linked.image_map);
+  } catch (const std::runtime_error& error) {
+    linked.refusal = error.what();
+  }
+  return linked;
+}
+
+}  // namespace tova_fw_builder

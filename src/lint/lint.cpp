@@ -1,0 +1,117 @@
+// The run: read, link if there is an ELF list, ask each rule, and take out what
+// was silenced.
+#include "lint/lint.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+
+#include "driver/ground/files.h"
+#include "lint/allowances.h"
+#include "lint/nearest.h"
+#include "lint/rules.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+SourceMap::File read_lines(const std::string& path) {
+  SourceMap::File file{path, {}};
+  const auto in = open_input(path);
+  for (std::string line; std::getline(*in, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    file.lines.push_back(line);
+  }
+  return file;
+}
+
+bool is_allowed(const SourceMap& source, const Finding& finding) {
+  if (finding.rule == kRefused) return false;
+  const auto allowed =
+      allowances_above(source, {finding.spot.file, finding.spot.line});
+  return std::ranges::any_of(
+      allowed, [&](const LintWord& word) { return word.text == finding.rule; });
+}
+
+class Run {
+ public:
+  explicit Run(const LintOptions& options)
+      : options_(options), definition_(read_definition(options.inputs)) {}
+
+  LintReport report() {
+    LintReport report;
+    for (const Rule& rule : rules()) {
+      if (rule.find == nullptr || is_disabled(rule)) continue;
+      Findings found(rule.id, rule.level);
+      rule.find(definition_, found);
+      take(std::move(found), report);
+    }
+    SourceMap::File elf_list;
+    // Binding asks for all statements.
+    const bool is_whole = !definition_.refusal && !definition_.is_lost;
+    if (!options_.inputs.elf_list_path.empty() && is_whole) {
+      add_linked(report, elf_list);
+    }
+    // One line may be read more than once.
+    std::ranges::stable_sort(report.findings, {}, &Finding::spot);
+    report.findings.erase(
+        std::unique(report.findings.begin(), report.findings.end()),
+        report.findings.end());
+    report.sources = std::move(definition_.source.files);
+    if (!elf_list.path.empty()) report.sources.push_back(std::move(elf_list));
+    return report;
+  }
+
+ private:
+  bool is_disabled(const Rule& rule) const {
+    return std::ranges::find(options_.disabled, rule.id) !=
+           options_.disabled.end();
+  }
+
+  void take(Findings found, LintReport& report) const {
+    for (Finding& finding : found.all) {
+      if (is_allowed(definition_.source, finding)) continue;
+      report.findings.push_back(std::move(finding));
+    }
+  }
+
+  void add_linked(LintReport& report, SourceMap::File& elf_list) {
+    try {
+      elf_list = read_lines(options_.inputs.elf_list_path);
+      const auto number =
+          static_cast<std::uint32_t>(definition_.source.files.size());
+      const Linked linked = link(definition_, options_.inputs, number);
+      for (const Rule& rule : rules()) {
+        if (rule.find_linked == nullptr || is_disabled(rule)) continue;
+        if (linked.is_unread && rule.id != kRefused) continue;
+        Findings found(rule.id, rule.level);
+        rule.find_linked(linked, found);
+        take(std::move(found), report);
+      }
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      report.troubles.push_back({options_.inputs.elf_list_path, error.what()});
+    }
+  }
+
+  const LintOptions& options_;
+  Definition definition_;
+};
+
+}  // namespace
+
+LintReport lint(const LintOptions& options) { return Run(options).report(); }
+
+void check_rule_name(std::string_view name) {
+  if (name == kRefused) {
+    throw std::runtime_error("what the builder refuses can't be silenced");
+  }
+  if (find_rule(name) != nullptr) return;
+  Nearest near(name);
+  for (const Rule& rule : rules()) near.offer(rule.id);
+  throw std::runtime_error("there is no rule " + quoted(name) +
+                           near.question());
+}
+
+}  // namespace tova_fw_builder

@@ -1,0 +1,41 @@
+// lint/lint.h
+// What the builder will refuse, at the place where it stands, and what it will
+// accept in silence though it hardly was meant.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "definitions/source_map.h"
+#include "layout/build_core.h"
+#include "lint/findings.h"
+
+namespace tova_fw_builder {
+
+struct LintOptions {
+  // An empty ELF list leaves out the rules that need one. Without a list of
+  // keys the store of keys is taken as given.
+  BuildInputs inputs;
+  std::vector<std::string> disabled;  // rules
+};
+
+struct LintReport {
+  std::vector<SourceMap::File> sources;
+  std::vector<Finding> findings;  // by place
+  struct Trouble {
+    std::string file;
+    std::string text;
+  };
+  std::vector<Trouble> troubles;  // what of the ELFs couldn't be read
+};
+
+// Throws what the builder's readers throw for a header or a top file that can't
+// be read. Leaves the working directory at the definition's.
+LintReport lint(const LintOptions& options);
+
+// Throws std::runtime_error "there is no rule NAME; did you mean ...?", and
+// "what the builder refuses can't be silenced".
+void check_rule_name(std::string_view name);
+
+}  // namespace tova_fw_builder

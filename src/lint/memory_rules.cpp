@@ -1,0 +1,213 @@
+// Addresses: where sections lie, and where they are loaded to.
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
+
+#include "lint/rules.h"
+#include "lint/statement_forms.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// Sections in the order in which a group is written.
+std::vector<const LinkedSection*> by_load_address(const LinkedGroup& group) {
+  std::vector<const LinkedSection*> order;
+  for (const LinkedSection& section : group.sections) {
+    if (section.header) order.push_back(&section);
+  }
+  std::ranges::stable_sort(order, {}, [](const LinkedSection* section) {
+    return section->header->lma;
+  });
+  return order;
+}
+
+std::uint64_t end_of(std::uint32_t begin, std::uint32_t size) {
+  return std::uint64_t{begin} + size;
+}
+
+std::string range_text(std::uint32_t begin, std::uint32_t size) {
+  return hex_text(begin) + " to " + hex_text(end_of(begin, size));
+}
+
+// The statement of each section of the memory map: that of its owner.
+class Statements {
+ public:
+  explicit Statements(const Linked& linked) {
+    for_each_section(linked, [&](const LinkedModule& module, const LinkedGroup&,
+                                 const LinkedSection& section) {
+      const auto [place, is_new] =
+          places_.try_emplace(section.name, Place{&section, &module});
+      // As the map's owners: a built-in module ahead of the one that carries
+      // its bytes.
+      if (!is_new && module.is_built_in && !place->second.module->is_built_in) {
+        place->second = {&section, &module};
+      }
+    });
+    for (const LinkedSection& section : linked.dyn_mem) {
+      places_.try_emplace(section.name, Place{&section, nullptr});
+    }
+  }
+
+  Spot spot(const MemoryMap::Section& section) const {
+    return places_.at(section.name).section->spot;
+  }
+
+ private:
+  struct Place {
+    const LinkedSection* section;
+    const LinkedModule* module;
+  };
+  std::unordered_map<std::string_view, Place> places_;
+};
+
+std::string section_text(const MemoryMap::Section& section) {
+  return quoted(section.name) + " (" +
+         range_text(section.address, section.size) + ")";
+}
+
+Spot hardware_buffer_spot(const Definition& definition) {
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() == "hw_buf_size") return statement.spot();
+  }
+  return {};
+}
+
+// The class in which it begins, and whose end it exceeds.
+const MemoryMap::Class* class_of(const MemoryMap& memory,
+                                 const MemoryMap::Section& section) {
+  const auto found = std::ranges::find_if(
+      memory.classes, [&](const MemoryMap::Class& memory_class) {
+        return memory_class.base <= section.address &&
+               section.address < memory_class.base + memory_class.size;
+      });
+  return found == memory.classes.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+void find_load_overlaps(const Linked& linked, Findings& out) {
+  for (const LinkedModule& module : linked.modules) {
+    if (module.is_built_in) continue;
+    for (const LinkedGroup& group : module.groups) {
+      const auto order = by_load_address(group);
+      for (std::size_t i = 0; i + 1 < order.size(); ++i) {
+        const auto& header = *order[i]->header;
+        const auto& next = *order[i + 1]->header;
+        // Where nothing is written, nothing is filled up.
+        const bool is_written =
+            header.contents &&
+            std::any_of(order.begin() + static_cast<std::ptrdiff_t>(i) + 1,
+                        order.end(), [](const LinkedSection* section) {
+                          return section->header->contents;
+                        });
+        if (!is_written || next.lma >= end_of(header.lma, header.size)) {
+          continue;
+        }
+        out.add(order[i + 1]->spot,
+                quoted(order[i + 1]->name) + " is loaded to " +
+                    hex_text(next.lma) + ", inside " + quoted(order[i]->name) +
+                    " (" + range_text(header.lma, header.size) +
+                    "): nearly 4 GiB of zeros come between them")
+            .notes.push_back({order[i]->spot, "the other section"});
+      }
+    }
+  }
+}
+
+void find_run_overlaps(const Linked& linked, Findings& out) {
+  if (linked.memory.overlaps.empty()) return;
+  const Statements statements(linked);
+  const Spot buffer = hardware_buffer_spot(*linked.definition);
+  for (const MemoryMap::Overlap& overlap : linked.memory.overlaps) {
+    std::uint32_t numbers[] = {overlap.second, overlap.first};
+    // The section speaks; the buffer has no place of its own in a group.
+    if (numbers[0] == MemoryMap::kIsHardwareBuffer) {
+      std::swap(numbers[0], numbers[1]);
+    }
+    const auto& section = section_at(linked.memory, numbers[0]);
+    const bool is_buffer = numbers[1] == MemoryMap::kIsHardwareBuffer;
+    const auto& other = section_at(linked.memory, numbers[1]);
+    out.add(
+           statements.spot(section),
+           section_text(section) + " shares " +
+               count_text(overlap.size, "byte") + " from " +
+               hex_text(overlap.address) + " on with " +
+               (is_buffer ? "the hardware buffer (" +
+                                range_text(other.address, other.size) + ")"
+                          : section_text(other) + " of " + quoted(other.owner)))
+        .notes.push_back({is_buffer ? buffer : statements.spot(other),
+                          is_buffer ? "the buffer" : "the other section"});
+  }
+}
+
+namespace {
+
+void find_outside(const Linked& linked, bool wants_full, Findings& out) {
+  const MemoryMap& memory = linked.memory;
+  if (memory.classes.empty() || memory.outside_classes.empty()) return;
+  const Statements statements(linked);
+  for (const MemoryMap::Outside& outside : memory.outside_classes) {
+    const auto& section = memory.sections[outside.section];
+    const MemoryMap::Class* const full = class_of(memory, section);
+    if ((full != nullptr) != wants_full) continue;
+    out.add(
+        statements.spot(section),
+        section_text(section) +
+            (full != nullptr ? " exceeds memory class " + quoted(full->name) +
+                                   " by " + count_text(outside.bytes, "byte")
+             : outside.bytes == section.size
+                 ? " lies in no memory class"
+                 : " lies in no memory class with " +
+                       count_text(outside.bytes, "byte")));
+  }
+}
+
+}  // namespace
+
+void find_sections_outside(const Linked& linked, Findings& out) {
+  find_outside(linked, false, out);
+}
+
+void find_full_classes(const Linked& linked, Findings& out) {
+  find_outside(linked, true, out);
+}
+
+void find_unaligned_addons(const Linked& linked, Findings& out) {
+  if (!keeps_addons_in_binary(linked.definition->map->binary_ver)) return;
+  for (const LinkedModule& module : linked.modules) {
+    if (!module.is_addon) continue;
+    for (const LinkedGroup& group : module.groups) {
+      const auto order = by_load_address(group);
+      if (order.empty() || !order.front()->header->contents) continue;
+      const std::uint32_t alignment = order.front()->header->alignment;
+      if (alignment % kPageSize == 0) continue;
+      out.add(order.front()->spot,
+              quoted(order.front()->name) +
+                  " comes first in its group and is "
+                  "aligned to " +
+                  count_text(alignment, "byte") +
+                  ": the groups of an addon begin on a page, 4096");
+    }
+  }
+}
+
+void find_entries_outside(const Linked& linked, Findings& out) {
+  for (const LinkedModule& module : linked.modules) {
+    for (const LinkedGroup& group : module.groups) {
+      if (group.entry == FwOutMap::SectionGroup::kNoEntry) continue;
+      const auto order = by_load_address(group);
+      const bool is_inside =
+          std::ranges::any_of(order, [&](const LinkedSection* section) {
+            const auto& header = *section->header;
+            return header.vma <= group.entry &&
+                   group.entry < end_of(header.vma, header.size);
+          });
+      if (is_inside || order.empty()) continue;
+      out.add(group.entry_spot, "the entry point " + hex_text(group.entry) +
+                                    " lies in no section of its group");
+    }
+  }
+}
+
+}  // namespace tova_fw_builder

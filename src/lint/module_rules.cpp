@@ -1,0 +1,227 @@
+// Rules about the modules and memory classes that the statements make.
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "definitions/uuid/uuid.h"
+#include "driver/ground/numbers.h"
+#include "lint/rules.h"
+#include "lint/statement_forms.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+// The modules whose block has ended, or that end with the text.
+struct ModuleText {
+  const LintBlock& block;
+  const LintStatement& opened;
+  const LintWord& name;
+};
+
+template <typename Take>
+void for_each_module(const Definition& definition, const Take& take) {
+  for (const LintBlock& block : definition.blocks) {
+    if (block.kind != BlockKind::kModule) continue;
+    const LintStatement& opened = definition.statements[block.opened_by];
+    const Taken taken = taken_words(*form_of(definition, opened), opened);
+    take(ModuleText{
+        block, opened,
+        opened.words[std::min(taken.name, opened.words.size() - 1)]});
+  }
+}
+
+// The last one of a block counts.
+const LintStatement* find_statement(const Definition& definition,
+                                    const LintBlock& block,
+                                    std::string_view key) {
+  const LintStatement* found = nullptr;
+  for (const std::uint32_t number : block.statements) {
+    const LintStatement& statement = definition.statements[number];
+    if (statement.key() == key) found = &statement;
+  }
+  return found;
+}
+
+// The module that was read last when a refusal ended the reading: what it
+// lacks may come yet.
+bool is_unfinished(const Definition& definition, const LintBlock& block) {
+  if (!definition.refusal) return false;
+  return block.ended_by == LintBlock::kNone ||
+         block.ended_by == definition.refusal->line;
+}
+
+std::string_view generation_of(const Definition& definition) {
+  const LintStatement* const version =
+      find_statement(definition, definition.blocks.front(), "binary_ver");
+  return version ? word_at(*version, 1) : std::string_view();
+}
+
+}  // namespace
+
+void find_cut_names(const Definition& definition, Findings& out) {
+  constexpr std::size_t kRoom = 8;
+  std::map<std::string_view, const LintWord*> seen;
+  for_each_module(definition, [&](const ModuleText& module) {
+    const std::string_view name = module.name.text;
+    const std::string_view kept = name.substr(0, kRoom);
+    const auto [place, is_new] = seen.try_emplace(kept, &module.name);
+    if (!is_new) {
+      out.add(module.name.spot, "two modules are called " + quoted(kept) +
+                                    " in the image, which keeps 8 characters")
+          .notes.push_back({place->second->spot, "the other one"});
+    } else if (name.size() > kRoom) {
+      out.add(module.name.spot,
+              "the image keeps 8 characters of the name: " + quoted(kept));
+    }
+  });
+}
+
+void find_dropped_names(const Definition& definition, Findings& out) {
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "binary_name" || word_at(statement, 1).size() <= 8) {
+      continue;
+    }
+    out.add(statement.words[1].spot,
+            quoted(statement.words[1].text) +
+                " has more than 8 characters: the name in the header stays "
+                "empty");
+  }
+}
+
+void find_missing_uuids(const Definition& definition, Findings& out) {
+  for_each_module(definition, [&](const ModuleText& module) {
+    const LintStatement* const uuid =
+        find_statement(definition, module.block, "uuid");
+    if (uuid == nullptr && !is_unfinished(definition, module.block)) {
+      out.add(module.name.spot, "module " + quoted(module.name.text) +
+                                    " has no uuid: loaders know modules by it");
+    }
+    if (uuid == nullptr || uuid->words.size() < 2) return;
+    const std::string_view text = uuid->words[1].text;
+    if (text.find_first_not_of("0-") != text.npos) return;
+    out.add(uuid->words[1].spot,
+            "the UUID is all zeros, as if there were none");
+  });
+}
+
+void find_duplicate_uuids(const Definition& definition, Findings& out) {
+  const bool is_whole = generation_of(definition) == "1.5";
+  std::map<std::pair<UuidNode, std::array<std::uint8_t, 16>>, Spot> seen;
+  for_each_module(definition, [&](const ModuleText& module) {
+    const LintStatement* const stated =
+        find_statement(definition, module.block, "uuid");
+    if (stated == nullptr && is_unfinished(definition, module.block)) return;
+    const bool is_stated = stated != nullptr && stated->words.size() > 1;
+    const Uuid uuid =
+        is_stated ? parse_uuid(std::string(stated->words[1].text)) : Uuid();
+    const Spot spot = is_stated ? stated->words[1].spot : module.name.spot;
+    // Only the whole UUID names an addon's file in 1.5.
+    const auto key = is_whole ? uuid.bytes() : std::array<std::uint8_t, 16>{};
+    const auto [place, is_new] = seen.try_emplace({uuid.node(), key}, spot);
+    if (is_new) return;
+    out.add(spot, is_stated ? is_whole ? "another module has this UUID"
+                                       : "another module has these last 12 "
+                                         "digits: they must differ"
+                            : "another module has no uuid either: the two are "
+                              "one to the loader")
+        .notes.push_back({place->second, "the other one"});
+  });
+}
+
+void find_empty_modules(const Definition& definition, Findings& out) {
+  std::set<std::uint32_t> with_sections;
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "section") continue;
+    const LintBlock& block = definition.blocks[statement.block];
+    if (block.kind == BlockKind::kGroup) with_sections.insert(block.parent);
+  }
+  for_each_module(definition, [&](const ModuleText& module) {
+    const auto number =
+        static_cast<std::uint32_t>(&module.block - definition.blocks.data());
+    if (with_sections.contains(number)) return;
+    if (is_unfinished(definition, module.block)) return;
+    out.add(module.name.spot, "module " + quoted(module.name.text) +
+                                  " has no section, so the image is made "
+                                  "without it");
+  });
+}
+
+void find_sections_twice(const Definition& definition, Findings& out) {
+  // What stands in built-in modules stands elsewhere, too.
+  std::map<std::string_view, const LintStatement*> carried;
+  for (const LintStatement& statement : definition.statements) {
+    const BlockKind kind = definition.blocks[statement.block].kind;
+    const bool is_dyn_mem = statement.key() == "dyn_mem";
+    const bool is_section =
+        kind == BlockKind::kGroup && statement.key() == "section";
+    if (!is_dyn_mem && !is_section) continue;
+    std::uint32_t module = LintBlock::kNone;
+    if (is_section) {
+      module = definition.blocks[statement.block].parent;
+      const auto kind_word = word_at(
+          definition.statements[definition.blocks[module].opened_by], 1);
+      const auto count =
+          definition.statements[definition.blocks[module].opened_by]
+              .words.size();
+      const bool is_built_in =
+          (kind_word == "b" || kind_word == "ba") && count > 1;
+      if (is_built_in) continue;
+    }
+    const auto name = name_of(statement, kind);
+    const auto [place, is_new] = carried.try_emplace(name, &statement);
+    if (is_new) continue;
+    out.add(
+           statement
+               .words[std::min(
+                   taken_words(*form_of(definition, statement), statement).name,
+                   statement.words.size() - 1)]
+               .spot,
+           quoted(name) +
+               " is listed twice: its bytes count and stand in "
+               "the image twice")
+        .notes.push_back({place->second->spot(), "the first time"});
+  }
+}
+
+void find_overlapping_classes(const Definition& definition, Findings& out) {
+  struct Class {
+    std::uint64_t begin;
+    std::uint64_t end;
+    const LintStatement* statement;
+  };
+  std::vector<Class> classes;
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "memory_class") continue;
+    const auto base = parse_unsigned(
+        word_at(statement,
+                std::min<std::size_t>(2, statement.words.size() - 1)),
+        16);
+    const auto size = parse_unsigned(
+        word_at(statement,
+                std::min<std::size_t>(3, statement.words.size() - 1)),
+        16);
+    if (size == 0) continue;
+    classes.push_back({base, std::uint64_t{base} + size, &statement});
+  }
+  // In order of their bases, the one that reaches furthest is met by the next.
+  std::ranges::stable_sort(classes, {}, &Class::begin);
+  const Class* furthest = nullptr;
+  for (const Class& next : classes) {
+    if (furthest && next.begin < furthest->end) {
+      const bool is_later = furthest->statement < next.statement;
+      const Class& later = is_later ? next : *furthest;
+      const Class& earlier = is_later ? *furthest : next;
+      out.add(later.statement->spot(),
+              "memory class " + quoted(word_at(*later.statement, 1)) +
+                  " shares " +
+                  hex_text(std::min(furthest->end, next.end) - next.begin) +
+                  " bytes from " + hex_text(next.begin) + " on with " +
+                  quoted(word_at(*earlier.statement, 1)))
+          .notes.push_back({earlier.statement->spot(), "the other class"});
+    }
+    if (furthest == nullptr || next.end > furthest->end) furthest = &next;
+  }
+}
+
+}  // namespace tova_fw_builder

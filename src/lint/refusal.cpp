@@ -1,0 +1,351 @@
+// What the builder refuses in the text: its message, the place, what was most
+// likely meant, and which blocks an unknown word has ended.
+#include <algorithm>
+
+#include "definitions/image_block.h"
+#include "driver/ground/numbers.h"
+#include "lint/nearest.h"
+#include "lint/rules.h"
+#include "lint/statement_forms.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::string_view kGroupTypes[] = {"text", "rodata", "bss"};
+constexpr std::string_view kDomains[] = {"LL", "DP", "RTOS"};
+constexpr std::string_view kGenerations[] = {"1.5", "1.8", "2.5", "3.0"};
+
+std::string question(std::string_view word,
+                     std::span<const std::string_view> names) {
+  Nearest near(word);
+  for (const std::string_view name : names) near.offer(name);
+  return near.question();
+}
+
+// Where the readers stood: the statement, and the blocks that it has ended.
+struct Refused {
+  const Definition& definition;
+  LintStatement statement;
+  std::vector<std::uint32_t> ended;  // blocks, the innermost first
+};
+
+Refused refused_statement(const Definition& definition) {
+  const std::uint32_t line = definition.refusal->line;
+  Refused refused{definition, words_of_line(definition.source, line), {}};
+  for (std::uint32_t i = 0; i < definition.blocks.size(); ++i) {
+    if (definition.blocks[i].ended_by == line) refused.ended.push_back(i);
+  }
+  std::ranges::reverse(refused.ended);
+  return refused;
+}
+
+BlockKind kind_of(const Definition& definition, std::uint32_t block) {
+  return definition.blocks[block].kind;
+}
+
+std::string block_kind_name(BlockKind kind) {
+  return kind == BlockKind::kModule  ? "a module"
+         : kind == BlockKind::kGroup ? "a group"
+         : kind == BlockKind::kPin   ? "a pin"
+                                     : "the image";
+}
+
+// The lines behind the refused one that one of the ended blocks would have
+// taken.
+std::size_t count_left_out(const Refused& refused, std::uint32_t& last_line) {
+  const auto& source = refused.definition.source;
+  std::size_t count = 0;
+  last_line = refused.definition.refusal->line;
+  for (std::uint32_t i = last_line + 1; i < source.lines.size(); ++i) {
+    const LintStatement next = words_of_line(source, i);
+    if (next.key().empty()) continue;
+    const bool is_taken =
+        std::ranges::any_of(refused.ended, [&](std::uint32_t block) {
+          return find_form(kind_of(refused.definition, block), next.key());
+        });
+    // A group that opens takes its own.
+    const bool is_inner = find_form(BlockKind::kGroup, next.key()) != nullptr ||
+                          find_form(BlockKind::kPin, next.key()) != nullptr;
+    if (!is_taken && !is_inner) break;
+    ++count;
+    last_line = i;
+  }
+  return count;
+}
+
+std::string place_text(const SourceMap& source, std::uint32_t line) {
+  return "line " + std::to_string(source.lines[line].place.line);
+}
+
+void note_ended_blocks(const Refused& refused, Finding& finding) {
+  const Definition& definition = refused.definition;
+  if (refused.ended.empty()) return;
+  std::uint32_t last = 0;
+  const std::size_t left_out = count_left_out(refused, last);
+  for (const std::uint32_t block : refused.ended) {
+    std::string text = block_name(definition, block) + " begins here and " +
+                       quoted(refused.statement.key()) + " ends it";
+    if (block == refused.ended.back() && left_out != 0) {
+      text += "; " + count_text(left_out, "statement") + " up to " +
+              place_text(definition.source, last) + " would be left out";
+    }
+    finding.notes.push_back(
+        {definition.statements[definition.blocks[block].opened_by].spot(),
+         text});
+  }
+}
+
+// A statement of a block that was ended ahead of it.
+bool explain_stray(const Refused& refused, Finding& finding) {
+  const Definition& definition = refused.definition;
+  for (const BlockKind kind :
+       {BlockKind::kModule, BlockKind::kGroup, BlockKind::kPin}) {
+    if (find_form(kind, refused.statement.key()) == nullptr) continue;
+    finding.text += "; " + quoted(refused.statement.key()) + " belongs in " +
+                    block_kind_name(kind);
+    for (std::size_t i = definition.blocks.size(); i-- > 0;) {
+      const LintBlock& block = definition.blocks[i];
+      if (block.kind != kind || block.ended_by == LintBlock::kNone) continue;
+      const LintStatement by = words_of_line(definition.source, block.ended_by);
+      if (block.ended_by != definition.refusal->line) {
+        finding.notes.push_back(
+            {by.spot(), block_name(definition, static_cast<std::uint32_t>(i)) +
+                            " ends here, as " + quoted(by.key()) +
+                            " is no statement of " + block_kind_name(kind)});
+      }
+      return true;
+    }
+    return true;
+  }
+  return false;
+}
+
+void explain_unknown(const Refused& refused, Finding& finding) {
+  const Definition& definition = refused.definition;
+  if (explain_stray(refused, finding)) {
+    note_ended_blocks(refused, finding);
+    return;
+  }
+  const std::string_view word = refused.statement.key();
+  Nearest near(word);
+  for (const std::uint32_t block : refused.ended) {
+    for (const auto key : statement_keys(kind_of(definition, block))) {
+      near.offer(key);
+    }
+  }
+  for (const auto key : statement_keys(BlockKind::kImage)) near.offer(key);
+  near.offer("include");
+  near.offer("define");
+  finding.text += near.question();
+  for (const SourceMap::Define& define : definition.source.defines) {
+    if (define.name != word) continue;
+    finding.text += "; a define can't stand for the first word of a line";
+  }
+  note_ended_blocks(refused, finding);
+}
+
+void explain_constant(const Refused& refused, std::string_view name,
+                      Finding& finding) {
+  const FwOutMap& map = *refused.definition.map;
+  const bool is_digits =
+      !name.empty() && name.find_first_not_of("0123456789") == name.npos;
+  if (refused.statement.words.size() < 2) {
+    finding.text += "; the number is missing";
+  } else if (is_digits) {
+    finding.text +=
+        "; a number wants two characters here: +" + std::string(name);
+  } else if (name.starts_with("0x") || name.starts_with("0X")) {
+    finding.text +=
+        "; hexadecimal numbers have no 0x here: " + quoted(name.substr(2));
+  } else if (name.starts_with('#')) {
+    finding.text +=
+        "; a remark behind a constant is taken for one: put it on a line of "
+        "its own";
+  } else {
+    Nearest near(name);
+    for (const auto& [known, value] : map.consts) near.offer(known);
+    finding.text += near.question();
+    if (near.name().empty()) {
+      finding.text += refused.definition.has_constants
+                          ? "; the header doesn't define it"
+                          : "; it is neither a number nor a constant";
+    }
+  }
+}
+
+// The operand that is no number, or out of range.
+const LintWord* bad_operand(const Refused& refused) {
+  const auto& words = refused.statement.words;
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    const StatementForm* form = nullptr;
+    for (const BlockKind kind : {BlockKind::kImage, BlockKind::kModule,
+                                 BlockKind::kGroup, BlockKind::kPin}) {
+      if (form == nullptr) form = find_form(kind, refused.statement.key());
+    }
+    const Operand operand =
+        form->shape == Shape::kOperands && i <= form->operands.size()
+            ? form->operands[i - 1]
+            : Operand::kHex;
+    const int base = base_of(operand);
+    if (base == 0) continue;
+    const ScannedNumber number = scan_number(words[i].text, base);
+    const bool is_first_cap = form->shape == Shape::kSchedCaps && i == 1;
+    const std::uint64_t most = operand == Operand::kHex32 ? 0xFFFFFFFF
+                               : is_first_cap             ? 0xFFFF
+                               : number.negative          ? 0x80000000
+                                                          : 0x7FFFFFFF;
+    if ((!number.has_digits && !number.prefixed) || number.magnitude > most) {
+      return &words[i];
+    }
+  }
+  return nullptr;
+}
+
+void explain_number(const Refused& refused, Finding& finding) {
+  const LintWord* const word = bad_operand(refused);
+  const bool is_range = finding.text.find("range") != finding.text.npos;
+  if (word == nullptr) {
+    const bool wants_two = refused.statement.key() == "sched_caps";
+    finding.spot = refused.statement.words.back().spot;
+    finding.text += wants_two
+                        ? "; sched_caps wants two numbers or more"
+                        : "; the number is missing, and " +
+                              quoted(refused.statement.words.back().text) +
+                              " is taken for it";
+    return;
+  }
+  finding.spot = word->spot;
+  finding.text += "; " + quoted(word->text) +
+                  (word->text.starts_with('#')
+                       ? " is taken for a number: put the remark on a line of "
+                         "its own"
+                   : is_range ? " is too large"
+                              : " is no number");
+}
+
+void explain_entry(const Refused& refused, Finding& finding) {
+  // Only the group that is open still can have the other one.
+  const LintBlock& group = refused.definition.blocks.back();
+  for (const std::uint32_t number : group.statements) {
+    const LintStatement& statement = refused.definition.statements[number];
+    if (statement.key() != "entry") continue;
+    finding.notes.push_back({statement.spot(), "the first one"});
+    return;
+  }
+}
+
+void explain_statement(const Definition& definition, Finding& finding) {
+  const Refused refused = refused_statement(definition);
+  const auto& words = refused.statement.words;
+  const std::string text = finding.text;
+  const auto says = [&](std::string_view part) {
+    return text.find(part) != text.npos;
+  };
+  finding.spot = refused.statement.spot();
+  // That of the operand, if there is one.
+  const auto point_at = [&](std::size_t place) {
+    finding.spot = words[std::min(place, words.size() - 1)].spot;
+  };
+  if (says("] Unknown parameter")) {
+    explain_unknown(refused, finding);
+  } else if (says("Unknown binary version")) {
+    point_at(1);
+    finding.text += question(word_at(refused.statement, 1), kGenerations);
+    finding.text += "; there are 1.5, 1.8, 2.5 and 3.0";
+  } else if (text.starts_with("[module] Undefined const ")) {
+    const std::string name =
+        text.substr(std::string_view("[module] Undefined const ").size());
+    for (std::size_t i = 1; i < words.size(); ++i) {
+      if (words[i].text == name) point_at(i);
+    }
+    explain_constant(refused, name, finding);
+  } else if (text.starts_with("[domain_types] Undefined const ")) {
+    for (std::size_t i = 1; i < words.size(); ++i) {
+      const std::string_view word = words[i].text;
+      if (std::ranges::find(kDomains, word) != std::end(kDomains)) continue;
+      point_at(i);
+      finding.text += question(word, kDomains) + "; there are LL, DP and RTOS";
+      break;
+    }
+  } else if (says("Invalid group type")) {
+    const std::size_t place =
+        word_at(refused.statement, 1) == "on_demand" ? 2 : 1;
+    point_at(place);
+    finding.text += question(word_at(refused.statement, place), kGroupTypes) +
+                    "; there are text, rodata and bss";
+  } else if (says("argument")) {
+    explain_number(refused, finding);
+  } else if (says("Wrong UUID format")) {
+    point_at(1);
+    finding.text += "; it has 8-4-4-4-12 hexadecimal digits and nothing behind";
+  } else if (says("Double entry point")) {
+    explain_entry(refused, finding);
+  } else if (says("greater than zero") || says("stream type")) {
+    point_at(1);
+  }
+}
+
+Spot spot_of_open_line(const SourceMap& source, std::size_t word) {
+  const auto words = words_of_place(source, source.open.back());
+  const SourceMap::Place place = source.open.back();
+  if (words.empty()) return {place.file, place.line, 0, 0};
+  return words[std::min(word, words.size() - 1)].spot;
+}
+
+// The files could not be joined.
+void explain_files(const Definition& definition, Finding& finding) {
+  const SourceMap& source = definition.source;
+  finding.spot = spot_of_open_line(source, 1);
+  const auto words = words_of_place(source, source.open.back());
+  const std::string_view operand =
+      words.size() > 1 ? words[1].text : std::string_view();
+  if (finding.text.starts_with("Define name conflict")) {
+    for (const SourceMap::Define& define : source.defines) {
+      if (define.name != operand) continue;
+      const auto first = words_of_place(source, define.place);
+      finding.notes.push_back(
+          {first[std::min<std::size_t>(1, first.size() - 1)].spot,
+           "it is defined here"});
+    }
+  } else if (finding.text.starts_with("Not recognized define : ")) {
+    const std::string name =
+        finding.text.substr(std::string("Not recognized define : ").size());
+    Nearest near(name);
+    for (const auto& define : source.defines) near.offer(define.name);
+    finding.text += near.question();
+    if (name.find(")$(") != name.npos) {
+      finding.text += "; a name holds one macro at the most";
+    }
+  } else if (finding.text.starts_with("Failed to open image defs file")) {
+    finding.text += operand.empty()
+                        ? "; the name is missing"
+                        : "; it is looked for beside this file, and then where "
+                          "the tool was started";
+  } else if (finding.text.find("canonical") != finding.text.npos) {
+    finding.text +=
+        "; include it by its bare name or by an absolute path, as the folder "
+        "is entered before the name is looked up again";
+  } else if (finding.text == "Max inclusion") {
+    finding.text += "; files nest four deep below the top file";
+    for (std::size_t i = source.open.size() - 1; i-- > 0;) {
+      const SourceMap::Place place = source.open[i];
+      finding.notes.push_back(
+          {{place.file, place.line, 0, 0}, "included from here"});
+    }
+  }
+}
+
+}  // namespace
+
+void find_refused(const Definition& definition, Findings& out) {
+  if (!definition.refusal) return;
+  Finding& finding = out.add({}, definition.refusal->text);
+  if (definition.refusal->line != SourceMap::kNone) {
+    explain_statement(definition, finding);
+  } else {
+    explain_files(definition, finding);
+  }
+}
+
+}  // namespace tova_fw_builder

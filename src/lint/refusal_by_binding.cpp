@@ -1,0 +1,260 @@
+// What the builder refuses once it has the linker's output: its message, at the
+// statement that it is about. The messages name modules, sections and symbols,
+// and by these names the statements are found.
+#include <algorithm>
+#include <optional>
+#include <set>
+
+#include "image/records/binary_header.h"
+#include "image/records/css_part.h"
+#include "lint/rules.h"
+#include "lint/statement_forms.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+using Group = FwOutMap::SectionGroup;
+
+// What stands between two pieces of a text; nothing if they aren't there.
+std::optional<std::string> between(std::string_view text, std::string_view head,
+                                   std::string_view tail) {
+  if (!text.starts_with(head)) return std::nullopt;
+  text.remove_prefix(head.size());
+  const std::size_t end = tail.empty() ? text.size() : text.find(tail);
+  if (end == text.npos) return std::nullopt;
+  return std::string(text.substr(0, end));
+}
+
+const LintStatement* find_statement(const Linked& linked, std::string_view key,
+                                    std::string_view operand) {
+  for (const LintStatement& statement : linked.definition->statements) {
+    if (statement.key() != key) continue;
+    const BlockKind kind = linked.definition->blocks[statement.block].kind;
+    if (operand.empty() || name_of(statement, kind) == operand) {
+      return &statement;
+    }
+  }
+  return nullptr;
+}
+
+const LinkedModule* find_module(const Linked& linked, std::string_view name) {
+  const auto found =
+      std::ranges::find(linked.modules, name, &LinkedModule::name);
+  return found == linked.modules.end() ? nullptr : &*found;
+}
+
+std::uint32_t type_of(const FwImageMap::SectionHeader& header) {
+  return header.code   ? Group::kText
+         : header.data ? Group::kRodata
+                       : Group::kBss;
+}
+
+std::string_view type_name(std::uint32_t type) {
+  return type == Group::kText     ? "text"
+         : type == Group::kRodata ? "rodata"
+                                  : "bss";
+}
+
+bool has_type(const FwImageMap::SectionHeader& header) {
+  return header.code || header.data || (header.alloc && !header.contents);
+}
+
+void explain_types(const LinkedModule& module, Finding& finding) {
+  for (const LinkedGroup& group : module.groups) {
+    for (const LinkedSection& section : group.sections) {
+      if (!section.header) continue;
+      if (has_type(*section.header) && type_of(*section.header) == group.type) {
+        continue;
+      }
+      finding.spot = section.spot;
+      finding.text += has_type(*section.header)
+                          ? "; " + quoted(section.name) + " belongs in group " +
+                                std::string(type_name(type_of(*section.header)))
+                          : "; " + quoted(section.name) +
+                                " is neither code nor data nor zeroed memory";
+      return;
+    }
+  }
+}
+
+void explain_entries(const LinkedModule& module, bool is_double,
+                     Finding& finding) {
+  for (const LinkedGroup& group : module.groups) {
+    std::vector<Spot> entries;
+    if (group.entry != Group::kNoEntry) entries.push_back(group.entry_spot);
+    for (const LinkedSection& section : group.sections) {
+      if (word_at(*section.statement, 1) == "ep") {
+        entries.push_back(section.spot);
+      }
+    }
+    if (is_double && entries.size() > 1) {
+      finding.spot = entries[1];
+      finding.notes.push_back({entries[0], "the first one"});
+      return;
+    }
+    if (!is_double && group.type == Group::kText && entries.empty()) {
+      finding.spot = group.opened->spot();
+      finding.text += "; write 'section ep NAME' or 'entry ADDRESS'";
+      return;
+    }
+  }
+}
+
+void explain_partial(const LinkedModule& module, Finding& finding) {
+  for (const LinkedGroup& group : module.groups) {
+    for (const LinkedSection& section : group.sections) {
+      const bool is_missing =
+          (!section.header && !section.is_optional) ||
+          (!section.replacement.empty() && !section.replaced_by);
+      if (!is_missing) continue;
+      finding.notes.push_back(
+          {section.spot,
+           quoted(section.name) +
+               (section.header ? " lacks its replacement" : " isn't there")});
+      return;
+    }
+  }
+}
+
+void explain_module(const Linked& linked, const LinkedModule& module,
+                    Finding& finding) {
+  finding.spot = module.opened->spot();
+  const auto says = [&](std::string_view part) {
+    return finding.text.find(part) != finding.text.npos;
+  };
+  if (says("Invalid se")) {  // section type, segment type
+    explain_types(module, finding);
+  } else if (says("Double entry point")) {
+    explain_entries(module, true, finding);
+  } else if (says("No entrypoint defined")) {
+    explain_entries(module, false, finding);
+  } else if (says("Partially mapped")) {
+    explain_partial(module, finding);
+  } else if (says("UUID last 6 bytes")) {
+    const LintBlock* block = nullptr;
+    for (const LintBlock& each : linked.definition->blocks) {
+      if (each.opened_by == LintBlock::kNone) continue;
+      if (&linked.definition->statements[each.opened_by] == module.opened) {
+        block = &each;
+      }
+    }
+    for (const std::uint32_t number : block->statements) {
+      const LintStatement& statement = linked.definition->statements[number];
+      if (statement.key() == "uuid") finding.spot = statement.spot();
+    }
+  }
+}
+
+// The module that a message names; modules may be called alike, so the last
+// one for a UUID.
+const LinkedModule* named_module(const Linked& linked, std::string_view text) {
+  for (const auto& [head, tail] :
+       {std::pair{"Connecting ", " failed: "},
+        std::pair{"Partially mapped module ", ", section: "},
+        std::pair{"Partially mapped module ", ""}}) {
+    const auto name = between(text, head, tail);
+    if (!name) continue;
+    if (const LinkedModule* const module = find_module(linked, *name)) {
+      return module;
+    }
+  }
+  const auto name =
+      between(text, "UUID last 6 bytes is not unique for module ", "");
+  if (!name) return nullptr;
+  const LinkedModule* last = nullptr;
+  for (const LinkedModule& module : linked.modules) {
+    if (module.name == *name) last = &module;
+  }
+  return last;
+}
+
+void explain(const Linked& linked, Finding& finding) {
+  const std::string text = finding.text;
+  if (const LinkedModule* const module = named_module(linked, text)) {
+    explain_module(linked, *module, finding);
+    return;
+  }
+  const std::pair<std::string_view, std::string_view> kStatements[] = {
+      {"Section header not found for ", "dyn_mem"},
+      {"Required symbol to export not found: ", "export"}};
+  for (const auto& [head, key] : kStatements) {
+    const auto name = between(text, head, "");
+    if (!name) continue;
+    if (const auto* const statement = find_statement(linked, key, *name)) {
+      finding.spot = statement->words.back().spot;
+    }
+    return;
+  }
+  if (text.find("> max_allowed_size") != text.npos) {
+    const auto* const statement = find_statement(linked, "max_data", "");
+    if (statement != nullptr) finding.spot = statement->spot();
+    const std::string name = text.substr(0, text.find(" size "));
+    const auto* const section = find_statement(linked, "section", name);
+    if (section != nullptr) {
+      finding.notes.push_back({section->spot(), "the section"});
+    }
+  }
+}
+
+// What only the writing finds: it would be made known with the image half done.
+std::string refusal_of_writing(const Linked& linked, Spot& spot) {
+  const FwOutMap& map = *linked.definition->map;
+  if (map.binary_ver == 0) {
+    return "Unrecognized binary version; the definition has no binary_ver";
+  }
+  if (map.modules.empty()) {
+    return "preload page count cannot be computed - no modules";
+  }
+  for (const LinkedModule& module : linked.modules) {
+    for (const LinkedGroup& group : module.groups) {
+      const LinkedSection* first = nullptr;
+      for (const LinkedSection& section : group.sections) {
+        if (!section.header) continue;
+        if (!first || section.header->lma < first->header->lma) {
+          first = &section;
+        }
+        if (module.is_built_in || !section.replaced_by ||
+            !section.header->contents ||
+            section.replaced_by->size <= section.header->size) {
+          continue;
+        }
+        spot = section.spot;
+        return "Replacement section too large to fit into the placeholder; "
+               "it has " +
+               count_text(section.replaced_by->size, "byte") +
+               " for a room of " + std::to_string(section.header->size);
+      }
+      if (module.is_built_in || !first) continue;
+      if (first->header->vma % kPageSize == 0) continue;
+      spot = first->spot;
+      return "Non-aligned base address of section; " + quoted(first->name) +
+             " comes first in its group and lies at " +
+             hex_text(first->header->vma) + ", not at a multiple of 4096";
+    }
+  }
+  const std::uint64_t manifest = sizeof(CssPart) + sizeof(TovaFwBinaryHeader) +
+                                 sizeof(ModuleEntry) * map.modules.size() +
+                                 sizeof(ModuleConfig) * map.mod_cfg_total;
+  if (map.binary_ver == kKelp15 && manifest >= 2 * kPageSize) {
+    return "Manifest is bigger than MAX of 8kB; modules and configurations "
+           "take " +
+           std::to_string(manifest);
+  }
+  return {};
+}
+
+}  // namespace
+
+void find_refused_binding(const Linked& linked, Findings& out) {
+  Spot spot;
+  const bool is_bound = !linked.refusal;
+  const std::string text =
+      is_bound ? refusal_of_writing(linked, spot) : *linked.refusal;
+  if (text.empty()) return;
+  // Of the image as a whole, unless a statement is to blame.
+  Finding& finding = out.add(linked.is_unread ? linked.elf_list : spot, text);
+  if (!is_bound && !linked.is_unread) explain(linked, finding);
+}
+
+}  // namespace tova_fw_builder

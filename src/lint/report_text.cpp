@@ -1,0 +1,100 @@
+// A file's bytes are printed as far as a terminal can't be steered by them.
+#include "lint/report_text.h"
+
+#include <filesystem>
+
+namespace tova_fw_builder {
+
+namespace {
+
+bool is_continuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+std::string printable(std::string_view text) {
+  std::string safe;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    // C2 80 to C2 9F are control characters, too.
+    const bool is_c1 = c == 0xC2 && i + 1 < text.size() &&
+                       static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    safe += c < 0x20 || c == 0x7F || is_c1 ? '?' : text[i];
+  }
+  return safe;
+}
+
+std::string_view line_at(const LintReport& report, const Spot& spot) {
+  if (spot.file >= report.sources.size()) return {};
+  const auto& lines = report.sources[spot.file].lines;
+  return spot.line == 0 || spot.line > lines.size()
+             ? std::string_view()
+             : std::string_view(lines[spot.line - 1]);
+}
+
+std::size_t count_characters(std::string_view text) {
+  std::size_t count = 0;
+  for (const char c : text) count += is_continuation(c) ? 0 : 1;
+  return count;
+}
+
+void print_line(std::ostream& out, const LintReport& report, const Spot& spot,
+                const Colours& colours) {
+  constexpr std::size_t kLongestLine = 200;
+  std::string_view line = line_at(report, spot);
+  if (line.empty() || line.size() > kLongestLine) return;
+  std::string caret;
+  for (const char c : line.substr(0, spot.column)) {
+    // A tab moves both by as much.
+    if (!is_continuation(c)) caret += c == '\t' ? '\t' : ' ';
+  }
+  std::string shown;
+  for (const char c : printable(line)) shown += c;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == '\t') shown[i] = '\t';
+  }
+  const std::size_t length = count_characters(line.substr(
+      std::min<std::size_t>(spot.column, line.size()), spot.length));
+  out << "    " << shown << "\n    " << colours.good << caret << '^'
+      << std::string(length > 1 ? length - 1 : 0, '~') << colours.plain << '\n';
+}
+
+}  // namespace
+
+std::string shown_path(const std::string& path, const std::string& folder) {
+  const std::filesystem::path from(path);
+  const auto near = from.lexically_relative(folder);
+  return near.empty() || *near.begin() == ".." ? path : near.string();
+}
+
+std::uint32_t shown_column(const LintReport& report, const Spot& spot) {
+  return static_cast<std::uint32_t>(
+             count_characters(line_at(report, spot).substr(0, spot.column))) +
+         1;
+}
+
+void print_findings(std::ostream& out, const LintReport& report,
+                    const std::string& folder, bool shows_lines,
+                    const Colours& colours) {
+  const auto place = [&](const Spot& spot) {
+    std::string text =
+        printable(shown_path(report.sources[spot.file].path, folder));
+    if (spot.line == 0) return text + ":1:1: ";
+    return text + ':' + std::to_string(spot.line) + ':' +
+           std::to_string(shown_column(report, spot)) + ": ";
+  };
+  for (const Finding& finding : report.findings) {
+    const bool is_error = finding.level == Level::kError;
+    out << colours.bold << place(finding.spot) << colours.plain
+        << (is_error ? colours.bad : colours.bold)
+        << (is_error ? "error" : "warning") << colours.plain << ": "
+        << printable(finding.text) << " [" << finding.rule << "]\n";
+    if (shows_lines) print_line(out, report, finding.spot, colours);
+    for (const Note& note : finding.notes) {
+      out << colours.bold << place(note.spot) << colours.plain
+          << "note: " << printable(note.text) << '\n';
+      if (shows_lines) print_line(out, report, note.spot, colours);
+    }
+  }
+}
+
+}  // namespace tova_fw_builder
