@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <new>
 #include <stdexcept>
+#include <tuple>
 
 #include "driver/ground/files.h"
 #include "lint/allowances.h"
@@ -53,7 +54,10 @@ class Run {
       add_linked(report, elf_list);
     }
     // One line may be read more than once.
-    std::ranges::stable_sort(report.findings, {}, &Finding::spot);
+    std::ranges::stable_sort(report.findings, {}, [](const Finding& finding) {
+      const Spot& spot = finding.spot;
+      return std::tuple(spot.file, spot.line, spot.column);
+    });
     report.findings.erase(
         std::unique(report.findings.begin(), report.findings.end()),
         report.findings.end());

@@ -120,24 +120,34 @@ void find_run_overlaps(const Linked& linked, Findings& out) {
   const Statements statements(linked);
   const Spot buffer = hardware_buffer_spot(*linked.definition);
   for (const MemoryMap::Overlap& overlap : linked.memory.overlaps) {
-    std::uint32_t numbers[] = {overlap.second, overlap.first};
-    // The section speaks; the buffer has no place of its own in a group.
-    if (numbers[0] == MemoryMap::kIsHardwareBuffer) {
-      std::swap(numbers[0], numbers[1]);
+    std::uint32_t first = overlap.first;
+    std::uint32_t second = overlap.second;
+    const auto is_buffer = [](std::uint32_t number) {
+      return number == MemoryMap::kIsHardwareBuffer;
+    };
+    const auto spot_of = [&](std::uint32_t number) {
+      return is_buffer(number)
+                 ? buffer
+                 : statements.spot(linked.memory.sections[number]);
+    };
+    // The later statement speaks, but never the buffer's.
+    if (is_buffer(second) ||
+        (!is_buffer(first) && spot_of(second) < spot_of(first))) {
+      std::swap(first, second);
     }
-    const auto& section = section_at(linked.memory, numbers[0]);
-    const bool is_buffer = numbers[1] == MemoryMap::kIsHardwareBuffer;
-    const auto& other = section_at(linked.memory, numbers[1]);
-    out.add(
-           statements.spot(section),
-           section_text(section) + " shares " +
-               count_text(overlap.size, "byte") + " from " +
-               hex_text(overlap.address) + " on with " +
-               (is_buffer ? "the hardware buffer (" +
-                                range_text(other.address, other.size) + ")"
-                          : section_text(other) + " of " + quoted(other.owner)))
-        .notes.push_back({is_buffer ? buffer : statements.spot(other),
-                          is_buffer ? "the buffer" : "the other section"});
+    const auto& section = section_at(linked.memory, second);
+    const auto& other = section_at(linked.memory, first);
+    out.add(spot_of(second),
+            section_text(section) + " shares " +
+                count_text(overlap.size, "byte") + " from " +
+                hex_text(overlap.address) + " on with " +
+                (is_buffer(first)
+                     ? "the hardware buffer (" +
+                           range_text(other.address, other.size) + ")"
+                     : section_text(other) + " of " + quoted(other.owner)))
+        .notes.push_back({spot_of(first), is_buffer(first)
+                                              ? "the buffer"
+                                              : "the other section"});
   }
 }
 

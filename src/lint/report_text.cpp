@@ -11,14 +11,16 @@ bool is_continuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-std::string printable(std::string_view text) {
+std::string printable(std::string_view text, bool keeps_tabs = false) {
   std::string safe;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
     // C2 80 to C2 9F are control characters, too.
     const bool is_c1 = c == 0xC2 && i + 1 < text.size() &&
                        static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    safe += c < 0x20 || c == 0x7F || is_c1 ? '?' : text[i];
+    const bool is_kept = keeps_tabs && c == '\t';
+    safe += (c < 0x20 && !is_kept) || c == 0x7F || is_c1 ? '?' : text[i];
+    if (is_c1) ++i;
   }
   return safe;
 }
@@ -47,15 +49,11 @@ void print_line(std::ostream& out, const LintReport& report, const Spot& spot,
     // A tab moves both by as much.
     if (!is_continuation(c)) caret += c == '\t' ? '\t' : ' ';
   }
-  std::string shown;
-  for (const char c : printable(line)) shown += c;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    if (line[i] == '\t') shown[i] = '\t';
-  }
   const std::size_t length = count_characters(line.substr(
       std::min<std::size_t>(spot.column, line.size()), spot.length));
-  out << "    " << shown << "\n    " << colours.good << caret << '^'
-      << std::string(length > 1 ? length - 1 : 0, '~') << colours.plain << '\n';
+  out << "    " << printable(line, true) << "\n    " << colours.good << caret
+      << '^' << std::string(length > 1 ? length - 1 : 0, '~') << colours.plain
+      << '\n';
 }
 
 }  // namespace

@@ -1,0 +1,307 @@
+// The rules that ask what the linker produced. Each case has one module or more
+// over a section table of a few lines.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "driver/ground/log.h"
+#include "lint/elf_file.h"
+#include "lint/linted.h"
+#include "support/bytes.h"
+
+namespace tova_fw_builder {
+namespace {
+
+// "NAME ADDRESS SIZE FLAGS [LOAD ADDRESS [ALIGNMENT]]", parted by ", "; t is
+// code, r constants, b zeroed memory, c neither, n what isn't allocated.
+std::string section_table(const std::string& sections) {
+  std::istringstream in(sections);
+  std::ostringstream out;
+  out << "Idx Name Size VMA LMA File off Algn\n";
+  for (std::string one; std::getline(in, one, ',');) {
+    std::istringstream words(one);
+    std::string name, address, size, flags, load, alignment = "2**12";
+    words >> name >> address >> size >> flags >> load >> alignment;
+    if (load.empty()) load = address;
+    if (alignment.empty()) alignment = "2**12";
+    out << " 0 " << name << ' ' << size << ' ' << address << ' ' << load
+        << " 00000040 " << alignment << "\n  "
+        << (flags == "t"   ? "CONTENTS, ALLOC, LOAD, CODE"
+            : flags == "r" ? "CONTENTS, ALLOC, LOAD, READONLY, DATA"
+            : flags == "b" ? "ALLOC"
+            : flags == "c" ? "CONTENTS, ALLOC"
+                           : "CONTENTS, READONLY")
+        << '\n';
+  }
+  return out.str();
+}
+
+// Adds an ELF that is none, with its table and list, to the tree's ELF list.
+void add_elf(LintTree& tree, const std::string& name,
+             const std::string& sections, const std::string& symbols) {
+  tree.dir.write(name + ".elf", std::string(0x20000, 'e'));
+  tree.dir.write(name + ".sections", section_table(sections));
+  tree.dir.write(name + ".symbols", symbols);
+  auto& list = tree.options.inputs.elf_list_path;
+  list = tree.dir.file("elfs");
+  std::ofstream out(list, std::ios::app);
+  for (const char* kind : {".elf", ".sections", ".symbols"}) {
+    out << tree.dir.file(name + kind) << '\n';
+  }
+}
+
+// A case a line: the definition, behind a version and a module "m" with a text
+// group that is still open; its sections behind ".t 1000 100 t"; the findings.
+constexpr char kCases[] = R"(
+=> =>
+memory_class a 1000 1000/ => => 
+section .u/ => .u 1100 80 t =>
+-- refused: what binding and writing find, at the statement that is to blame
+section .b/ => .b 3000 10 b => 6:9 refused
+section ep .u/ => .u 1100 80 t => 6:12 refused
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section .u/ => .u 2000 10 t => 8:1 refused
+group rodata/section .r/ => .r 2100 10 r => 7:9 refused
+max_data 0/ => .data 2000 10 r => 6:1 refused, elfs:2:1 section-left-out
+module d n/uuid 11234567-89AB-CDEF-0123-456789ABCDEF/group rodata/section .r/ => .r 2000 10 r => 7:1 refused, 7:6 duplicate-uuid
+group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 11 r => 7:9 refused
+-- section-not-found: not what may be absent
+section .tt/ => => 2:1 refused, 6:9 section-not-found
+section o .tt/ => =>
+module o n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/section .s/ => =>
+module o n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/section .s/ => .r 2000 10 r => 10:9 section-not-found
+dyn_mem .heap/ => => 6:9 refused, 6:9 section-not-found
+ignore .comment/ => => 6:8 section-not-found
+group rodata/section .r < .s/ => .r 2000 10 r => 2:1 refused, 7:14 section-not-found
+group rodata/section .r < public_keys_storage/ => .r 2000 10 r =>
+-- section-left-out: what is allocated
+=> .r 2000 10 r, .n 0 10 n, .b 3000 0 b => elfs:2:1 section-left-out
+=> .b 3000 10 b => elfs:2:1 section-left-out
+ignore .r/dyn_mem .b/ => .r 2000 10 r, .b 3000 10 b =>
+-- built-in-not-carried
+module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/group bss/section .b/ => .r 2000 10 r, .b 3000 10 b => 9:9 built-in-not-carried
+module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/ => =>
+-- load-overlap, by load addresses in any order; zeroed memory takes no bytes
+section .u/ => .u 2000 80 t 10FF => 6:9 load-overlap
+section .u/ => .u 2000 80 t 1100 =>
+section .u/ => .u 2000 80 t F81 => 5:12 load-overlap
+group bss/section .b/section .c/ => .b 2000 80 b, .c 3000 80 b 2000 =>
+-- run-overlap
+group rodata/section .r/ => .r 1000 10 r 2000 => 7:9 run-overlap
+group bss/section .b/ => .b 10FF 10 b => 7:9 refused, 7:9 run-overlap
+dyn_mem .heap/ => .heap 10F0 20 b => 6:9 run-overlap
+dyn_mem .heap/ => .heap FF0 20 b => 6:9 run-overlap
+hw_buf_ba 10FF/hw_buf_size 1/ => => 5:12 run-overlap
+hw_buf_ba 1100/hw_buf_size 1/ => =>
+module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/group bss/section .b/ => .b 1010 4 b => 11:9 run-overlap
+-- outside-classes, class-full: adjoining classes are one room
+memory_class a 2000 1000/ => => 5:12 outside-classes
+memory_class a 800 801/ => => 5:12 class-full
+memory_class a 1000 80/memory_class b 1080 80/ => =>
+memory_class a 1080 80/ => => 5:12 outside-classes
+-- addon-alignment, in the generations that keep addons in the binary
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .r 2000 10 r 2000 2**2 => 9:9 addon-alignment
+module l n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .r 2000 10 r 2000 2**2 =>
+binary_ver 1.5/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .r 2000 10 r 2000 2**2 => 6:1 repeated-statement
+-- entry-outside-group
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/entry 2010/section .u/ => .u 2000 10 t => 9:7 entry-outside-group
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/entry 200f/section .u/ => .u 2000 10 t =>
+-- export-not-found
+export main/export o trace/ => =>
+export trace/export o trace/ => => 7:1 repeated-statement
+export mian/ => => 6:8 refused, 6:8 export-not-found
+)";
+
+TEST(LinkedRules, FindMistakesWhereTheyStand) {
+  std::istringstream rows(kCases);
+  for (std::string row; std::getline(rows, row);) {
+    const std::size_t first = row.find("=>");
+    if (first == row.npos) {
+      EXPECT_TRUE(row.empty() || row.starts_with("-- ")) << row;
+      continue;
+    }
+    const std::size_t second = row.find("=>", first + 2);
+    ASSERT_NE(row.npos, second) << row;
+    LintTree tree("t=binary_ver 3.0/" + std::string(1, '@') +
+                  row.substr(0, first));
+    const std::string more = row.substr(first + 2, second - first - 2);
+    const bool has_more = more.find_first_not_of(' ') != more.npos;
+    add_elf(tree, "elf", ".t 1000 100 t" + (has_more ? "," + more : ""),
+            "00001000 T main\n");
+    std::string expected = row.substr(second + 2);
+    expected.erase(0, expected.find_first_not_of(' '));
+    EXPECT_EQ(expected, tree.findings()) << row;
+  }
+}
+
+TEST(LinkedRules, SectionsOfOneNameInTwoElfs) {
+  LintTree tree("t=binary_ver 3.0/@group bss/section .b/");
+  add_elf(tree, "one", ".t 1000 100 t, .b 2000 10 b", "");
+  add_elf(tree, "two", ".b 3000 10 b", "");
+  EXPECT_EQ("elfs:5:1 section-left-out", tree.findings());
+  add_elf(tree, "three", ".t 4000 10 t", "");
+  EXPECT_NE(std::string::npos,
+            tree.printed().find("elfs:1:1: error: Duplicated section found: .t "
+                                "[refused]"));
+}
+
+TEST(LinkedRules, WhatCannotBeReadIsTrouble) {
+  LintTree tree("t=binary_ver 3.0/max_data 0 1/@");
+  tree.options.inputs.elf_list_path = tree.dir.file("nothing");
+  const LintReport report = tree.lint();
+  EXPECT_EQ("2:12 extra-words", findings_of(report));
+  ASSERT_EQ(1u, report.troubles.size());
+  EXPECT_EQ("Failed to open file: " + tree.dir.file("nothing"),
+            report.troubles[0].text);
+}
+
+TEST(LinkedRules, ImageAsAWhole) {
+  LintTree tree("t=@");
+  add_elf(tree, "elf", ".t 1000 100 t", "");
+  EXPECT_EQ(
+      "t:1:1: error: Unrecognized binary version; the definition has no "
+      "binary_ver [refused]\n",
+      tree.printed());
+  LintTree none("t=binary_ver 3.0/");
+  add_elf(none, "elf", "", "");
+  EXPECT_EQ(
+      "t:1:1: error: preload page count cannot be computed - no modules "
+      "[refused]\n",
+      none.printed());
+}
+
+std::string times(std::size_t count, const std::string& text) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+// 52 bytes of header, 116 a module, 44 a configuration, 8 and 12 + name + 1 a
+// symbol: in 3.0 there are 32768 in all, in 1.8 8192 less. In 1.5 they stand
+// behind 644 bytes, and sign keeps the page up to which all but the symbols
+// reach.
+TEST(LinkedRules, TablesFitTheirRoom) {
+  struct {
+    const char* version;
+    std::size_t configurations;
+    std::size_t name_length;
+    bool fits;
+  } cases[] = {
+      {"3.0", 740, 19, true},  // 52 + 116 + 32560 + 8 + 12 + 19 + 1 = 32768
+      {"3.0", 740, 20, false}, {"1.8", 554, 11, true},  // 24576
+      {"1.8", 554, 12, false}, {"2.5", 554, 12, false},
+      {"1.5", 74, 7, true},  // 644 + 52 + 116 + 3256 = 4068, 28 are left
+      {"1.5", 74, 8, false},
+  };
+  for (const auto& [version, configurations, length, fits] : cases) {
+    const std::string symbol(length, 's');
+    LintTree tree("t=binary_ver " + std::string(version) + "/@export " +
+                  symbol + "/" + times(configurations, "mod_cfg 1/"));
+    add_elf(tree, "elf", ".t 1000 100 t", "00001000 T " + symbol + "\n");
+    EXPECT_EQ(fits ? "" : "1:1 tables-fit", tree.findings())
+        << version << ' ' << length;
+  }
+  LintTree tree("t=binary_ver 1.5/@" + times(168, "mod_cfg 1/"));
+  add_elf(tree, "elf", ".t 1000 100 t", "");
+  EXPECT_EQ("0:1 refused", tree.findings());  // 644 + 168 + 7392 >= 8192
+}
+
+struct Sample {
+  Sample() {
+    set_log_level(kLogError - 1);
+    std::filesystem::copy(TOVA_SAMPLE, dir.path(),
+                          std::filesystem::copy_options::recursive);
+    std::string list;
+    for (const char* elf : {"base_fw", "mixer", "reverb", "meter"}) {
+      for (const char* kind : {".elf", ".sections", ".symbols"}) {
+        list += dir.file("linked/") + elf + kind + '\n';
+      }
+    }
+    options.inputs.elf_list_path = dir.write("elfs", list);
+    options.inputs.default_dir = dir.path();
+    options.inputs.module_config_path = dir.file("src/audio_config.h");
+    options.inputs.key_list_path = dir.file("keys/trusted-keys.list");
+  }
+  std::string findings(const std::string& generation = "1.8") {
+    options.inputs.image_def_path =
+        dir.file("definitions/gen_" + generation + ".def");
+    return findings_of(lint(options));
+  }
+  void replace(const std::string& file, const std::string& from,
+               const std::string& to) const {
+    std::string text = read_file(dir.file(file));
+    ASSERT_NE(std::string::npos, text.find(from)) << from;
+    text.replace(text.find(from), from.size(), to);
+    dir.write(file, text);
+  }
+  TempDir dir;
+  LintOptions options;
+};
+
+TEST(LinkedRules, SampleHasNoFinding) {
+  Sample sample;
+  for (const char* generation : {"1.5", "1.8", "2.5", "3.0"}) {
+    EXPECT_EQ("", sample.findings(generation)) << generation;
+  }
+  sample.options.inputs.key_list_path.clear();
+  sample.options.inputs.module_config_path.reset();
+  EXPECT_EQ("", sample.findings());
+}
+
+// A table or list of another link; the second ELF's stand in lines 5 and 6.
+TEST(LinkedRules, TablesOfAnotherLink) {
+  {
+    Sample sample;
+    sample.replace("linked/mixer.sections", "000000bc  10008000",
+                   "000000b8  10008000");
+    EXPECT_EQ("elfs:5:1 stale-table", sample.findings());
+  }
+  {
+    Sample sample;
+    std::filesystem::copy(sample.dir.file("linked/meter.elf"),
+                          sample.dir.file("linked/mixer.elf"),
+                          std::filesystem::copy_options::overwrite_existing);
+    EXPECT_EQ("elfs:5:1 stale-table", sample.findings());
+  }
+  {
+    Sample sample;
+    std::string list = read_file(sample.dir.file("linked/base_fw.symbols"));
+    const std::size_t place = list.find(" T fw_alloc");
+    list[place - 1] = list[place - 1] == '0' ? '4' : '0';
+    sample.dir.write("linked/base_fw.symbols", list);
+    EXPECT_EQ("elfs:3:1 stale-table", sample.findings());
+  }
+  {
+    Sample sample;
+    std::filesystem::resize_file(sample.dir.file("linked/mixer.elf"), 4096);
+    EXPECT_EQ("elfs:5:1 stale-table", sample.findings());
+  }
+}
+
+// What lies about itself is no ELF, and nothing more.
+TEST(ElfFile, DamagedOnesAreReadAsFarAsTheyGo) {
+  const std::string elf =
+      read_file(std::string(TOVA_SAMPLE) + "/linked/base_fw.elf");
+  const TempDir dir;
+  const std::map<std::string, bool> wanted = {{"fw_alloc", false}};
+  const ElfFile whole = read_elf_file(dir.write("whole", elf), wanted);
+  EXPECT_EQ(elf.size(), whole.length);
+  EXPECT_EQ(1u, whole.sections.count(".text.gain"));
+  EXPECT_EQ(0x10001000u, whole.sections.find(".text.gain")->second.address);
+  EXPECT_EQ(1u, whole.symbols.size());
+  // Each byte of the header, each length.
+  for (std::size_t i = 0; i < 64; ++i) {
+    for (const char byte : {'\x00', '\x01', '\x7F', '\xFF'}) {
+      std::string damaged = elf;
+      damaged[i] = byte;
+      read_elf_file(dir.write("damaged", damaged), wanted);
+    }
+    const auto cut = read_elf_file(
+        dir.write("cut", elf.substr(0, elf.size() * i / 64)), wanted);
+    EXPECT_TRUE(cut.sections.empty());
+  }
+}
+
+}  // namespace
+}  // namespace tova_fw_builder

@@ -1,0 +1,75 @@
+// The forms of the findings. The JSON of real runs is held to its schema by
+// scripts/check-companion.sh.
+#include <gtest/gtest.h>
+
+#include "lint/linted.h"
+#include "lint/report_json.h"
+#include "lint/report_text.h"
+
+namespace tova_fw_builder {
+namespace {
+
+// Columns count characters: each of the letters here has two bytes.
+TEST(ReportText, ShowsTheLineWithACaret) {
+  EXPECT_EQ(
+      "t:1:13: warning: '\xC3\xBC\xC3\xBC' is ignored: ignore takes no more "
+      "[extra-words]\n"
+      "    \tignore .\xC3\xA4 \t\xC3\xBC\xC3\xBC\n"
+      "    \t          \t^~\n",
+      LintTree("t=~ignore .\xC3\xA4 ~\xC3\xBC\xC3\xBC/").printed(true));
+}
+
+// A name or a word can't steer the terminal, nor fill it.
+TEST(ReportText, ControlCharactersAreShownAsQuestionMarks) {
+  EXPECT_EQ(
+      "t:1:12: warning: '?[31m??x' is ignored: max_data takes no more "
+      "[extra-words]\n",
+      LintTree("t=max_data 0 \x1B[31m\x7F\xC2\x9Bx/").printed());
+  const std::string text =
+      LintTree("t=max_data 0 " + std::string(5000, 'x') + "/").printed(true);
+  EXPECT_LT(text.size(), 200u);
+}
+
+TEST(ReportText, PathsBelowTheFolderAreShownFromThere) {
+  EXPECT_EQ("a/b.def", shown_path("/x/a/b.def", "/x"));
+  EXPECT_EQ("/y/b.def", shown_path("/y/b.def", "/x"));
+  EXPECT_EQ("/xy/b.def", shown_path("/xy/b.def", "/x"));
+}
+
+TEST(ReportJson, HasFindingsWithTheirNotes) {
+  const LintTree tree("t=max_data 0/max_data 0 \xFF/");
+  const Json json = findings_json(tree.lint(), tree.dir.path());
+  EXPECT_EQ(1, json["schema"]);
+  ASSERT_EQ(2u, json["findings"].size());
+  const Json& first = json["findings"][0];
+  EXPECT_EQ("t", first["file"]);
+  EXPECT_EQ(2, first["line"]);
+  EXPECT_EQ(1, first["column"]);
+  EXPECT_EQ("warning", first["level"]);
+  EXPECT_EQ("repeated-statement", first["rule"]);
+  EXPECT_EQ(1, first["notes"][0]["line"]);
+}
+
+TEST(ReportSarif, PointsIntoTheRules) {
+  const LintTree tree("t t=/foo/");
+  const Json sarif = findings_sarif(tree.lint(), tree.dir.path(), "1.2.3");
+  EXPECT_EQ("2.1.0", sarif["version"]);
+  const Json& run = sarif["runs"][0];
+  const Json& result = run["results"][0];
+  EXPECT_EQ("refused",
+            run["tool"]["driver"]["rules"][int{result["ruleIndex"]}]["id"]);
+  EXPECT_EQ("error", result["level"]);
+  const Json& place = result["locations"][0]["physicalLocation"];
+  EXPECT_EQ("t%20t", place["artifactLocation"]["uri"]);
+  EXPECT_EQ("SRCROOT", place["artifactLocation"]["uriBaseId"]);
+  EXPECT_EQ(2, place["region"]["startLine"]);
+  EXPECT_EQ(1, place["region"]["startColumn"]);
+  EXPECT_EQ(4, place["region"]["endColumn"]);
+  const Json outside = findings_sarif(tree.lint(), "/elsewhere", "1.2.3");
+  EXPECT_EQ("file://" + tree.dir.path() + "/t%20t",
+            outside["runs"][0]["results"][0]["locations"][0]["physicalLocation"]
+                   ["artifactLocation"]["uri"]);
+}
+
+}  // namespace
+}  // namespace tova_fw_builder
