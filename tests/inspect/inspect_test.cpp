@@ -6,8 +6,8 @@
 
 #include "inspect/bytes.h"
 #include "inspect/json.h"
-#include "inspect/text.h"
 #include "inspect/sample_files.h"
+#include "inspect/text.h"
 
 namespace tova_fw_builder {
 namespace {
