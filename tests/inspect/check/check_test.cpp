@@ -8,7 +8,7 @@
 
 #include "image/kelp15.h"
 #include "inspect/check/image_samples.h"
-#include "signing/keys/key_text.h"
+#include "signing/keys/key_file.h"
 #include "signing/manifest_sample.h"
 #include "signing/sign_command.h"
 #include "support/captured_log.h"
