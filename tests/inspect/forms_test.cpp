@@ -47,6 +47,8 @@ Inspected small_tree() {
     member.add(number_field("size", size));
     member.add(noted(number_field("kind", size), size == 7 ? "seven" : ""));
   }
+  list.members[0].add(
+      shown(placed(number_field("hidden", 1), 19, 0), Field::Shown::kBytes));
   root.add(list_field("none"));
   Field contents = shown(text_field("contents", ""), Field::Shown::kBytes);
   contents.kind = Field::Kind::kContents;

@@ -206,6 +206,7 @@ TEST(Inspect, DamageIsToldWhereItIs) {
       {binary_18(), one + 80, '\x9F',
        "196: reserved bits of a segment are set"},
       {binary_18(), one + 81, 1, "197: a segment of type 1 stands in slot 0"},
+      {binary_18(), one + 93, 0, "209: a segment of type 0 stands in slot 1"},
       {binary_18(), one + 82, 3, "204: contents of eins lie outside the file"},
       {binary_18(), one + 90, 1, "204: contents of eins lie outside the file"},
       {binary_18(), two + 96, 1, "324: a segment that isn't in use has values"},
@@ -226,7 +227,8 @@ TEST(Inspect, DamageIsToldWhereItIs) {
       {manifest_15(true), 100, 1, "40: reserved bytes are not zero"},
       {metadata_18(), 4, 97, "4: extension_length is 97, not 96"},
       {metadata_18(), 20, 1, "12: reserved bytes are not zero"},
-      {metadata_18(), 79, 1, ""},
+      {metadata_18(), 77, 0, "76: limit_offset lies below base_offset"},
+      {metadata_18(), 36, 1, "36: version is 1, not 0"},
       {metadata_18(), 73, 0, "72: base_offset is 0, not 8192"},
       {extended_manifest(), 4, 1, "4: the file has 124 bytes, and its heading"},
       {extended_manifest(), 12, 3, "124: the file ends ahead of its last"},
@@ -248,6 +250,41 @@ TEST(Inspect, DamageIsToldWhereItIs) {
               ('\n' + all).find(std::string("\n") + c.problem))
         << c.place << " " << c.problem << " not in\n"
         << all;
+  }
+}
+
+// Any of the three areas makes it signed; the key's hash is that of what
+// stands there.
+TEST(Inspect, PartsOfASignature) {
+  for (const std::size_t place : {128u, 387u, 400u, 643u}) {
+    std::string bytes = manifest_15(false);
+    EXPECT_EQ(0u, number_at(inspect_bytes(bytes).root, "signed"));
+    bytes[place] = 'x';
+    EXPECT_EQ(1u, number_at(inspect_bytes(bytes).root, "signed")) << place;
+  }
+}
+
+// A number of a key is told between its own texts alone.
+TEST(Inspect, NumbersOfDamagedKeys) {
+  const struct {
+    std::size_t place;
+    const char* exponent;
+    const char* modulus_head;
+  } cases[] = {
+      {10, "-", "1111"},     // ahead of the exponent
+      {44, "-", "-"},        // between the two
+      {308, "010001", "-"},  // behind the modulus
+  };
+  for (const auto& c : cases) {
+    std::string bytes = public_key();
+    bytes.at(c.place) = '#';
+    const Inspected inspected = inspect_bytes(bytes, Format::kPublicKey);
+    const auto value = [&](const char* path) {
+      return value_text(*find(inspected.root, path));
+    };
+    EXPECT_EQ(c.exponent, value("exponent")) << c.place;
+    EXPECT_EQ(c.modulus_head, value("modulus").substr(0, 4)) << c.place;
+    EXPECT_EQ("-", value("public_key_hash"));
   }
 }
 

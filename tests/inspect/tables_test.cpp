@@ -79,6 +79,7 @@ TEST(SymbolTable, RecordsAndNames) {
        "a@0.0 @0.0 end 36" + damaged},
       {symbol_table(1, {{0, 0, 20}}, "ab"), "ab@0.0 end 22" + damaged},
       {symbol_table(1, {{0, 0, 21}}, text("a\0", 2)), "@0.0 end 22" + damaged},
+      {symbol_table(1, {{0, 0, 22}}, text("a\0", 2)), "-@0.0 end 22" + damaged},
       {symbol_table(1, {{0, 0, 20}}, text("a\0", 2)).substr(0, 21),
        "a@0.0 end 21" + damaged},
       {symbol_table(0xFFFFFFFF, {{0, 0, 20}}, text("a\0", 2)),

@@ -27,6 +27,8 @@ TEST(TrustedKey, HashOrKeyOfAnyForm) {
   }
   EXPECT_EQ("this is neither a hash of 64 hexadecimal digits nor a file",
             message_of([&] { trusted_key_hash(text.substr(1)); }));
+  EXPECT_EQ("this is neither a hash of 64 hexadecimal digits nor a file",
+            message_of([&] { trusted_key_hash(text + "00"); }));
   // With the exponent 1 anyone signs; 3 00 01 would be read backwards.
   const std::string n = bytes_of(kSampleModulus);
   for (const std::string& e : {"\1"s, "\4"s, "\3\0\1"s}) {

@@ -264,6 +264,38 @@ TEST(Check, FilesAloneAndTogether) {
             lines_of(check(renamed), "module-hash").find("ok other: 1 module"));
 }
 
+TEST(Check, OneModuleMoreOrLess) {
+  for (const int more : {-1, 1}) {
+    ImageSample image = image_sample("1.8");
+    std::string& extended = image.at("firmware.man.ext");
+    extended.resize(more > 0 ? 136 + 40 : 136 - 40);
+    if (more > 0) extended[136] = 40;
+    extended[4] = static_cast<char>(extended.size());
+    extended[12] = static_cast<char>(3 + more);
+    EXPECT_EQ("extended-manifest ", failed(check(image))) << more;
+  }
+}
+
+// Of a module's index a symbol has the low 8 bits.
+TEST(Check, SymbolsOfManyModules) {
+  constexpr unsigned kModules = 258;
+  Bytes bytes;
+  bytes.text("$TM1").u32(52).text("MANY").fill(4).u32(8).fill(16);
+  bytes.u32(kModules).fill(12);
+  for (unsigned i = 0; i < kModules; ++i) {
+    bytes.text("$TME").text("m").fill(7).u16(i + 1).fill(14, 'u').u32(0);
+    bytes.fill(48).u8(0x1B).u8(0).u16(1).u32(0x1000 * (i + 1)).u32(0);
+    bytes.u32(0xF00).fill(8).u32(0xF00).fill(8);
+  }
+  // In module 256, which is told as 0, and in none that is told as 1.
+  bytes.u32(2).u8(1).u8(0).u16(0).u32(32).u32(0x1000 * 257 + 8);
+  bytes.u8(1).u8(1).u16(0).u32(34).u32(0x1000 * 257 + 8);
+  bytes.u32(4).text(std::string("a\0b\0", 4)).fill_to(32768);
+  const Checked checked = check({{"many.bin", bytes}});
+  EXPECT_EQ("FAILED many.bin: b lies outside its segment\n",
+            lines_of(checked, "symbol-names"));
+}
+
 // The sample key of the tests, which isn't that of the sample.
 class CheckSignature : public testing::Test {
  protected:

@@ -122,6 +122,15 @@ TEST(CompareTrees, FieldsOfABinary) {
   }
 }
 
+// A byte behind the end of the shorter file is no padding that only moved.
+TEST(CompareTrees, PaddingOfOneSide) {
+  const std::string whole = binary_18();
+  EXPECT_EQ("padding[2] 0 -> 3, 1 in 1, first 2\n",
+            compare(whole, whole + std::string("\0\0x", 3), Format::kBinary));
+  EXPECT_EQ("padding[2] 3 -> 0, 1 in 1, first 0\n",
+            compare(whole + std::string("x\0\0", 3), whole, Format::kBinary));
+}
+
 TEST(CompareTrees, MembersOfOneSide) {
   // Without the second module: its entry, its configuration and its symbol go.
   std::string fewer = binary_18();
