@@ -40,7 +40,7 @@ Inspected small_tree() {
   root.add(placed(shown(std::move(reserved), Field::Shown::kBytes), 16, 2));
   Field& list = root.add(list_field("modules"));
   list.columns = kColumns;
-  for (const std::uint64_t size : {7, 1234}) {
+  for (const std::uint64_t size : {7u, 1234u}) {
     Field& member = list.add(object_field(""));
     member.add(placed(text_field("name", size == 7 ? "\xC3\xA4" : "b\n"),
                       18 + size % 2, 1));

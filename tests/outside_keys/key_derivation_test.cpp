@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "outside_keys/any_key.h"
 #include "support/bytes.h"
 #include "support/temp_dir.h"
 
@@ -99,6 +100,15 @@ TEST(KeyDerivation, BoundsOfTheWork) {
   for (const auto& c : cases) {
     EXPECT_EQ(c.answer, why_refused(c.bytes)) << hex_of(c.bytes);
   }
+}
+
+// Whoever reads a key asks first.
+TEST(KeyDerivation, KeysAreNotOpened) {
+  const TempDir dir;
+  const SecretBuffer passphrase(1);
+  EXPECT_EQ(kRounds, message_of([&] {
+              load_any_key(dir.write("key", pbkdf2("00989681")), &passphrase);
+            }));
 }
 
 // The first block of a PEM may hide the second one, damaged or not.
