@@ -203,6 +203,7 @@ TEST(Inspect, DamageIsToldWhereItIs) {
        "116: the mark $TME of a module entry is missing"},
       {binary_18(), one + 28, 2, "144: a module is neither loadable nor built"},
       {binary_18(), one + 31, 1, "144: reserved bits of a module's type"},
+      {binary_18(), one + 30, 2, "144: reserved bits of a module's type"},
       {binary_18(), one + 80, '\x9F',
        "196: reserved bits of a segment are set"},
       {binary_18(), one + 81, 1, "197: a segment of type 1 stands in slot 0"},
@@ -212,6 +213,7 @@ TEST(Inspect, DamageIsToldWhereItIs) {
       {binary_18(), two + 96, 1, "324: a segment that isn't in use has values"},
       {binary_18(), two + 68, 1, "300: cfg_off is 1, and the module's"},
       {binary_18(), two + 71, '\x7F', "348: only 738 of 32513 configurations"},
+      {binary_18(), symbols + 4, 2, "396: a symbol's record points at no mod"},
       {binary_18(), symbols + 5, 2, "396: a symbol's record points at no mod"},
       {binary_18(), symbols + 8, 45, "392: the symbol table is damaged"},
       {binary_18(), symbols + 28, 99, "392: the symbol table is damaged"},
@@ -250,6 +252,24 @@ TEST(Inspect, DamageIsToldWhereItIs) {
               ('\n' + all).find(std::string("\n") + c.problem))
         << c.place << " " << c.problem << " not in\n"
         << all;
+  }
+}
+
+TEST(Inspect, KindsOfModules) {
+  const struct {
+    char type;
+    const char* kind;
+  } cases[] = {{0x00, "built in"},
+               {0x01, "loadable"},
+               {0x02, "unknown"},
+               {0x11, "loadable, started"},
+               {'\x80', "built in, library"},
+               {'\x91', "loadable, library, started"}};
+  for (const auto& c : cases) {
+    std::string bytes = binary_18();
+    bytes[64 + 52 + 28] = c.type;
+    EXPECT_EQ(c.kind,
+              find(inspect_bytes(bytes).root, "modules[0].type.value")->note);
   }
 }
 
