@@ -34,6 +34,9 @@ TEST(FlashScript, NamesEveryPart) {
     std::string problems;
   } cases[] = {
       {"pt\noffset 48\nbin a m\nsize a\ndw 1234\n", image(), ""},
+      // Another word behind the file marks nothing.
+      {"pt\noffset 48\nbin a n\nsize a\ndw 1234\n", image(),
+       "0: line 1 (pt): the image has other bytes there\n"},
       // A number of the table, of `size` and of `dw` that the image lacks.
       {"offset 48\nbin a\ndd 5\ndw 4321\n", image(),
        "81: line 4 (dw): the image has other bytes there\n"},

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "inspect/bytes.h"
@@ -160,6 +161,36 @@ TEST(Inspect, GenerationOfAHeaderAtTheStart) {
             find(inspected.root, "contents.modules[0].segments[0]")->offset);
 }
 
+// One field of 3.0 may be damaged; of an image of 1.8 without contents, or with
+// those of one segment, the length tells.
+TEST(Inspect, GenerationsThatLookAlike) {
+  const std::string tables = binary_30().substr(0, kTablesLength);
+  const auto with = [&](char pages, bool one_place) {
+    std::string bytes = tables;
+    bytes[16] = pages;
+    if (one_place) bytes.replace(52 + 92 + 8, 4, 4, '\0');
+    return bytes;
+  };
+  const struct {
+    std::string tables;
+    std::size_t length;
+    const char* generation;
+  } cases[] = {
+      {with(8, false), 40960, "3.0"},
+      {with(8, true), 40960, "3.0"},
+      {with(9, false), 40960, "3.0"},
+      {with(9, true), 28672, "1.8 or 2.5"},
+      {with(8, false), 24576, "1.8 or 2.5"},
+      {with(8, false), 24577, "3.0"},
+  };
+  for (const auto& c : cases) {
+    const std::string bytes = Bytes().text(c.tables).fill_to(c.length);
+    EXPECT_EQ(c.generation,
+              text_at(inspect_bytes(bytes, Format::kBinary).root, "generation"))
+        << &c - cases;
+  }
+}
+
 TEST(Inspect, StructuresInside) {
   const std::string flash = Bytes()
                                 .fill(260'000, '$')
@@ -270,6 +301,32 @@ TEST(Inspect, KindsOfModules) {
     bytes[64 + 52 + 28] = c.type;
     EXPECT_EQ(c.kind,
               find(inspect_bytes(bytes).root, "modules[0].type.value")->note);
+  }
+}
+
+// The tables may end where the contents begin, 24640, and no byte later. The
+// configurations are as many as are counted, and no symbol stands behind them.
+TEST(Inspect, TablesAheadOfContents) {
+  const std::size_t one = 64 + 52;
+  const std::size_t two = one + 116;
+  const struct {
+    unsigned configurations;  // of 44 bytes, from 348 on
+    bool reaches;
+  } cases[] = {{551, false}, {552, true}, {553, true}};
+  for (const auto& c : cases) {
+    const std::size_t end = two + 116 + 44 * c.configurations;
+    std::string bytes = binary_18();
+    bytes.replace(two + 70, 2, Bytes().u16(c.configurations));
+    bytes.replace(end, 8, 8, '\0');
+    const std::vector<Problem> problems = inspect_bytes(bytes).problems;
+    EXPECT_EQ(c.reaches,
+              std::any_of(problems.begin(), problems.end(),
+                          [](const Problem& problem) {
+                            return problem.offset == 24640 &&
+                                   problem.text ==
+                                       "the tables reach into the contents";
+                          }))
+        << c.configurations;
   }
 }
 
