@@ -88,6 +88,21 @@ assert [(c["name"], c["old"], c["new"], c["change"])
 assert got["budgets"] == [
     {"class": "sram", "limit": 10598, "used": 12646, "over": 2048}]
 END
+# The page stands beside the JSON; scripts/check-page.sh looks into it. Only one
+# of them can be printed, and what is printed stands alone.
+map 1 --baseline old.json --json new.json --html map.html --budget sram=0
+[[ $(<out) == "sram: 12646 bytes used, 12646 over the budget of 0" ]] ||
+  die "$(cat out)"
+map 1 --baseline old.json --json - --html map2.html --budget sram=0
+cmp out new.json
+map 1 --baseline old.json --html - --budget sram=0
+cmp out map.html && cmp out map2.html
+map 2 --json - --html /dev/stdout
+has err "tova_fw: --json and --html can't both be printed"
+map 2 --json nowhere/map.json --html not-made.html
+map 2 --html nowhere/map.html
+[[ ! -e not-made.html ]] || die "a page was written after a failure"
+
 # Without symbols, the sections say it.
 for list in linked/*.symbols; do : >"$list"; done
 sed -i '/export/d' definitions/*.def

@@ -36,6 +36,7 @@ TEST(Coverage, EachAddressCountsOnce) {
       {{20, 20}, 0, ""},
       {{35, 35}, 0, ""},
       {{50, 40}, 0, ""},
+      {{51, 50}, 0, ""},
   };
   for (const auto& item : kCases) {
     const std::string span = text_of({item.span});

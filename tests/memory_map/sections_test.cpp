@@ -142,9 +142,9 @@ TEST(Overlaps, AreCut) {
 
 TEST(Sections, BelongToTheModuleThatNamesThem) {
   // b is in the loadable module and, built in, in PART; h in no module, d in
-  // one and in a dyn_mem statement, too.
+  // one and in a dyn_mem statement, too. The store of keys has no address.
   const MemoryMap map = measure(
-      "dyn_mem h\ndyn_mem d\nmodule b PART\n"
+      "dyn_mem h\ndyn_mem d\ndyn_mem public_keys_storage\nmodule b PART\n"
       "uuid 5A3C0001-7B1E-4C52-9D40-000000000002\ngroup text\n"
       "section ep b\n" +
           text_module("BASE", {"a", "b", "d"}),

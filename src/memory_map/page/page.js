@@ -104,8 +104,8 @@ function fillChanges() {
                                 all: map.rows.changes, what: 'changes'});
   }
   for (const [rows, title, what] of [
-    [classes, 'Memory classes', 'changed classes'],
-    [modules, 'Modules, with gaps and padding', 'changed modules'],
+    [classes, 'Memory classes', 'classes that changed'],
+    [modules, 'Modules, with gaps and padding', 'modules that changed'],
   ]) {
     if (rows.length === 0) continue;
     place('changes').append(make('h3', {}, title));
