@@ -41,19 +41,20 @@ echo 'binary_ver 3.0' >nothing.def
 pages nothing --definition nothing.def --elf-list nothing.elfs
 
 # Names that would end the script, begin another, or turn a line around; some
-# with bytes that are no UTF-8. Sections without a size, over each other and
-# beyond the last address.
+# with bytes that are no UTF-8. Sections without a size, over each other, beyond
+# the last address, and with thousands of pages between them.
 # shellcheck disable=SC1003
 names=('</script><script>hacked=1</script>' '<img/src=x/onerror=hacked=1>'
   '";hacked=1//' "';hacked=1//" '\u003cb\u003e&lt;b&gt;' '<!--<script>'
-  $'\xe2\x80\xa8\xe2\x80\xae' $'\xff\xfe\xc3' $'\x01\x1b[31m' '__proto__' '\')
+  $'\xe2\x80\xa8\xe2\x80\xae' $'\xff\xfe\xc3' $'\x01\x1b[31m' '__proto__' '\' '.Upper')
 {
   printf 'binary_name <b>\nbinary_ver 1.8\nhw_buf_ba 1000\nhw_buf_size 800\n'
   printf 'memory_class </title><b> 1000 4000\nmemory_class __proto__ 0 1800\n'
   printf 'module <img/src=x/onerror=hacked=1>\nuuid %s\ngroup text\n' \
     5A3C0001-7B1E-4C52-9D40-000000000001
   printf '  section ep %s\n' "${names[0]}"
-  printf '  section %s\n' "${names[@]:1}"
+  printf '  section %s\n' "${names[@]:1}" .far
+  printf 'group rodata\n  section .constants\n'
 } >hostile.def
 {
   echo Idx
@@ -64,6 +65,10 @@ names=('</script><script>hacked=1</script>' '<img/src=x/onerror=hacked=1>'
       $((address % 3 * 640)) "$address" "$address"
     ((address += 1000))
   done
+  echo '0 .far 10 800010 800010 0 2**2'
+  echo ' CONTENTS, ALLOC, CODE'
+  echo '0 .constants 10 900000 900000 0 2**2'
+  echo ' CONTENTS, ALLOC, READONLY, DATA'
 } >hostile.sections
 printf '00000c00 T %s\n' "${names[@]}" >hostile.symbols
 printf '%s\n' "$work"/hostile.{elf,sections,symbols} >hostile.elfs

@@ -65,7 +65,9 @@ class Page:
             if not buttons or not buttons[1].is_enabled():
                 return rows
             self.script("arguments[0].click()", buttons[1])
-            rows += self.rows(section)
+            more = self.rows(section)
+            assert more, "the next page has no row"
+            rows += more
 
 
 def to_number(text):
@@ -183,16 +185,55 @@ def check_table_by_keyboard(page):
             assert values == sorted(values, reverse=direction != "ascending")
     field = page.browser.find_element(By.CSS_SELECTOR, "#sections input")
     page.script("arguments[0].focus()", field)
-    wanted = page.rows("sections")[-1][0]
-    page.press(wanted.upper())
-    assert {row[0] for row in page.rows("sections") if wanted not in row[0]} == set()
-    assert page.rows("sections")
+    names = [row[0] for row in page.rows("sections")]
+    wanted = next((n for n in names if n != n.lower()), names[-1])[1:]
+    page.press(wanted.swapcase())
+    rows = page.rows("sections")
+    assert rows and all(wanted in row[0] for row in rows), (wanted, rows)
     page.press("no such section")
     assert page.rows("sections") == []
     status = page.browser.find_element(By.CSS_SELECTOR, "#sections [role=status]")
     assert status.text == "Nothing matches"
     field.clear()
     page.press(" ", Keys.BACKSPACE)
+
+
+def expected_parts(got, area):
+    """What the bar of a class tells, if no parts share one."""
+    sections = area["sections"]
+    if area["hw_buf"]:
+        sections = sections + [{"name": "hw_buf", "module": "hw_buf",
+                                **got["hw_buf"]}]
+    at, end, parts = area["base"], area["base"] + area["size"], []
+
+    def leave(to, word):
+        if to > at:
+            parts.append((f"{word}, {at:#010x}, {to - at:,} "
+                          f"byte{'s'[:to - at != 1]}", word == "gap"))
+
+    for s in sorted(sections, key=lambda s: s["address"]):
+        begin, to = max(s["address"], at), min(s["address"] + s["size"], end)
+        if to <= begin:
+            continue
+        leave(begin, "gap" if parts else "free room")
+        parts.append((f"{shown(s['name'])}, {shown(s['module'])}, "
+                      f"{s['address']:#010x}, {s['size']:,} "
+                      f"byte{'s'[:s['size'] != 1]}", False))
+        at = to
+    leave(end, "free room")
+    return parts
+
+
+def check_parts(page):
+    bars = page.browser.find_elements(By.CSS_SELECTOR, ".bar")
+    for bar, area in zip(bars, page.map["classes"], strict=True):
+        parts = page.script(
+            "return [...arguments[0].children].map((part) => "
+            "[part.ariaLabel, part.classList.contains('gap')])", bar)
+        told = [tuple(part) for part in parts if " of " not in part[0]]
+        wanted = expected_parts(page.map, area)
+        assert told == [part for part in wanted if part in told], told
+        assert len(told) == len(wanted) or len(told) < len(parts), told
 
 
 def check_bar_by_keyboard(page):
@@ -387,6 +428,7 @@ def main():
             check_baseline(page)
             if len(page.rows("sections")) > 5:
                 check_table_by_keyboard(page)
+            check_parts(page)
             check_bar_by_keyboard(page)
             check_silence(page)
             print(f"{path.stem}: {path.stat().st_size:,} bytes, open after "
