@@ -45,6 +45,13 @@ has out ' 2048 0x2000c004 delay_line .bss.reverb reverb'
 map 0 --long
 has out ' 4 0x20000000 heap_used .bss.base base_fw'
 
+# A definition that isn't here is searched in the default directory.
+mkdir elsewhere
+(cd elsewhere && "$tool" map --definition gen_1.8.def --default-dir \
+  ../definitions --header ../src/audio_config.h --elf-list ../fw.elfs \
+  --key-list ../keys/trusted-keys.list --long >out) || die "not found"
+cmp out elsewhere/out
+
 # Budgets hold up to the last byte; sram has 10598 of 131072, 8.09 %.
 while read -r status budget line; do
   map "$status" --budget "$budget" --budget imr=1M

@@ -122,15 +122,39 @@ TEST(MapText, BarsAndShares) {
 
 TEST(MapText, LongListsEndEarly) {
   MemoryMap map;
-  map.sections = {{"a", "m", 0, 1000}};
+  map.classes = {{"c", 0, 1000, 300, 0, {}}};
   for (std::uint32_t i = 0; i < 30; ++i) {
+    map.sections.push_back({"a", "m", 10 * i, 10});
+    map.classes[0].sections.push_back(i);
     map.symbols.push_back({"s", 0, false, i, 1});
-    map.left_out.push_back({"x", "e", i, 1});
   }
+  map.overlaps = {{0, 1, 10, 1}};
+  map.has_more_overlaps = true;
   const std::string text = printed(map);
   EXPECT_NE(std::string::npos, text.find("  and 20 more (--long shows them)"));
   EXPECT_NE(std::string::npos, text.find("  and 10 more (--long shows them)"));
-  EXPECT_EQ(std::string::npos, printed(map, true).find("more"));
+  EXPECT_NE(std::string::npos, text.find("  and others behind these\n"));
+  // What is free is told of what one sees.
+  EXPECT_EQ(std::string::npos, text.find("(free)"));
+  const std::string all = printed(map, true);
+  EXPECT_EQ(std::string::npos, all.find("more"));
+  EXPECT_NE(std::string::npos, all.find(" 700           (free)"));
+}
+
+TEST(MapText, BuiltInModulesAreInNoSum) {
+  MemoryMap map;
+  map.modules = {{"A", "", true, 10, 0, 0, 1, 2, 1, 1},
+                 {"B", "", false, 20, 1, 3, 4, 2, 4, 2},
+                 {"C", "", false, 70, 0, 0, 0, 0, 1, 1}};
+  EXPECT_NE(std::string::npos, printed(map).find(R"(
+  module  text  rodata  bss  gaps  padding  pages    share
+  A *       10       0    0     1        2      1   13.0 %
+  B         20       1    3     4        2      4   30.0 %
+  C         70       0    0     0        0      1   70.0 %
+  all       90       1    3     4        2      5  100.0 %
+  * built in: counted again in the module that carries it
+  Page boundaries and gaps cost 6 bytes; without gaps the groups would take 2 of 5 pages less (8192 bytes)
+)")) << printed(map);
 }
 
 TEST(MapText, NamesArePrintable) {
