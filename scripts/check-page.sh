@@ -28,7 +28,8 @@ sample=(--definition sample/definitions/gen_1.8.def
   --header sample/src/audio_config.h --elf-list fw.elfs
   --key-list sample/keys/trusted-keys.list)
 pages sample "${sample[@]}"
-cp pages/sample.json old.json
+# Of the old build, one symbol is larger than it is now.
+sed 's/"size": 124$/"size": 134/' pages/sample.json >old.json
 sed -i 's/000000bc  10008000/000000fc  10008000/' sample/linked/mixer.sections
 echo '100080bc T mixer_reset' >>sample/linked/mixer.symbols
 sed -i 's/00000808  2000c000/00001008  2000c000/' sample/linked/reverb.sections

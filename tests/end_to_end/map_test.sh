@@ -89,6 +89,7 @@ map 1 --baseline old.json --json - --budget sram=10598
 python3 - <<'END' || die "$(cat out)"
 import json
 got = json.load(open("out"))
+assert got["baseline"]["path"] == "old.json"
 assert [(c["name"], c["old"], c["new"], c["change"])
         for c in got["baseline"]["changes"]] == [
     ("delay_line", 2048, 4096, 2048), ("mixer_reset", 0, 64, 64)]

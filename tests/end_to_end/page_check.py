@@ -105,14 +105,19 @@ def check_figures(page):
         f"section{'s'[:len(area['sections']) != 1]}"
         for area in got["classes"]], figures
 
-    sections = {(s["name"], s["address"]): s for area in got["classes"]
-                for s in area["sections"]}
-    sections |= {(s["name"], s["address"]): s for s in got["outside_classes"]}
+    sections, classes = {}, {}
+    for name, rows in [(area["name"], area["sections"])
+                       for area in got["classes"]] + [
+                           (None, got["outside_classes"])]:
+        for s in rows:
+            key = s["name"], s["address"]
+            sections[key] = s
+            classes.setdefault(key, []).extend([name] if name else [])
     rows = page.all_rows("sections")
-    assert sorted((row[0], row[1], int(row[2], 16), to_number(row[3]))
+    assert sorted((row[0], row[1], int(row[2], 16), to_number(row[3]), row[4])
                   for row in rows) == sorted(
-        (shown(s["name"]), shown(s["module"]), s["address"], s["size"])
-        for s in sections.values())
+        (shown(s["name"]), shown(s["module"]), s["address"], s["size"],
+         ", ".join(classes[key]) or "(none)") for key, s in sections.items())
 
     rows = page.all_rows("modules")
     keys = ("text", "rodata", "bss", "gaps", "padding")
@@ -160,10 +165,12 @@ def check_baseline(page):
     lists = [rows for rows in (base["changes"], base["classes"],
                                base["modules"]) if rows]
     for table, rows in zip(tables, lists, strict=True):
-        texts = [row.text.split() for row in
-                 table.find_elements(By.CSS_SELECTOR, "tbody tr")]
+        texts = page.script(
+            "return [...arguments[0].tBodies[0].rows].map((row) => "
+            "[...row.cells].map((cell) => cell.textContent))", table)
         assert [(t[0], *map(to_number, t[1:4])) for t in texts] == [
-            (r["name"], r["change"], r["old"], r["new"]) for r in rows], texts
+            (r["name"] if r.get("section", True) else "(bytes without a symbol)",
+             r["change"], r["old"], r["new"]) for r in rows], texts
 
 
 def check_table_by_keyboard(page):
@@ -358,7 +365,7 @@ def check_access(page):
         const ids = [...document.querySelectorAll('[id]')].map((e) => e.id);
         if (new Set(ids).size !== ids.length) faults.push('an id twice');
         let level = 0;
-        for (const head of document.querySelectorAll('h1, h2, h3')) {
+        for (const head of document.querySelectorAll('h1, h2, h3, h4, h5, h6')) {
           if (!head.checkVisibility()) continue;
           const own = Number(head.tagName[1]);
           if (own > level + 1) faults.push('heading ' + head.textContent);
