@@ -42,12 +42,14 @@ if(TOVA_COMPANION)
   install(TARGETS tova_fw COMPONENT companion)
   install(FILES docs/tova_fw.1
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT companion)
-  install(FILES ${completions}/bash RENAME tova_fw COMPONENT companion
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-  install(FILES ${completions}/fish RENAME tova_fw.fish COMPONENT companion
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
-  install(FILES ${completions}/zsh RENAME _tova_fw COMPONENT companion
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+  if(NOT CMAKE_CROSSCOMPILING)
+    install(FILES ${completions}/bash RENAME tova_fw COMPONENT companion
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    install(FILES ${completions}/fish RENAME tova_fw.fish COMPONENT companion
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+    install(FILES ${completions}/zsh RENAME _tova_fw COMPONENT companion
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+  endif()
   set(CPACK_COMPONENTS_ALL builder companion)
   set(CPACK_DEB_COMPONENT_INSTALL ON)
   set(CPACK_DEBIAN_BUILDER_PACKAGE_NAME tova-fw-builder)

@@ -49,6 +49,11 @@ function(tova_program name)
   string(REPLACE / _ uses "${ARG_USES}")
   add_executable(${name} main.cpp)
   target_link_libraries(${name} PRIVATE ${uses})
+  if(WIN32)
+    target_sources(${name} PRIVATE
+      ${PROJECT_SOURCE_DIR}/cmake/windows/program.rc)
+    target_link_options(${name} PRIVATE -static)  # no library beside it
+  endif()
   if(TOVA_STATIC AND NOT name IN_LIST TOVA_NEVER_STATIC)
     # The property asks for -pie, too, and of the two the compiler takes that.
     set_property(TARGET ${name} PROPERTY POSITION_INDEPENDENT_CODE)

@@ -15,6 +15,7 @@
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_store.h"
+#include "driver/ground/native_path.h"
 #include "inspect/check/check.h"
 #include "inspect/field.h"
 #include "outside_keys/any_key.h"
@@ -53,16 +54,16 @@ struct Given {
     std::vector<std::string> paths;
     std::vector<std::string> folders;
     std::error_code error;
-    for (fs::directory_iterator at(folder, error), end; !error && at != end;
-         at.increment(error)) {
+    for (fs::directory_iterator at(native_path(folder), error), end;
+         !error && at != end; at.increment(error)) {
       std::error_code ignored;
       const fs::file_type type = at->status(ignored).type();
       if (type == fs::file_type::directory) {
-        folders.push_back(at->path().string());
+        folders.push_back(path_text(at->path()));
       } else if (type == fs::file_type::regular ||
                  type == fs::file_type::not_found ||
                  type == fs::file_type::none) {
-        paths.push_back(at->path().string());
+        paths.push_back(path_text(at->path()));
       }
     }
     if (error) troubles.add(folder, "cannot be read: " + error.message());
@@ -84,7 +85,7 @@ struct Given {
 void open_files(const std::vector<std::string>& paths, Given& given) {
   for (const std::string& path : paths) {
     std::error_code error;
-    if (fs::is_directory(path, error)) {
+    if (fs::is_directory(native_path(path), error)) {
       given.open_folder(path);
     } else {
       given.open(path);
@@ -159,7 +160,8 @@ bool is_expected(const std::string& path, const Checked& checked) {
   for (const char* tail : {".man", ".man.ext", ".man.signed"}) {
     if (path.ends_with(tail)) return true;
   }
-  return std::ranges::count(checked.listed, fs::path(path).filename().string());
+  return std::ranges::count(checked.listed,
+                            path_text(native_path(path).filename()));
 }
 
 // Files in which nothing is known must not pass for checked ones.

@@ -7,6 +7,7 @@
 
 #include "companion/ground/input_file.h"
 #include "companion/ground/naming.h"
+#include "driver/ground/native_path.h"
 #include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {
@@ -47,13 +48,13 @@ std::string key_store_of(const std::string& list) {
   } catch (const std::exception& error) {
     std::uint8_t first = 0;
     naming(list, [&] { read_head(list, {&first, 1}); });
-    const fs::path path = fs::absolute(list);
+    const fs::path path = fs::absolute(native_path(list));
     if (!fs::is_regular_file(path)) {
       throw FileError({list, reason_of(error)});
     }
     try {
       const WorkingDirectory beside(path.parent_path());
-      return KeyList(path.string()).stream->str();
+      return KeyList(path_text(path)).stream->str();
     } catch (const std::exception& other) {
       throw FileError({list, reason_of(other)});
     }

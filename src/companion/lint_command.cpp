@@ -15,6 +15,7 @@
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 #include "lint/lint.h"
 #include "lint/report_json.h"
 #include "lint/report_text.h"
@@ -38,7 +39,8 @@ struct Options {
 };
 
 std::string absolute(const std::string& path) {
-  return path.empty() ? path : std::filesystem::absolute(path).string();
+  return path.empty() ? path
+                      : path_text(std::filesystem::absolute(native_path(path)));
 }
 
 BuildInputs build_inputs(const Options& options) {

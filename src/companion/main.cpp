@@ -1,6 +1,8 @@
 // The process entry of tova_fw.
 #include "companion/program.h"
+#include "driver/ground/process.h"
 
 int main(int argc, char** argv) {
-  return tova_fw_builder::run_program(argc, argv);
+  using namespace tova_fw_builder;
+  return run_program(start_process(argc, argv));
 }

@@ -17,6 +17,7 @@
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 #include "layout/build_core.h"
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"
@@ -44,7 +45,8 @@ struct Options {
 };
 
 std::string absolute(const std::string& path) {
-  return path.empty() ? path : std::filesystem::absolute(path).string();
+  return path.empty() ? path
+                      : path_text(std::filesystem::absolute(native_path(path)));
 }
 
 // A definition that isn't here is searched in the default directory by the

@@ -36,9 +36,11 @@ constexpr AddCommand kCommands[] = {
     add_attach_command, add_completion_command,
 };
 
-Status run(CLI::App& program, int argc, char** argv, const Status& status) {
+Status run(CLI::App& program, const std::vector<std::string>& arguments,
+           const Status& status) {
   try {
-    program.parse(argc, argv);
+    // The library takes them from the end.
+    program.parse(std::vector(arguments.rbegin(), arguments.rend()));
     return status;
   } catch (const CLI::Success& answer) {  // --help, --version
     program.exit(answer);
@@ -56,8 +58,8 @@ Status run(CLI::App& program, int argc, char** argv, const Status& status) {
 
 }  // namespace
 
-int run_program(int argc, char** argv) {
-  prepare_standard_streams();
+int run_program(const std::vector<std::string>& arguments) {
+  std::ios_base::sync_with_stdio(false);
   set_log_level(kLogError - 1);  // the builder's code has nothing to say here
 
   Status status = Status::kYes;
@@ -69,7 +71,7 @@ int run_program(int argc, char** argv) {
   program.require_subcommand(1);
   for (const AddCommand add : kCommands) add(program, status);
 
-  status = worse_of(status, run(program, argc, argv, status));
+  status = worse_of(status, run(program, arguments, status));
   if (!finish_standard_output()) status = Status::kTrouble;
   return static_cast<int>(status);
 }

@@ -8,9 +8,13 @@
 // callback throws is reported as trouble.
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace tova_fw_builder {
 
-// Runs the command line and yields the exit status.
-int run_program(int argc, char** argv);
+// Runs the command line, without the program's name, and yields the exit
+// status.
+int run_program(const std::vector<std::string>& arguments);
 
 }  // namespace tova_fw_builder

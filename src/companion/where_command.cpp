@@ -21,6 +21,7 @@
 #include "companion/ground/json.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
+#include "driver/ground/native_path.h"
 #include "inspect/check/check.h"
 
 namespace tova_fw_builder {
@@ -50,7 +51,7 @@ Words sort_words(const std::vector<std::string>& all) {
       words.questions.emplace_back();
     } else if (address && is_prefixed) {
       words.questions.emplace_back(address);
-    } else if (std::filesystem::exists(word, error)) {
+    } else if (std::filesystem::exists(native_path(word), error)) {
       words.files.push_back(word);
     } else if (address) {
       words.questions.emplace_back(address);
@@ -73,13 +74,13 @@ std::vector<CheckedFile> open_files(const std::vector<std::string>& paths,
   std::vector<std::string> all;
   for (const std::string& path : paths) {
     std::error_code error;
-    if (!fs::is_directory(path, error)) {
+    if (!fs::is_directory(native_path(path), error)) {
       all.push_back(path);
       continue;
     }
     const auto first = static_cast<std::ptrdiff_t>(all.size());
-    for (const auto& entry : fs::directory_iterator(path, error)) {
-      if (entry.is_regular_file(error)) all.push_back(entry.path().string());
+    for (const auto& entry : fs::directory_iterator(native_path(path), error)) {
+      if (entry.is_regular_file(error)) all.push_back(path_text(entry.path()));
     }
     std::sort(all.begin() + first, all.end());
   }

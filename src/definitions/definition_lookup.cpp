@@ -7,6 +7,7 @@
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 
@@ -14,12 +15,13 @@ namespace {
 
 std::string canonical_path(const std::string& name) {
   std::error_code error;
-  const auto path = std::filesystem::canonical(name, error);
+  const auto path = std::filesystem::canonical(native_path(name), error);
   // The library's own throwing call words the operation in its own way.
   if (error) {
-    throw std::filesystem::filesystem_error("canonical", name, error);
+    throw std::filesystem::filesystem_error("canonical", native_path(name),
+                                            error);
   }
-  return path.string();
+  return path_text(path);
 }
 
 }  // namespace
@@ -48,7 +50,7 @@ std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
   map.dir_stack.push_back(current_directory());
   // Without a directory part this fails, which leaves the directory as it is.
   std::error_code ignored;
-  std::filesystem::current_path(directory_of(name), ignored);
+  std::filesystem::current_path(native_path(directory_of(name)), ignored);
   // Only now, from the new directory: relative names with a directory part are
   // refused on purpose, and definition trees have come to name such files from
   // the default directory.

@@ -10,6 +10,7 @@
 
 #include "definitions/definition_lookup.h"
 #include "definitions/statement.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 
@@ -126,7 +127,7 @@ void DefinitionReader::include(Statement line, std::ostream& out) {
   }
   std::error_code ignored;
   // A directory that is gone by now isn't told; the included file's stays.
-  std::filesystem::current_path(map_.dir_stack.back(), ignored);
+  std::filesystem::current_path(native_path(map_.dir_stack.back()), ignored);
   map_.dir_stack.pop_back();
   --include_depth_;
 }

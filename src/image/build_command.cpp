@@ -7,6 +7,7 @@
 #include <fstream>
 #include <utility>
 
+#include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "image/image.h"
 #include "layout/build_core.h"
@@ -78,11 +79,9 @@ void build_command(const BuildArguments& arguments) {
   log_paths(arguments, paths);
 
   // Read back for the digest of the image, hence open for both.
-  std::fstream binary(paths.binary + ".bin",
-                      std::ios_base::in | std::ios_base::out |
-                          std::ios_base::trunc | std::ios_base::binary);
-  std::ofstream manifest_file(paths.manifest, std::ios_base::binary);
-  std::ofstream extended_file(paths.extended, std::ios_base::binary);
+  std::fstream binary = open_output_to_read(paths.binary + ".bin");
+  std::ofstream manifest_file = open_output(paths.manifest);
+  std::ofstream extended_file = open_output(paths.extended);
 
   const auto image = build_image_object(arguments, paths);
   log_info("\nWriting sections to ", paths.binary);

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <memory>
 
+#include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "layout/build_core.h"
 #include "layout/content_writer.h"
@@ -32,7 +33,7 @@ void buildrom_command(const std::string& default_dir,
       .image_def_path = image_def_path,
   });
   // Behind the inputs: a ROM of before stays when one of them is refused.
-  std::ofstream binary(binary_path + ".bin", std::ios_base::binary);
+  std::ofstream binary = open_output(binary_path + ".bin");
   log_info("\nWriting sections to ", binary_path);
   write_module_contents(*map, binary, binary_path);
 }

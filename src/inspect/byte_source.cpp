@@ -8,6 +8,7 @@
 
 #include "companion/ground/trouble.h"
 #include "crypto/sha_hash.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -24,7 +25,7 @@ constexpr std::size_t kPiece = 256 * 1024;
 
 ByteSource ByteSource::open(const std::string& path) {
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
+  const fs::file_status status = fs::status(native_path(path), error);
   if (error) refuse(path, error.message());
   if (fs::is_directory(status)) refuse(path, "it is a folder");
   const bool has_places = fs::is_regular_file(status);
@@ -33,7 +34,8 @@ ByteSource ByteSource::open(const std::string& path) {
   ByteSource source;
   source.path_ = path;
   errno = 0;
-  auto file = std::make_unique<std::ifstream>(path, std::ios_base::binary);
+  auto file =
+      std::make_unique<std::ifstream>(native_path(path), std::ios_base::binary);
   if (!*file) refuse(path, std::strerror(errno));
   if (!has_places) {
     return of(std::string(std::istreambuf_iterator<char>(*file), {}));

@@ -12,6 +12,7 @@
 
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
+#include "driver/ground/native_path.h"
 #include "driver/ground/wire.h"
 #include "inspect/coverage.h"
 #include "tools/partition_table.h"
@@ -98,7 +99,7 @@ class Script {
   std::optional<std::uint64_t> length_of(const std::string& name) {
     std::error_code error;
     const std::uint64_t length =
-        std::filesystem::file_size(prefix_ + name, error);
+        std::filesystem::file_size(native_path(prefix_ + name), error);
     if (!error) return length;
     add_problem(out_, place_.value_or(out_.length),
                 "line " + std::to_string(line_number_) + ": " + prefix_ + name +

@@ -203,7 +203,7 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
     }
     const std::string addon_path = path + addon_file_suffix(*module);
     log_info("kELP1.5: Creating pkg addon module ", addon_path);
-    std::ofstream addon(addon_path, std::ios_base::binary);
+    std::ofstream addon = open_output(addon_path);
     writer.write_module(*module, addon);
   }
   map.image_end = position_of(stream);

@@ -3,15 +3,17 @@
 #include "layout/dependency_file.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
+
+#include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 
 void write_dependency_file(const std::string& elf_list_path,
                            const std::vector<std::string>& files_read) {
-  std::ofstream out(
-      std::filesystem::path(elf_list_path).replace_extension("d"));
+  std::ofstream out =
+      open_output(path_text(native_path(elf_list_path).replace_extension("d")));
   for (std::string file : files_read) {
     // To make, a backslash quotes what follows.
     std::replace(file.begin(), file.end(), '\\', '/');

@@ -136,9 +136,8 @@ const Section* lowest_by_lma(const FwOutMap& map, const MemoryClass& area) {
 
 void write_memory_description(const FwOutMap& map, const std::string& out_dir,
                               const std::string& binary_name) {
-  std::fstream out(
-      join_path(out_dir, binary_name + ".xml"),
-      std::ios_base::in | std::ios_base::out | std::ios_base::trunc);
+  std::fstream out =
+      open_output_to_read(join_path(out_dir, binary_name + ".xml"));
   log_info("Create memory description file:");
   out << "<memory_footprint elf_name=\"" << binary_name << "\">\n";
   for (const MemoryClass& area : map.memory_classes) {

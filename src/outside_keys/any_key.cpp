@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "companion/ground/input_file.h"
+#include "driver/ground/native_path.h"
 #include "driver/ground/numbers.h"
 #include "outside_keys/outside_key.h"
 #include "signing/keys/key_file.h"
@@ -106,7 +107,7 @@ void require_manifest_key(const KeyMaterial& key) {
 PublicKeyHash trusted_key_hash(const std::string& text) {
   if (const auto hash = hash_in_hexadecimal(text)) return *hash;
   std::error_code ignored;
-  if (!std::filesystem::exists(text, ignored)) {
+  if (!std::filesystem::exists(native_path(text), ignored)) {
     throw std::runtime_error(
         "this is neither a hash of 64 hexadecimal digits nor a file");
   }

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "driver/ground/byte_dump.h"
+#include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "signing/keys/public_key_hash.h"
 #include "signing/signature_padding.h"
@@ -40,7 +41,7 @@ void sign_command(const std::string& type, const std::string& key_file,
   sign_manifest(*manifest, *key);
 
   log_info("Writing signed manifest to: ", signed_file);
-  std::ofstream out(signed_file, std::ios::binary);
+  std::ofstream out = open_output(signed_file);
   manifest->write_raw(out);
 }
 

@@ -12,7 +12,7 @@ namespace tova_fw_builder {
 void write_c_command(const std::string& bin_file,
                      const std::string& out_c_file) {
   const auto in = open_binary_input(bin_file);
-  std::ofstream out(out_c_file);
+  std::ofstream out = open_output(out_c_file);
   const std::uint64_t length = file_length(*in, bin_file);
   write_c_array_head(out, "rawData", length);
   std::uint64_t done = 0;

@@ -30,7 +30,7 @@ void asm_command(const std::string& pkg_file, const std::string& out_file) {
   log_detail("BIN file: ", out_file);
   const auto package = open_input(pkg_file);
   // Behind the descriptor: without one an older output stays whole.
-  std::ofstream out(out_file, std::ios_base::binary);
+  std::ofstream out = open_output(out_file);
   append_files(*package, out);
   out.close();
   log_info("Finished");

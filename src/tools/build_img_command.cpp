@@ -18,6 +18,7 @@
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
+#include "driver/ground/native_path.h"
 #include "driver/ground/stream_digest.h"
 #include "driver/ground/wire.h"
 #include "tools/partition_table.h"
@@ -93,8 +94,8 @@ void append_file(Run& run) {
   // Only an overlap does harm: an input that ends at the position or ahead of
   // it is copied like any other.
   if (position_of(run.out) < file.length &&
-      std::filesystem::equivalent(run.deploy_dir + name, run.out_file,
-                                  ignored)) {
+      std::filesystem::equivalent(native_path(run.deploy_dir + name),
+                                  native_path(run.out_file), ignored)) {
     append_from_itself(*file.stream, file.length, run.out);
   } else {
     copy_bytes(*file.stream, file.length, run.out);
@@ -116,7 +117,8 @@ void pad(Run& run, std::uint64_t position, std::uint64_t target) {
   write_zeros(run.out, std::min(end, target) - position);
   if (end < target) {
     std::error_code no_limit_known;
-    const auto disk = std::filesystem::space(run.out_file, no_limit_known);
+    const auto disk =
+        std::filesystem::space(native_path(run.out_file), no_limit_known);
     if (disk.available < target - end) refuse_offset(target);
     run.out.seekp(static_cast<std::streamoff>(target - 1));
     run.out.put('\0');
@@ -219,7 +221,7 @@ void build_img_command(const std::string& img_dscr_file,
 
 void run_image_script(std::istream& script, const std::string& deploy_dir,
                       const std::string& out_file) {
-  Run run{deploy_dir, out_file, std::ofstream(out_file, std::ios_base::binary)};
+  Run run{deploy_dir, out_file, open_output(out_file)};
   LineReader lines(script);
   std::string_view line;
   while (lines.next(line)) perform_line(run, line);

@@ -29,7 +29,7 @@ void write_lines(std::span<const std::uint8_t> bytes, std::size_t width,
 void make_hex_command(const std::string& input, const std::string& output,
                       const std::string& depth_text) {
   log_info("Creating hex file from: ", input);
-  std::ofstream out(output);
+  std::ofstream out = open_output(output);
   const std::int32_t depth = parse_signed(depth_text, 10);
   if (depth != 32 && depth != 64 && depth != 128) {
     // Reported, but no failure: the status stays 0. The line feed makes an

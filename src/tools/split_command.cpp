@@ -59,13 +59,9 @@ void split_command(const std::string& input, const std::string& name_a,
                    const std::string& name_b) {
   // The spelling stays: build systems look for this line.
   log_info("Spliting binary file: ", input);
-  Bank a;
-  Bank b;
   // Ahead of the input: no output of an earlier run outlives a failure.
-  a.hex.open(name_a + ".hex");
-  b.hex.open(name_b + ".hex");
-  a.bin.open(name_a + ".bin", std::ios_base::binary);
-  b.bin.open(name_b + ".bin", std::ios_base::binary);
+  Bank a{open_output(name_a + ".hex"), open_output(name_a + ".bin")};
+  Bank b{open_output(name_b + ".hex"), open_output(name_b + ".bin")};
   const auto in = open_binary_input(input);
   const std::uint64_t length = file_length(*in, input);
   const std::uint64_t words = length / kWord;

@@ -25,15 +25,11 @@ struct Outcome {
   }
 };
 
-inline Outcome run_tool(std::vector<std::string> words) {
-  words.insert(words.begin(), "tova_fw");
-  std::vector<char*> arguments;
-  for (std::string& word : words) arguments.push_back(word.data());
+inline Outcome run_tool(const std::vector<std::string>& words) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   Outcome run;
-  run.status =
-      run_program(static_cast<int>(arguments.size()), arguments.data());
+  run.status = run_program(words);
   run.out = testing::internal::GetCapturedStdout();
   run.err = testing::internal::GetCapturedStderr();
   return run;

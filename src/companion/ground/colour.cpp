@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "companion/ground/standard_output.h"
+#include "companion/ground/system_files.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -7,6 +7,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "driver/ground/native_path.h"
+
 namespace tova_fw_builder {
 namespace {
 
@@ -19,7 +21,7 @@ namespace {
 
 std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
-      std::fopen(path.c_str(), "rb"), std::fclose);
+      open_c_stream(path), std::fclose);
   if (file == nullptr) fail(errno);
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   const std::size_t count =

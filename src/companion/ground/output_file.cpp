@@ -1,13 +1,13 @@
 #include "companion/ground/output_file.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
+#include <system_error>
+
+#include "companion/ground/system_files.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -27,14 +27,6 @@ fs::path followed(fs::path path) {
     path = path.parent_path() / fs::read_symlink(path);
   }
   return path;
-}
-
-mode_t usual_rights(const std::string& path) {
-  struct stat existing = {};
-  if (stat(path.c_str(), &existing) == 0) return existing.st_mode & 07777;
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666 & ~mask;
 }
 
 }  // namespace
@@ -62,27 +54,25 @@ int OutputFile::Buffer::sync() {
 }
 
 OutputFile::OutputFile(const std::string& path, Rights rights)
-    : path_(followed(path)), rights_(rights) {
+    : path_(path_text(followed(native_path(path)))), rights_(rights) {
   errno = 0;
-  if (fs::exists(path_) && !fs::is_regular_file(path_)) {
-    if (!buffer_.open(path_, kWrite)) fail(errno);
+  const fs::path place = native_path(path_);
+  if (fs::exists(place) && !fs::is_regular_file(place)) {
+    if (!buffer_.open(place, kWrite)) fail(errno);
     return;
   }
-  beside_ = path_ + ".XXXXXX";
-  const int file = mkstemp(beside_.data());
-  if (file < 0) {
-    const int error = errno;
-    beside_.clear();
-    fail(error);
-  }
-  close(file);
+  beside_ = create_beside(path_);
+  if (beside_.empty()) fail(errno);
   // Without a buffer, no copy of private bytes stays behind in memory.
   if (rights_ == Rights::kPrivate) buffer_.pubsetbuf(nullptr, 0);
-  if (!buffer_.open(beside_, kWrite)) fail(errno);
+  if (!buffer_.open(native_path(beside_), kWrite)) fail(errno);
 }
 
 OutputFile::~OutputFile() {
-  if (!beside_.empty()) unlink(beside_.c_str());
+  if (beside_.empty()) return;
+  buffer_.close();  // a file that is open can't be removed on every system
+  std::error_code ignored;
+  fs::remove(native_path(beside_), ignored);
 }
 
 void OutputFile::commit() {
@@ -90,11 +80,12 @@ void OutputFile::commit() {
   const bool closed = buffer_.close() != nullptr;
   if (!closed || !out_) fail(buffer_.error() != 0 ? buffer_.error() : errno);
   if (beside_.empty()) return;
-  if (rights_ == Rights::kUsual &&
-      chmod(beside_.c_str(), usual_rights(path_)) != 0) {
+  if (rights_ == Rights::kUsual && !give_usual_rights(beside_, path_)) {
     fail(errno);
   }
-  if (std::rename(beside_.c_str(), path_.c_str()) != 0) fail(errno);
+  std::error_code error;
+  fs::rename(native_path(beside_), native_path(path_), error);
+  if (error) fail(error.value());
   beside_.clear();
 }
 

@@ -9,6 +9,8 @@
 #include <system_error>
 #include <vector>
 
+#include "driver/ground/native_path.h"
+
 namespace tova_fw_builder {
 
 namespace {
@@ -32,7 +34,7 @@ using std::filesystem::file_type;
 
 file_type type_of(const std::string& path) {
   std::error_code ignored;
-  return std::filesystem::status(path, ignored).type();
+  return std::filesystem::status(native_path(path), ignored).type();
 }
 
 [[noreturn]] void refuse_to_open(const std::string& path) {
@@ -42,25 +44,35 @@ file_type type_of(const std::string& path) {
 }  // namespace
 
 std::unique_ptr<std::ifstream> open_binary_input(const std::string& path) {
-  return open_input(path, std::ios_base::binary);
+  return open_input(path);
 }
 
-std::unique_ptr<std::ifstream> open_input(const std::string& path,
-                                          std::ios_base::openmode mode) {
-  auto in = try_open_input(path, mode);
+std::unique_ptr<std::ifstream> open_input(const std::string& path) {
+  auto in = try_open_input(path);
   if (!in->is_open()) refuse_to_open(path);
   return in;
 }
 
-std::unique_ptr<std::ifstream> try_open_input(const std::string& path,
-                                              std::ios_base::openmode mode) {
+std::unique_ptr<std::ifstream> try_open_input(const std::string& path) {
   // A plain stream opens a directory and then reads nothing from it.
   const file_type type = type_of(path);
   auto in = std::make_unique<std::ifstream>();
-  if (type != file_type::directory) in->open(path, mode | std::ios_base::in);
+  if (type != file_type::directory) {
+    in->open(native_path(path), std::ios_base::binary);
+  }
   // Some devices never end, so none is read: it is at its end at once.
   if (type == file_type::character) in->setstate(std::ios_base::eofbit);
   return in;
+}
+
+std::ofstream open_output(const std::string& path) {
+  return std::ofstream(native_path(path), std::ios_base::binary);
+}
+
+std::fstream open_output_to_read(const std::string& path) {
+  return std::fstream(native_path(path),
+                      std::ios_base::binary | std::ios_base::in |
+                          std::ios_base::out | std::ios_base::trunc);
 }
 
 std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes) {
@@ -69,7 +81,7 @@ std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes) {
   // through a C stream whose buffer is out of reach. Of a C stream the buffer
   // can be taken away.
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
-      type == file_type::directory ? nullptr : std::fopen(path.c_str(), "rb"),
+      type == file_type::directory ? nullptr : open_c_stream(path),
       std::fclose);
   if (file == nullptr) refuse_to_open(path);
   if (type == file_type::character) return 0;
@@ -79,7 +91,7 @@ std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes) {
 
 std::string current_directory() {
   std::error_code error;
-  std::string path = std::filesystem::current_path(error).string();
+  std::string path = path_text(std::filesystem::current_path(error));
   if (error || path.size() > kLongestDirectory) {
     throw std::runtime_error("Cannot get current working directory");
   }

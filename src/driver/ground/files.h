@@ -14,15 +14,21 @@
 
 namespace tova_fw_builder {
 
-// Open a file as bytes or as text. Throw std::runtime_error "Failed to open
-// file: " and the path, for a directory too. A device reads as an empty file.
+// Open a file, for its bytes on every system: who reads text drops the carriage
+// returns. Throw std::runtime_error "Failed to open file: " and the path, for a
+// directory too. A device reads as an empty file.
 std::unique_ptr<std::ifstream> open_binary_input(const std::string& path);
-std::unique_ptr<std::ifstream> open_input(
-    const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
+std::unique_ptr<std::ifstream> open_input(const std::string& path);
 
 // The same, but a file that can't be opened gives a stream that isn't open.
-std::unique_ptr<std::ifstream> try_open_input(
-    const std::string& path, std::ios_base::openmode mode = std::ios_base::in);
+std::unique_ptr<std::ifstream> try_open_input(const std::string& path);
+
+// Make a file, or empty it, to write the same bytes on every system: no line
+// end gets a carriage return. Of a file that can't be made the stream isn't
+// open, and takes nothing. The second can be read back, and leaves a file that
+// may be written alone as it was.
+std::ofstream open_output(const std::string& path);
+std::fstream open_output_to_read(const std::string& path);
 
 // Reads the start of a file or a pipe, and returns how many bytes it gave:
 // fewer only where the file ends. They go straight to their place, so that a

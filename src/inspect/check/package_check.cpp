@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "driver/ground/native_path.h"
 #include "inspect/check/checks.h"
 
 namespace tova_fw_builder {
@@ -164,9 +165,10 @@ bool is_at_hand(const CheckedFile& package, std::string_view path,
     }
   }
   std::error_code error;
-  return fs::is_regular_file(fs::path(package.path).replace_filename(name),
-                             error) ||
-         fs::is_regular_file(fs::path(std::string(path)), error);
+  fs::path beside = native_path(package.path);
+  beside.replace_filename(native_path(name));
+  return fs::is_regular_file(beside, error) ||
+         fs::is_regular_file(native_path(std::string(path)), error);
 }
 
 // The paths are those of the build: a file counts as there if it was given, or

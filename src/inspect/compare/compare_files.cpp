@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "driver/ground/native_path.h"
 #include "inspect/byte_source.h"
 #include "inspect/compare/byte_difference.h"
 #include "inspect/compare/compare_lines.h"
@@ -187,7 +188,7 @@ std::vector<Change> compare_pair(const std::string& old_path,
 }
 
 Trouble unreadable(const fs::path& path, const std::error_code& error) {
-  return {path.string(), "cannot be read: " + error.message()};
+  return {path_text(path), "cannot be read: " + error.message()};
 }
 
 // Adds the files in a folder and below it, by their names from `top` on. A
@@ -207,7 +208,10 @@ void add_files(const fs::path& folder, const fs::path& top,
     } else if (fs::is_directory(status) && !fs::is_symlink(path)) {
       add_files(path, top, names, troubles);
     } else if (fs::is_regular_file(status)) {
-      names.push_back(path.lexically_relative(top).generic_string());
+      names.push_back(path_text(path.lexically_relative(top)));
+      if constexpr (fs::path::preferred_separator != '/') {
+        std::ranges::replace(names.back(), '\\', '/');
+      }
     }
   }
   if (error) troubles.push_back(unreadable(folder, error));
@@ -241,8 +245,8 @@ struct FileChanges {
 FileChanges compare_file(const std::string& name, const fs::path& old_folder,
                          const fs::path& new_folder) {
   FileChanges file{name.substr(0, name.rfind('/') + 1), false, name, {}};
-  file.changes =
-      compare_pair((old_folder / name).string(), (new_folder / name).string());
+  file.changes = compare_pair(path_text(old_folder / native_path(name)),
+                              path_text(new_folder / native_path(name)));
   for (Change& change : file.changes) {
     change.file = name;
     file.is_formless |=
@@ -287,20 +291,20 @@ Comparison compare_paths(const std::string& old_path,
                          const std::string& new_path, bool ignore_dates) {
   for (const std::string& path : {old_path, new_path}) {
     std::error_code error;
-    if (fs::exists(path, error)) continue;
+    if (fs::exists(native_path(path), error)) continue;
     if (!error)
       error = std::make_error_code(std::errc::no_such_file_or_directory);
     throw FileError(unreadable(path, error));
   }
-  const bool is_folder = fs::is_directory(old_path);
-  if (is_folder != fs::is_directory(new_path)) {
+  const bool is_folder = fs::is_directory(native_path(old_path));
+  if (is_folder != fs::is_directory(native_path(new_path))) {
     throw std::runtime_error(
         "one of the two is a folder and the other is not: compare two files or "
         "two folders");
   }
   Comparison result;
   if (is_folder) {
-    result = compare_folders(old_path, new_path);
+    result = compare_folders(native_path(old_path), native_path(new_path));
   } else {
     result.changes = compare_pair(old_path, new_path);
   }

@@ -4,6 +4,7 @@
 
 #include <fstream>
 
+#include "driver/ground/files.h"
 #include "driver/ground/version.h"
 #include "layout/kelp15_addons.h"
 #include "tools/package_descriptor/build_stamp.h"
@@ -58,11 +59,8 @@ void write_files(std::ostream& out, const FwOutMap& map,
 
 void write_package_descriptor(const FwOutMap& map, const std::string& path,
                               std::uint32_t date, std::uint32_t module_type) {
-  // Open for reading too, though nothing is read: a file that may be written
-  // alone stays as it was.
-  std::fstream out(path + ".pkg", std::ios_base::in | std::ios_base::out |
-                                      std::ios_base::trunc |
-                                      std::ios_base::binary);
+  // Nothing is read back, but a file that may be written alone stays as it was.
+  std::fstream out = open_output_to_read(path + ".pkg");
   write_facts(out, map, date, module_type);
   write_names(out, map);
   write_files(out, map, path);

@@ -1,0 +1,37 @@
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <random>
+
+#include "companion/ground/system_files.h"
+#include "driver/ground/native_path.h"
+
+namespace tova_fw_builder {
+
+std::string create_beside(const std::string& path) {
+  std::random_device random;
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const std::string name = path + "." + std::to_string(random());
+    const int file = _wopen(native_path(name).c_str(),
+                            _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY,
+                            _S_IREAD | _S_IWRITE);
+    if (file >= 0) {
+      _close(file);
+      return name;
+    }
+    if (errno != EEXIST) return {};
+  }
+  return {};
+}
+
+// Files take the rights of their folder, and whose home it is decides who may
+// read a private one.
+bool give_usual_rights(const std::string&, const std::string&) { return true; }
+
+bool standard_output_is_terminal() { return _isatty(_fileno(stdout)) != 0; }
+
+}  // namespace tova_fw_builder

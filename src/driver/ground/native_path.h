@@ -1,0 +1,20 @@
+// driver/ground/native_path.h
+// Paths for the file system. Everywhere else a path is a std::string, in UTF-8
+// on Windows and in the system's own bytes elsewhere.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+namespace tova_fw_builder {
+
+// What is no UTF-8 names no file on Windows: it becomes U+FFFD.
+std::filesystem::path native_path(const std::string& path);
+
+std::string path_text(const std::filesystem::path& path);
+
+// Opens a file to read its bytes. Null, with the reason in errno, if it can't.
+std::FILE* open_c_stream(const std::string& path);
+
+}  // namespace tova_fw_builder
