@@ -11,7 +11,7 @@ cd "$(dirname "$0")/.."
 source scripts/quietly.sh
 
 processor=${1:?usage: check-port.sh s390x|aarch64|riscv64}
-scripts/set-up.sh build companion "port-$processor"
+scripts/set-up.sh build companion port "port-$processor"
 scripts/build.sh tool
 
 build=build/port-$processor

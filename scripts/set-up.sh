@@ -8,8 +8,10 @@
 #   coverage  measure what the tests reach
 #   bench  run the benchmarks
 #   sample compile the sample firmware
+#   release  make packages and archives
 #   windows, port-s390x, port-aarch64, port-riscv64
 #          compile for another system, and run it here
+#   port   build the tests for another system or library
 #
 # Says nothing and asks no package server when nothing is missing. Installs by
 # apt-get, through sudo when not root. On any other system it ends with
@@ -88,15 +90,22 @@ for work in "$@"; do
       need gcc-arm-none-eabi has_command arm-none-eabi-gcc
       need binutils-arm-none-eabi has_command arm-none-eabi-objdump
       ;;
+    release)
+      need lintian has_command lintian
+      need zip has_command zip
+      need xz-utils has_command xz
+      need dpkg-dev has_command dpkg-shlibdeps
+      ;;
+    port)
+      need googletest test -d /usr/src/googletest
+      ;;
     windows)
       need g++-mingw-w64-x86-64-posix has_command x86_64-w64-mingw32-g++-posix
       need wine64 has_command wine
-      need googletest test -d /usr/src/googletest
       ;;
     port-s390x | port-aarch64 | port-riscv64)
       need "g++-${work#port-}-linux-gnu" has_command "${work#port-}-linux-gnu-g++"
       need qemu-user has_command "qemu-${work#port-}"
-      need googletest test -d /usr/src/googletest
       ;;
     *)
       echo "$0: unknown kind of work: $work" >&2

@@ -137,7 +137,7 @@ void attach(const Options& options) {
   std::ostringstream signed_bytes;
   manifest->write_raw(signed_bytes);
   naming(options.output,
-         [&] { write_output_file(options.output, signed_bytes.view()); });
+         [&] { write_output_file(options.output, signed_bytes.str()); });
 }
 
 }  // namespace

@@ -16,10 +16,10 @@ namespace {
 std::string canonical_path(const std::string& name) {
   std::error_code error;
   const auto path = std::filesystem::canonical(native_path(name), error);
-  // The library's own throwing call words the operation in its own way.
+  // Each library words its own exception in its own way.
   if (error) {
-    throw std::filesystem::filesystem_error("canonical", native_path(name),
-                                            error);
+    throw std::runtime_error("filesystem error: canonical: " + error.message() +
+                             " [" + name + "]");
   }
   return path_text(path);
 }

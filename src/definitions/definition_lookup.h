@@ -18,9 +18,9 @@ namespace tova_fw_builder {
 // one; the caller undoes the last two behind an included file.
 //
 // Throws std::runtime_error "Failed to open image defs file : " and the name,
-// or "Cannot get current working directory"; std::filesystem::filesystem_error
-// of the operation "canonical" for a name that the new directory doesn't
-// resolve.
+// or "Cannot get current working directory", or "filesystem error: canonical:
+// ", the system's reason and the name in brackets, for a name that the new
+// directory doesn't resolve.
 std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
                                                const std::string& name);
 

@@ -11,7 +11,14 @@
 
 namespace tova_fw_builder {
 
-struct Column;
+// A column of a list that is shown as a table: the field of each member that it
+// shows. With a `note_first`, the field's note stands for its value where it
+// has one.
+struct Column {
+  std::string_view title;
+  std::string_view path;
+  bool note_first = false;
+};
 
 // One node. A number, a text and so on has the value; an object or a list has
 // members. A node with bytes of its own in the file has a `length`; one that
@@ -53,14 +60,6 @@ struct Field {
   }
   // Adds a member and yields it.
   Field& add(Field member);
-};
-
-// A column of such a table: the field of each member that it shows. With a
-// `note_first`, the field's note stands for its value where it has one.
-struct Column {
-  std::string_view title;
-  std::string_view path;
-  bool note_first = false;
 };
 
 // A field of that kind without bytes of its own.

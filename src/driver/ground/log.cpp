@@ -35,7 +35,7 @@ LogLine::LogLine(int level) { text_ << prefix_of(level); }
 LogLine::~LogLine() {
   text_.put('\n');
   // Flushed, so that the last line stands in the log whatever comes next.
-  std::cout << text_.view() << std::flush;
+  std::cout << text_.str() << std::flush;
 }
 
 }  // namespace tova_fw_builder

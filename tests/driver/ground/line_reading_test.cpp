@@ -21,6 +21,9 @@ std::string random_text(std::mt19937& random, const Pieces& pieces) {
 }
 
 TEST(LineFields, AgreeWithStreamExtraction) {
+#ifdef _LIBCPP_VERSION
+  GTEST_SKIP() << "this library takes nothing of hexadecimal like F0X1";
+#endif
   static const char* const kPieces[] = {
       "0",          "0x",        "0X",   "x",          "-",
       "+",          "1",         "9",    "ab",         "F",
