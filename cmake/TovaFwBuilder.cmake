@@ -41,15 +41,11 @@
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.20)
 
-set(TovaFwBuilder_SCRIPT_DIR "${CMAKE_CURRENT_LIST_DIR}")
 # The companion is a package of its own.
 find_program(TovaFw_EXECUTABLE tova_fw
   HINTS "${CMAKE_CURRENT_LIST_DIR}/../../../bin" NO_CMAKE_FIND_ROOT_PATH
   DOC "The companion, which checks what was built")
 mark_as_advanced(TovaFw_EXECUTABLE)
-if(NOT TovaFw_EXECUTABLE)
-  set(TovaFw_EXECUTABLE "")
-endif()
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderArguments.cmake")
 
 # Adds the two commands that describe one ELF. Sets `entry` to its three lines
@@ -103,11 +99,11 @@ function(_tova_sign base)
       "-Dcompanion=${TovaFw_EXECUTABLE}"
       "-DMANIFEST=${manifest}" "-DTYPE=${ARG_SIGN}" "-DKEY=${ARG_SIGN_KEY}"
       "-DCOMMAND=${ARG_SIGN_COMMAND}" "-DTRUST=${ARG_TRUST}"
-      -P "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
+      -P "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderSign.cmake"
     DEPENDS "${manifest}" ${ARG_SIGN_KEY} TovaFwBuilder::tova_fw_builder
       ${TovaFw_EXECUTABLE}
-      "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderSign.cmake"
-      "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
+      "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderSign.cmake"
+      "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderCheck.cmake"
     COMMENT "Signing the manifest of ${name}"
     VERBATIM)
 endfunction()
@@ -117,14 +113,14 @@ endfunction()
 # watch command lines too.
 function(_tova_build base outputs arguments)
   file(GENERATE OUTPUT "${base}.arguments.cmake" CONTENT "${arguments}")
-  set(script "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderRun.cmake")
+  set(script "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderRun.cmake")
   add_custom_command(
     OUTPUT ${outputs}
     BYPRODUCTS "${base}.log" "${base}.d"
     COMMAND "${CMAKE_COMMAND}" "-DARGUMENTS=${base}.arguments.cmake"
       -P "${script}"
     DEPENDS ${ARGN} "${base}.elfs" "${base}.arguments.cmake" "${script}"
-      "${TovaFwBuilder_SCRIPT_DIR}/TovaFwBuilderCheck.cmake"
+      "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderCheck.cmake"
       TovaFwBuilder::tova_fw_builder ${TovaFw_EXECUTABLE}
     DEPFILE "${base}.image.d"
     COMMENT "Building firmware image ${name}"
@@ -152,6 +148,11 @@ function(tova_add_firmware name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG ""
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
     "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST")
+  if(TARGET TovaFwBuilder::tova_fw)
+    set(TovaFw_EXECUTABLE "$<TARGET_FILE:TovaFwBuilder::tova_fw>")
+  elseif(NOT TovaFw_EXECUTABLE)
+    set(TovaFw_EXECUTABLE "")
+  endif()
   _tova_check_words()
   _tova_complete_words()
   _tova_check_values()

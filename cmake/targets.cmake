@@ -48,6 +48,7 @@ function(tova_program name)
   list(TRANSFORM ARG_USES PREPEND tova_)
   string(REPLACE / _ uses "${ARG_USES}")
   add_executable(${name} main.cpp)
+  add_executable(TovaFwBuilder::${name} ALIAS ${name})
   target_link_libraries(${name} PRIVATE ${uses})
   if(WIN32)
     target_sources(${name} PRIVATE
