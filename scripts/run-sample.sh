@@ -8,11 +8,19 @@
 # each generation. Starts from the committed linker output.
 set -euo pipefail
 
-tool=$(realpath "$1")
-companion=${3:+$(realpath "$3")}
+# No system but Linux has all of realpath, sha256sum and stat -c.
+absolute() { (cd "$(dirname "$1")" && echo "$(pwd -P)/$(basename "$1")"); }
+if command -v sha256sum >/dev/null; then
+  sha256=(sha256sum)
+else
+  sha256=(shasum -a 256)
+fi
+
+tool=$(absolute "$1")
+companion=${3:+$(absolute "$3")}
 mkdir -p "$2"
-out=$(realpath "$2")
-sample=$(realpath "$(dirname "$0")/../examples/audio_firmware")
+out=$(cd "$2" && pwd -P)
+sample=$(cd "$(dirname "$0")/../examples/audio_firmware" && pwd -P)
 [[ $sample != *[[:space:]]* ]] || {
   echo "ELF lists can't hold a path with a blank: $sample" >&2
   exit 1
@@ -81,8 +89,8 @@ echo
 printf '%-55s %8s  %s\n' "File in $2" Bytes SHA-256
 cd "$out"
 for file in gen-*/* rom/*; do
-  sum=$(sha256sum "$file")
-  printf '%-55s %8d  %s\n' "$file" "$(stat -c %s "$file")" "${sum%% *}"
+  sum=$("${sha256[@]}" "$file")
+  printf '%-55s %8d  %s\n' "$file" "$(wc -c <"$file")" "${sum%% *}"
 done
 
 [[ -n $companion ]] || exit 0
