@@ -10,7 +10,8 @@ install(FILES docs/tova_fw_builder.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 # The papers refer to one another and to the sample by relative paths.
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/tova-fw-builder)
-install(FILES README.md SECURITY.md CONTRIBUTING.md DESTINATION ${doc_dir})
+install(FILES README.md CHANGELOG.md SECURITY.md CONTRIBUTING.md
+  DESTINATION ${doc_dir})
 install(DIRECTORY docs examples DESTINATION ${doc_dir}
   PATTERN "*.1" EXCLUDE
   PATTERN "*.sh" EXCLUDE)
@@ -54,19 +55,34 @@ if(TOVA_COMPANION)
   set(CPACK_DEB_COMPONENT_INSTALL ON)
   set(CPACK_DEBIAN_BUILDER_PACKAGE_NAME tova-fw-builder)
   set(CPACK_DEBIAN_COMPANION_PACKAGE_NAME tova-fw)
-  set(CPACK_COMPONENT_COMPANION_DESCRIPTION
-    "Looks into the firmware images of tova-fw-builder")
 endif()
+
+# Who answers for the packages: the one who commits, or who is named here.
+set(committer "$ENV{TOVA_MAINTAINER}")
+if(NOT committer)
+  execute_process(COMMAND git log -1 "--format=%an <%ae>"
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+    OUTPUT_VARIABLE committer ERROR_QUIET OUTPUT_STRIP_TRAILING_WHITESPACE)
+endif()
+set(TOVA_MAINTAINER "${committer}" CACHE STRING
+  "Maintainer of the Debian packages, as NAME <ADDRESS>")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tova-fw-builder)
-set(CPACK_PACKAGE_CONTACT "Tova firmware tools <tools@example.org>")
+set(CPACK_PACKAGE_CONTACT "${TOVA_MAINTAINER}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_DEBIAN_BUILDER_DESCRIPTION
+  "tova_fw_builder turns linked firmware into the binary, the manifest and what
+else the processor's loader takes; it also signs manifests, joins packages and
+builds flash images. A CMake module comes with it.")
+set(CPACK_DEBIAN_COMPANION_DESCRIPTION
+  "tova_fw looks into the images of tova-fw-builder: it shows, compares and
+checks them, tells where the memory goes, converts keys, and takes signatures
+that were made elsewhere.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_PRE_BUILD_SCRIPTS
-  ${PROJECT_SOURCE_DIR}/cmake/package_permissions.cmake)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/packaging/finish.cmake)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 include(CPack)

@@ -46,7 +46,7 @@ inside 'time (./run-demo.sh && ./run-tests.sh)'
 echo "== the package"
 scripts/set-up.sh build companion check
 scripts/check-package.sh
-cp build/tova-fw*.deb "$root/tmp/"
+cp build/packages/*.deb "$root/tmp/"
 inside 'apt-get -qq install -y --no-install-recommends man-db /tmp/*.deb \
   >/dev/null && cd / && tova_fw_builder hash_key pub \
   /checkout/examples/audio_firmware/keys/test-key-public.key &&

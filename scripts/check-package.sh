@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Makes the Debian packages twice, in other folders, time zones and umasks, and
-# compares the bytes; unpacks them, and tries what they hold: both programs on
-# the sample firmware, their hardening, and the manual pages.
+# Makes the packages twice, here and out of a copy in another folder, time zone
+# and umask, and compares the bytes; unpacks them, and tries what they hold: both
+# programs on the sample firmware, their hardening, the manual pages, and the
+# CMake module of an archive in an odd place.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/quietly.sh
@@ -9,35 +10,27 @@ source scripts/quietly.sh
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
-export SOURCE_DATE_EPOCH
+TOVA_MAINTAINER=$(git log -1 --format='%an <%ae>')
+export SOURCE_DATE_EPOCH TOVA_MAINTAINER
 
-make_packages() {  # make_packages FOLDER: out of a copy of the tree there
-  mkdir -p "$1"
-  git ls-files -z --cached --others --exclude-standard |
-    xargs -0 cp --parents -t "$1"
-  (
-    cd "$1"
-    scripts/build.sh tool
-    quietly package \
-      cpack -G DEB --config build/tool/CPackConfig.cmake -B build/tool
-  )
+scripts/set-up.sh release windows
+rm -f build/tool/*.deb
+scripts/make-packages.sh "$work/one" --windows
+other=$work/an/other
+mkdir -p "$other"
+git ls-files -z --cached --others --exclude-standard |
+  xargs -0 cp --parents -t "$other"
+(umask 077 && TZ=Asia/Tokyo "$other/scripts/make-packages.sh" "$work/two")
+for file in "$work/two"/*; do
+  cmp "$file" "$work/one/$(basename "$file")"
+done
+one=$work/one
+lintian "$one"/*.deb >"$work/lintian" 2>&1 || {
+  cat "$work/lintian" >&2
+  exit 1
 }
-make_packages "$work/one"
-(umask 077 && TZ=Asia/Tokyo make_packages "$work/an/other")
-one=$work/one/build/tool
-other=$work/an/other/build/tool
-for program in driver/tova_fw_builder companion/tova_fw; do
-  cmp {"$one","$other"}/src/$program
-done
-# The frame around the two archives shows the umask, which nobody unpacks.
-for package in "$one"/*.deb; do
-  for part in control data; do
-    cmp <(ar p "$package" $part.tar.gz) \
-      <(ar p "$other/$(basename "$package")" $part.tar.gz)
-  done
-done
-mkdir -p build
-cp "$one"/*.deb build/
+rm -rf build/packages
+cp -r "$one" build/packages
 
 files=$work/files
 dpkg-deb -x "$one"/tova-fw-builder_*.deb "$files"
@@ -54,10 +47,10 @@ tests/end_to_end/companion_test.sh "$tool" "$companion"
 hardening-check --quiet --nopie --nostackprotector --nofortify --nocfprotection \
   "$tool" "$companion"
 for program in driver/tova_fw_builder companion/tova_fw; do
-  file "$one/src/$program" | grep -q 'static-pie linked'
-  objdump -d "$one/src/$program" >"$work/listing"
+  file "build/tool/src/$program" | grep -q 'static-pie linked'
+  objdump -d "build/tool/src/$program" >"$work/listing"
   grep -q 'call.*<__stack_chk_fail' "$work/listing"
-  objdump -T "$one/src/$program" >"$work/symbols" 2>&1
+  objdump -T "build/tool/src/$program" >"$work/symbols" 2>&1
   if grep -F GLIBC_ "$work/symbols"; then
     echo "$program asks for a version of the C library" >&2
     exit 1
@@ -68,11 +61,32 @@ for shell in bash-completion/completions/tova_fw \
   [[ -s $files/usr/share/$shell ]]
 done
 
+# The archives, in a folder with a blank and a letter beyond ASCII.
+odd="$work/an odd plåce"
+mkdir "$odd" "$work/consumer"
+tar -C "$odd" -xf "$one"/tova-fw-*-linux-*.tar.xz
+(cd "$odd" && unzip -q "$one"/tova-fw-*-windows-*.zip)
+cat >"$work/consumer/CMakeLists.txt" <<'CMAKE'
+cmake_minimum_required(VERSION 3.20)
+project(Consumer LANGUAGES NONE)
+find_package(TovaFwBuilder 1.0 REQUIRED)
+get_target_property(tool TovaFwBuilder::tova_fw_builder LOCATION)
+if(NOT EXISTS "${tool}" OR NOT COMMAND tova_add_firmware)
+  message(FATAL_ERROR "${tool} is not there")
+endif()
+CMAKE
+for system in linux windows; do
+  quietly "consumer-$system" cmake -S "$work/consumer" \
+    -B "$work/consumer/$system" -DCMAKE_PREFIX_PATH="$(echo "$odd"/*-$system-*)"
+done
+tests/end_to_end/companion_test.sh "$(echo "$odd"/*-linux-*/bin/tova_fw_builder)" \
+  "$(echo "$odd"/*-linux-*/bin/tova_fw)"
+
 page_lacks_nothing() {  # page_lacks_nothing PAGE: words on the standard input
-  local word page=$files/usr/share/man/man1/$1
-  mandoc -T lint -W warning "$page"
+  local word page=$files/usr/share/man/man1/$1.gz
+  gzip -dc "$page" | mandoc -T lint -W warning
   # Without the backspaces that print letters in bold.
-  mandoc -T utf8 "$page" | sed 's/.\x08//g' >"$work/page"
+  gzip -dc "$page" | mandoc -T utf8 | sed 's/.\x08//g' >"$work/page"
   while read -r word; do
     grep -q -e "^ *$word " -e " $word" "$work/page" || {
       echo "The manual page $1 lacks $word" >&2
@@ -87,4 +101,4 @@ sed -n 's/^ *{"\([a-z_]*\)", .*/\1/p' src/driver/command_table.cpp |
   sed -n "s/^ *'[a-z -]* -') choices='\(.*\)'.*/\1/p
     s/^ *'') choices='\(.*\)'.*/\1/p" |
   tr ' ' '\n' | page_lacks_nothing tova_fw.1
-echo "The packages hold: $(cd build && echo ./*.deb)"
+echo "The packages hold: $(cd build/packages && echo ./*)"

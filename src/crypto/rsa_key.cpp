@@ -2,8 +2,6 @@
 // functions; the names of the steps are those that the log shows.
 #include "crypto/rsa_key.h"
 
-#include <algorithm>
-
 #include "crypto/zel_error.h"
 #include "crypto/zels_bignum.h"
 #include "crypto/zels_rsa.h"
