@@ -104,6 +104,37 @@ for generation in 1.5 1.8 3.0; do
 done
 where elfs.json --elf-list made/gen-1.5/firmware.elfs
 "$root/tests/end_to_end/validate.py" "$root/docs/schema/where.json" where/*.json
+# Findings of right and of wrong definitions, of files that nobody can read, and
+# of those that name anything; and the papers and editors of lint.
+mkdir lint
+lint_json() {  # lint_json DEFINITION ARGUMENT...: whatever is found
+  local status=0
+  ((number += 1))
+  tova_fw lint "$@" --json --sarif "lint/$number.sarif" \
+    >"lint/$number.json" 2>/dev/null || status=$?
+  [[ $status -le 1 ]] || die "lint $*: status $status"
+}
+linked=(--header "$sample/src/audio_config.h"
+  --elf-list "$work/made/gen-1.8/firmware.elfs"
+  --key-list "$sample/keys/trusted-keys.list")
+for definition in "$sample"/definitions/gen_*.def; do
+  lint_json "$definition" "${linked[@]}"
+done
+mkdir 'odd näme'
+for file in "$root"/fuzz/corpus/{definitions,lint,includes,build}/* marks \
+  "$root"/docs/lint.md; do
+  cp "$file" 'odd näme/t.def'
+  lint_json 'odd näme/t.def'
+  cat "$sample/definitions/gen_1.8.def" "$file" >'odd näme/t.def'
+  lint_json 'odd näme/t.def' --default-dir "$sample/definitions" "${linked[@]}"
+done
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/lint.json" lint/*.json
+"$root/tests/end_to_end/validate.py" "$root/docs/schema/lint-sarif.json" \
+  lint/*.sarif
+while read -r rule _; do
+  grep -qx "### $rule" "$root/docs/lint.md" || die "docs/lint.md lacks $rule"
+done < <(tova_fw lint --list-rules)
+"$root/editors/check-editors.py" "$(command -v tova_fw)"
 
 # What each shell offers behind a line: all of the words, in any order.
 expect() {  # expect SHELL LINE WORD...

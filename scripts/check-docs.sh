@@ -8,6 +8,8 @@
 #                  a line stand for any text
 #   text demo      is what ./run-demo.sh prints behind its building
 #   def check      builds, behind a small image that it goes on with
+#   def lint R...  has findings of these rules alone, or none, behind a small
+#                  image; with the word elfs first, with the ELFs of the sample
 #   sh ci          runs elsewhere in CI: its lines stand in .ci/run or a script
 #
 # Blocks of plain text and diagrams are left alone; anything else is an error,
@@ -71,6 +73,32 @@ check_definition() {
   }
 }
 
+# The findings in the block's lines, by the rules that the block names.
+check_lint() {
+  local rules=${info#def lint} sample=$copy/tree/examples/audio_firmware
+  local elfs=() found
+  if [[ $rules == ' elfs'* ]]; then
+    rules=${rules# elfs}
+    for elf in base_fw mixer reverb meter; do
+      printf '%s\n' "$sample/linked/$elf".{elf,sections,symbols}
+    done >"$copy/elfs"
+    elfs=(--elf-list "$copy/elfs")
+  fi
+  {
+    printf '%s\n' 'binary_ver 3.0' 'max_data 0' 'module l frame' \
+      'uuid 3F0C6D1E-52A7-4B8E-9C11-7A60B2D4E9FF' 'group bss' \
+      '  section .bss.gain'
+    cat "$copy/block"
+  } >"$copy/linted.def"
+  tova_fw lint "$copy/linted.def" "${elfs[@]}" --json >"$copy/output" || true
+  found=$(jq -r '.findings[] | select(.file | endswith(".def")) |
+    select(.line > 6) | " " + .rule' "$copy/output" | sort -u | tr -d '\n')
+  [[ $found == "$rules" ]] || {
+    cat "$copy/output" >&2
+    die "the findings are '$found'"
+  }
+}
+
 check_in_ci() {
   local line
   while IFS= read -r line; do
@@ -96,6 +124,7 @@ do_block() {
       compare_output
       ;;
     'def check') check_definition ;;
+    'def lint'*) check_lint ;;
     'sh ci') check_in_ci ;;
     text | mermaid) ;;
     *) die "say what to do with a block of '$info'" ;;

@@ -14,7 +14,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # The companion's rooms: its manual page tells of its texts.
-companion=(':!src/companion' ':!src/inspect' ':!src/memory_map'
+companion=(':!src/companion' ':!src/inspect' ':!src/lint' ':!src/memory_map'
   ':!src/outside_keys' ':!src/elf_tables' ':!src/address_lookup')
 
 # Literals, one a line, adjacent ones joined, line ends and surrounding blanks

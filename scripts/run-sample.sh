@@ -94,6 +94,13 @@ for file in gen-*/* rom/*; do
 done
 
 [[ -n $companion ]] || exit 0
+for generation in 1.5 1.8 2.5 3.0; do
+  "$companion" lint "$sample/definitions/gen_$generation.def" --strict \
+    --header "$sample/src/audio_config.h" --elf-list "gen-$generation/firmware.elfs" \
+    --key-list "$sample/keys/trusted-keys.list"
+done
+echo
+echo "lint has nothing to say about the definitions of the sample"
 echo
 "$companion" show gen-1.5/firmware.man.signed gen-{1.8,2.5,3.0}/firmware.bin
 echo

@@ -11,6 +11,22 @@ namespace tova_fw_builder {
 
 namespace {
 
+// Calls take(words, operands) for each line that the flattening consumes:
+// `define NAME VALUE` and `include FILE`.
+template <typename Take>
+void for_each_directive(const Definition& definition, const Take& take) {
+  const auto& files = definition.source.files;
+  for (std::uint32_t file = 0; file < files.size(); ++file) {
+    for (std::uint32_t line = 1; line <= files[file].lines.size(); ++line) {
+      const Statement text(files[file].lines[line - 1]);
+      const bool is_define = text.word() == "define";
+      if (!is_define && text.word() != "include") continue;
+      take(words_of_place(definition.source, {file, line}),
+           is_define ? 2u : 1u);
+    }
+  }
+}
+
 // These take nothing in place of what is missing.
 std::string_view left_as_it_was(const StatementForm& form) {
   switch (form.shape) {
@@ -96,6 +112,12 @@ void find_missing_operands(const Definition& definition, Findings& out) {
     if (statement.words.size() >= taken.needed) continue;
     out.add(statement.words.back().spot, missing_text(form, statement, taken));
   }
+  for_each_directive(definition, [&](const auto& words, std::size_t operands) {
+    if (operands != 2 || words.size() > operands) return;
+    out.add(words.back().spot,
+            words.size() == 1 ? "define lacks a name and a value"
+                              : "define lacks a value: the word disappears");
+  });
 }
 
 void find_extra_words(const Definition& definition, Findings& out) {
@@ -135,6 +157,14 @@ void find_extra_words(const Definition& definition, Findings& out) {
     out.add(statement.words[taken.end].spot,
             extra_text(form, statement, taken.end));
   }
+  for_each_directive(definition, [&](const auto& words, std::size_t operands) {
+    if (words.size() <= 1 + operands) return;
+    const LintWord& word = words[1 + operands];
+    out.add(word.spot, quoted(word.text) +
+                           " is ignored: " + std::string(words[0].text) +
+                           (operands == 2 ? " takes one word for a value"
+                                          : " takes one name"));
+  });
 }
 
 void find_unknown_kinds(const Definition& definition, Findings& out) {

@@ -87,6 +87,9 @@ t=@mod_cfg 1 2;/ => 5:11 extra-words
 t=@mod_cfg 1 2 # x/ => 5:13 extra-words
 t=@mod_cfg 1 2 3 4 5 6 7 8 9 10 11 12/ => 5:33 extra-words
 t=module d n # old/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/section .b/ => 1:12 extra-words
+t=define SIZE 10 + 2/hw_buf_size SIZE/ => 1:16 extra-words
+t=include a b/|a=/define A # why/ignore A/ => 1:11 extra-words, a:2:12 extra-words
+t=@define E/section o .a E/ => 5:8 missing-operand
 -- bad-number
 t=@type 0x1b/ => 5:6 bad-number
 t=@type 12k/ => 5:6 bad-number
