@@ -51,14 +51,10 @@ void run_build(Parameters p) {
   });
 }
 
-// The usage text names other parameters; these are the ones that it takes.
+// The usage text names other parameters; these are the ones that it takes:
+// image definition, output directory, ELF list, binary.
 void run_buildrom(Parameters p) {
-  const std::string& image_def_path = p[0];
-  const std::string& out_dir = p[1];
-  const std::string& elf_list_name = p[2];
-  const std::string& binary_name = p[3];
-  buildrom_command(current_directory(), image_def_path, out_dir, elf_list_name,
-                   binary_name);
+  buildrom_command(current_directory(), p[0], p[1], p[2], p[3]);
 }
 
 // The usage text leaves `split` and `make_hex` out, and two parameters of

@@ -33,11 +33,9 @@ struct OutputPaths {
 };
 
 void log_head(const BuildArguments& arguments) {
-  const Version& version = arguments.version;
   log_info("Building FW Image image_flags ", std::hex, arguments.img_flags,
            " feature_mask ", arguments.feat_mask, std::dec, " version ",
-           version.major, '.', version.minor, '.', version.hotfix, '.',
-           version.build);
+           arguments.version);
 }
 
 void log_paths(const BuildArguments& arguments, const OutputPaths& paths) {

@@ -12,7 +12,6 @@
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
 #include "image/css_header.h"
-#include "image/extended_manifest.h"
 #include "layout/content_writer.h"
 
 namespace tova_fw_builder {
@@ -111,11 +110,6 @@ void Kelp15FwManifest::write(std::ostream& stream, const FwOutMap& map) {
   write_zeros(stream, sizeof(CssPart) - kCssLength);
   write_binary_header(map, stream, padded);
   write_zeros(stream, pad);
-}
-
-void Kelp15FwManifest::write_extended(std::ostream& stream,
-                                      const FwOutMap& map) {
-  write_extended_manifest(map, stream);
 }
 
 void Kelp15FwManifest::write_raw(std::ostream& stream) {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <span>
 
+#include "image/extended_manifest.h"
 #include "image/image.h"
 #include "image/records/css_part.h"
 
@@ -52,7 +53,9 @@ class Kelp15FwManifest : public ImageManifest {
   // Throws std::runtime_error "Manifest is bigger than MAX of 8kB" before
   // anything is written, and what bcd_date and write_binary_header throw.
   void write(std::ostream& stream, const FwOutMap& map) override;
-  void write_extended(std::ostream& stream, const FwOutMap& map) override;
+  void write_extended(std::ostream& stream, const FwOutMap& map) override {
+    write_extended_manifest(map, stream);
+  }
   // `size` words of a manifest that was read back.
   void write_raw(std::ostream& stream) override;
 

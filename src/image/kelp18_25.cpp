@@ -11,7 +11,6 @@
 #include "driver/ground/log.h"
 #include "driver/ground/stream_digest.h"
 #include "image/binary_header.h"
-#include "image/extended_manifest.h"
 #include "layout/content_writer.h"
 
 namespace tova_fw_builder {
@@ -111,12 +110,6 @@ void MetadataManifest<DigestLength>::write(std::ostream& stream,
            "\n    tova_info.base_offset   ", metadata_.base_offset,
            "\n    tova_info.limit_offset  ", metadata_.limit_offset);
   write_record(stream, metadata_);
-}
-
-template <std::size_t DigestLength>
-void MetadataManifest<DigestLength>::write_extended(std::ostream& stream,
-                                                    const FwOutMap& map) {
-  write_extended_manifest(map, stream);
 }
 
 template class PaddedImage<kKelp18DigestLength>;

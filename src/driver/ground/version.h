@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 
 namespace tova_fw_builder {
 
@@ -12,5 +13,11 @@ struct Version {
   std::uint16_t hotfix = 0;
   std::uint16_t build = 0;
 };
+
+// With dots, in the base of the stream.
+inline std::ostream& operator<<(std::ostream& out, const Version& version) {
+  return out << version.major << '.' << version.minor << '.' << version.hotfix
+             << '.' << version.build;
+}
 
 }  // namespace tova_fw_builder

@@ -25,6 +25,19 @@ struct KeyTypeValue {
 // The words differ from those of signing, where "release" is the other kind.
 constexpr KeyTypeValue key_type_values[] = {{"debug", 1}, {"production", 0}};
 
+// Of the key nothing but its hash outlives this function.
+std::shared_ptr<KeyList::KeyData> read_key(const std::string& type_word,
+                                           const std::string& key_path) {
+  const auto* type =
+      std::ranges::find(key_type_values, type_word, &KeyTypeValue::word);
+  if (type == std::end(key_type_values)) {
+    throw std::runtime_error("Not recognized key type : " + type_word +
+                             " file path : " + key_path);
+  }
+  return std::make_shared<KeyList::KeyData>(KeyList::KeyData{
+      type->value, key_path, digest_public_key(*load_key_file(key_path))});
+}
+
 }  // namespace
 
 KeyList::KeyList(const std::string& list_path) {
@@ -40,27 +53,8 @@ KeyList::KeyList(std::istream& list) {
     // What follows the path is ignored; hence no path can hold blanks.
     LineFields words(line);
     const std::string type_word(words.word());
-    const std::string key_path(words.word());
-    add_key(type_word, key_path);
+    keys.push_back(read_key(type_word, std::string(words.word())));
   }
-  write_store();
-}
-
-void KeyList::add_key(const std::string& type_word,
-                      const std::string& key_path) {
-  const auto* type =
-      std::ranges::find(key_type_values, type_word, &KeyTypeValue::word);
-  if (type == std::end(key_type_values)) {
-    throw std::runtime_error("Not recognized key type : " + type_word +
-                             " file path : " + key_path);
-  }
-  // Of the key nothing but its hash outlives this function.
-  const auto key = load_key_file(key_path);
-  keys.push_back(std::make_shared<KeyData>(
-      KeyData{type->value, key_path, digest_public_key(*key)}));
-}
-
-void KeyList::write_store() {
   write_record(*stream, Le32(static_cast<std::uint32_t>(keys.size())));
   for (const auto& key : keys) {
     write_record(*stream, StoreEntry{key->key_type, key->hash});

@@ -45,10 +45,6 @@ class KeyList {
       std::make_shared<std::stringstream>(std::ios::in | std::ios::out |
                                           std::ios::binary);
   std::vector<std::shared_ptr<KeyData>> keys;  // in the order of the file
-
- private:
-  void add_key(const std::string& type_word, const std::string& key_path);
-  void write_store();
 };
 
 }  // namespace tova_fw_builder

@@ -13,11 +13,6 @@ namespace tova_fw_builder {
 
 namespace {
 
-std::ostream& operator<<(std::ostream& out, const Version& version) {
-  return out << version.major << '.' << version.minor << '.' << version.hotfix
-             << '.' << version.build;
-}
-
 void write_facts(std::ostream& out, const FwOutMap& map, std::uint32_t date,
                  std::uint32_t module_type) {
   // The manifest kind is hexadecimal too, without a prefix, like the date.
