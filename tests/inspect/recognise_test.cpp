@@ -58,7 +58,7 @@ TEST(Recognise, DamagedAndLookingAlike) {
       {" ver 1\n bld 2\n mft 3\n", "embedded"},
       // Whatever may be a private key is treated as one.
       {key_pair().substr(3), "key-pair"},
-      {" " + key_pair(), "key-pair"},
+      {key_pair().insert(0, 1, ' '), "key-pair"},
       {key_pair().substr(400), "key-pair"},
       {with(public_key(), 0, "x"), "embedded"},
   };

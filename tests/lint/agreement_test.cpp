@@ -44,7 +44,8 @@ std::string mutated(const std::string& text, std::mt19937& random) {
         result.insert(start, 1, "\n \t#<0a"[below(7)]);
         break;
       case 3:
-        result.insert(end, " " + std::string(kWords[below(std::size(kWords))]));
+        result.insert(end, kWords[below(std::size(kWords))]);
+        result.insert(end, 1, ' ');
         break;
       default:
         result.erase(start, 1);
