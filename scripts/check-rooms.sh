@@ -3,8 +3,9 @@
 # folder with a tova_room; its folder internal/ belongs to it and is closed to
 # all others. Fails when a file includes from a room that its own doesn't name
 # under USES, when USES names a room for nothing, when rooms or files include
-# each other in a circle (a source and its header count as one file), and when a
-# foreign library is included outside the room that it stands behind.
+# each other in a circle (a source and its header count as one file), when a
+# foreign library is included outside the room that it stands behind, and when
+# two headers have a type of one name: the linker would take either for both.
 #
 # Includes are read as text, so they have one form: #include at the start of a
 # line, and "FOLDER/FILE.h" from src/ or <...> for what is not of this tree.
@@ -100,6 +101,17 @@ foreign companion/ground 'nlohmann/'
 foreign companion 'CLI/'
 foreign outside_keys 'openssl/'
 foreign elf_tables '(elfutils/)?(g|lib)?elf\.h'
+
+# shellcheck disable=SC2016
+while read -r type headers; do
+  fail "$type stands in more than one header: $headers"
+done < <(files '*.h' | xargs -0 awk '
+  $1 ~ /^(class|struct|union|enum)$/ && /^[^ ].*[{,:]$/ {
+    name = $2 ~ /^(class|struct)$/ ? $3 : $2
+    if (name in seen) seen[name] = seen[name] " " FILENAME
+    else seen[name] = FILENAME
+  }
+  END { for (name in seen) if (seen[name] ~ / /) print name, seen[name] }')
 
 [[ $status == 0 ]] &&
   echo "$(wc -l <"$work/files") includes keep to the rooms"

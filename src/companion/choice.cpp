@@ -9,9 +9,10 @@ namespace tova_fw_builder {
 void take_one_of(CLI::Option& option, const std::vector<std::string>& words) {
   const auto refuse = [words](const std::string& word) -> std::string {
     if (std::find(words.begin(), words.end(), word) != words.end()) return "";
-    const std::string nearest = nearest_word(word, words);
+    Nearest nearest(word);
+    for (const std::string& known : words) nearest.offer(known);
     return "'" + word + "' is none of " + CLI::detail::join(words, ", ") +
-           (nearest.empty() ? "" : "; did you mean '" + nearest + "'?");
+           nearest.question();
   };
   option.check(CLI::Validator(refuse, ""))
       ->type_name(CLI::detail::join(words, "|"));

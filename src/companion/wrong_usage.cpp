@@ -41,9 +41,10 @@ void add_options(const CLI::App& command, std::vector<std::string>& names) {
 std::string unknown_text(const std::string& word, const char* what,
                          const CLI::App& command,
                          const std::vector<std::string>& known) {
-  const std::string nearest = nearest_word(word, known);
+  Nearest nearest(word);
+  for (const std::string& name : known) nearest.offer(name);
   return "'" + word + "' is no " + what + " of " + full_name(command) +
-         (nearest.empty() ? "" : "; did you mean '" + nearest + "'?");
+         nearest.question();
 }
 
 // Of the first word that the command, or one chosen below it, made nothing of.

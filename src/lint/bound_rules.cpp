@@ -2,12 +2,12 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "companion/ground/nearest.h"
 #include "driver/ground/files.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
 #include "input_map/symbol_list.h"
-#include "lint/elf_file.h"
-#include "lint/nearest.h"
+#include "lint/elf_facts.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
 
@@ -204,7 +204,7 @@ void find_full_tables(const Linked& linked, Findings& out) {
 
 namespace {
 
-void check_sections(const LinkedElf& elf, const ElfFile& file, Findings& out) {
+void check_sections(const LinkedElf& elf, const ElfFacts& file, Findings& out) {
   for (const LinkedHeader& header : elf.sections) {
     const std::string name = quoted(header->name);
     if (header->contents &&
@@ -216,7 +216,7 @@ void check_sections(const LinkedElf& elf, const ElfFile& file, Findings& out) {
     if (!header->alloc || file.sections.empty()) continue;
     const auto [first, last] = file.sections.equal_range(header->name);
     const bool is_there = std::any_of(first, last, [&](const auto& entry) {
-      const ElfFile::Section& section = entry.second;
+      const ElfFacts::Section& section = entry.second;
       return section.address == header->vma && section.size == header->size &&
              (!header->contents || section.offset == header->file_offset);
     });
@@ -230,7 +230,7 @@ void check_sections(const LinkedElf& elf, const ElfFile& file, Findings& out) {
 }
 
 // Only exports look at the list.
-void check_symbols(const LinkedElf& elf, const ElfFile& file,
+void check_symbols(const LinkedElf& elf, const ElfFacts& file,
                    const FwOutMap& map, Findings& out) {
   if (!file.has_symbols || map.exports.empty()) return;
   std::string wrong;
@@ -254,7 +254,7 @@ void check_symbols(const LinkedElf& elf, const ElfFile& file,
 void find_stale_tables(const Linked& linked, Findings& out) {
   const FwOutMap& map = *linked.definition->map;
   for (const LinkedElf& elf : linked.elfs) {
-    const ElfFile file = read_elf_file(elf.files.elf, map.exports);
+    const ElfFacts file = read_elf_facts(elf.files.elf, map.exports);
     check_sections(elf, file, out);
     check_symbols(elf, file, map, out);
   }

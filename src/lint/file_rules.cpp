@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <set>
 
+#include "companion/ground/nearest.h"
 #include "definitions/image_block.h"
 #include "lint/allowances.h"
-#include "lint/nearest.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
 

@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "companion/ground/nearest.h"
 #include "driver/ground/files.h"
 #include "lint/allowances.h"
-#include "lint/nearest.h"
 #include "lint/rules.h"
 
 namespace tova_fw_builder {

@@ -2,9 +2,9 @@
 // likely meant, and which blocks an unknown word has ended.
 #include <algorithm>
 
+#include "companion/ground/nearest.h"
 #include "definitions/image_block.h"
 #include "driver/ground/numbers.h"
-#include "lint/nearest.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
 

@@ -49,7 +49,7 @@ Json group_json(const MemoryMap::Group& group) {
           {"kind", group.kind},
           {"address", group.address},
           {"pages", group.pages},
-          {"unused", array_of(group.unused, [](const Span& span) {
+          {"unused", array_of(group.unused, [](const AddressSpan& span) {
              return Json(
                  {{"address", span.begin}, {"size", span.end - span.begin}});
            })}};

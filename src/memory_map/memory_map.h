@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "memory_map/coverage.h"
+#include "memory_map/address_coverage.h"
 
 namespace tova_fw_builder {
 
@@ -68,7 +68,7 @@ struct MemoryMap {
     const char* kind = "";  // "text", "rodata", "bss"
     std::uint32_t address = 0;
     std::uint64_t pages = 0;
-    std::vector<Span> unused;  // gaps and padding, in order
+    std::vector<AddressSpan> unused;  // gaps and padding, in order
   };
 
   // A section that takes room in memory and belongs to nothing.

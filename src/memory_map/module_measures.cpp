@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "layout/segment.h"
-#include "memory_map/coverage.h"
+#include "memory_map/address_coverage.h"
 #include "memory_map/measures.h"
 
 namespace tova_fw_builder {
@@ -27,7 +27,7 @@ const char* kind_of(const Group& group) {
 
 void measure_group(const Group& group, MemoryMap::Module& module,
                    MemoryMap& map) {
-  std::vector<Span> spans;
+  std::vector<AddressSpan> spans;
   std::uint64_t size = 0;
   for (const auto& section : group.sections) {
     if (section->header == nullptr) continue;
@@ -39,10 +39,10 @@ void measure_group(const Group& group, MemoryMap::Module& module,
    : group.type == Group::kRodata ? module.rodata
                                   : module.bss) += size;
   const std::uint64_t begin = spans.front().begin;
-  const std::uint64_t end = std::ranges::max(spans, {}, &Span::end).end;
+  const std::uint64_t end = std::ranges::max(spans, {}, &AddressSpan::end).end;
   const std::uint64_t pages = group_pages(group);
   const std::uint64_t pages_end = std::max(begin + pages * kPageSize, end);
-  const Coverage covered(std::move(spans));
+  const AddressCoverage covered(std::move(spans));
   module.gaps += end - begin - covered.count({begin, end});
   module.padding += pages_end - end;
   module.pages += pages;

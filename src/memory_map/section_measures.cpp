@@ -5,7 +5,7 @@
 #include <tuple>
 #include <unordered_map>
 
-#include "memory_map/coverage.h"
+#include "memory_map/address_coverage.h"
 #include "memory_map/measures.h"
 
 namespace tova_fw_builder {
@@ -18,14 +18,17 @@ using Header = FwImageMap::SectionHeader;
 constexpr std::size_t kMaxListed = 4'000'000;
 constexpr std::size_t kMaxOverlaps = 10'000;
 
-Span span_of(const MemoryMap::Section& section) {
+AddressSpan span_of(const MemoryMap::Section& section) {
   return tova_fw_builder::span_of(section.address, section.size);
 }
 
-bool share(Span a, Span b) { return a.begin < b.end && b.begin < a.end; }
+bool share(AddressSpan a, AddressSpan b) {
+  return a.begin < b.end && b.begin < a.end;
+}
 
-std::vector<Span> spans_of(const std::vector<MemoryMap::Section>& sections) {
-  std::vector<Span> spans;
+std::vector<AddressSpan> spans_of(
+    const std::vector<MemoryMap::Section>& sections) {
+  std::vector<AddressSpan> spans;
   spans.reserve(sections.size());
   for (const MemoryMap::Section& section : sections) {
     spans.push_back(span_of(section));
@@ -63,12 +66,12 @@ class Reach {
   }
 
   // A section without a size lies where its address is.
-  std::vector<std::uint32_t> sections_in(Span span) const {
+  std::vector<std::uint32_t> sections_in(AddressSpan span) const {
     std::vector<std::uint32_t> found;
     const auto first = std::ranges::lower_bound(ends_, span.begin);
     for (auto i = static_cast<std::uint32_t>(first - ends_.begin());
          i < sections_.size() && sections_[i].address < span.end; ++i) {
-      const Span own = span_of(sections_[i]);
+      const AddressSpan own = span_of(sections_[i]);
       const bool is_point = own.begin == own.end && own.begin >= span.begin;
       if (is_point || share(own, span)) found.push_back(i);
     }
@@ -106,15 +109,15 @@ void measure_sections(const FwOutMap& bound, MemoryMap& map) {
 }
 
 void measure_classes(const FwOutMap& bound, MemoryMap& map) {
-  const Coverage used(spans_of(map.sections));
+  const AddressCoverage used(spans_of(map.sections));
   const Reach reach(map.sections);
-  const Span buffer = span_of(map.hw_buf);
-  std::vector<Span> spans;
+  const AddressSpan buffer = span_of(map.hw_buf);
+  std::vector<AddressSpan> spans;
   std::size_t listed = 0;
   for (const auto& from : bound.memory_classes) {
-    const Span span = tova_fw_builder::span_of(from.base, from.size);
-    const Span shared = {std::max(span.begin, buffer.begin),
-                         std::min(span.end, buffer.end)};
+    const AddressSpan span = tova_fw_builder::span_of(from.base, from.size);
+    const AddressSpan shared = {std::max(span.begin, buffer.begin),
+                                std::min(span.end, buffer.end)};
     const std::uint64_t in_buffer =
         shared.begin < shared.end ? shared.end - shared.begin : 0;
     map.classes.push_back({from.name, from.base, from.size, used.count(span),
@@ -128,7 +131,7 @@ void measure_classes(const FwOutMap& bound, MemoryMap& map) {
     }
     spans.push_back(span);
   }
-  const Coverage classes(std::move(spans));
+  const AddressCoverage classes(std::move(spans));
   for (std::uint32_t i = 0; i < map.sections.size(); ++i) {
     const std::uint64_t inside = classes.count(span_of(map.sections[i]));
     if (inside == map.sections[i].size) continue;
@@ -149,7 +152,7 @@ void find_overlaps(MemoryMap& map) {
   }
   std::vector<std::uint32_t> open;  // those that reach to the next one
   for (const std::uint32_t number : order) {
-    const Span span = span_of(section_at(map, number));
+    const AddressSpan span = span_of(section_at(map, number));
     std::erase_if(open, [&](std::uint32_t other) {
       return span_of(section_at(map, other)).end <= span.begin;
     });
@@ -158,7 +161,7 @@ void find_overlaps(MemoryMap& map) {
         map.has_more_overlaps = true;
         return;
       }
-      const Span first = span_of(section_at(map, other));
+      const AddressSpan first = span_of(section_at(map, other));
       map.overlaps.push_back({other, number, span.begin,
                               std::min(first.end, span.end) - span.begin});
     }

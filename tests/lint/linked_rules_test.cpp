@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "driver/ground/log.h"
-#include "lint/elf_file.h"
+#include "lint/elf_facts.h"
 #include "lint/linted.h"
 #include "support/bytes.h"
 
@@ -280,12 +280,12 @@ TEST(LinkedRules, TablesOfAnotherLink) {
 }
 
 // What lies about itself is no ELF, and nothing more.
-TEST(ElfFile, DamagedOnesAreReadAsFarAsTheyGo) {
+TEST(ElfFacts, DamagedOnesAreReadAsFarAsTheyGo) {
   const std::string elf =
       read_file(std::string(TOVA_SAMPLE) + "/linked/base_fw.elf");
   const TempDir dir;
   const std::map<std::string, bool> wanted = {{"fw_alloc", false}};
-  const ElfFile whole = read_elf_file(dir.write("whole", elf), wanted);
+  const ElfFacts whole = read_elf_facts(dir.write("whole", elf), wanted);
   EXPECT_EQ(elf.size(), whole.length);
   EXPECT_EQ(1u, whole.sections.count(".text.gain"));
   EXPECT_EQ(0x10001000u, whole.sections.find(".text.gain")->second.address);
@@ -295,9 +295,9 @@ TEST(ElfFile, DamagedOnesAreReadAsFarAsTheyGo) {
     for (const char byte : {'\x00', '\x01', '\x7F', '\xFF'}) {
       std::string damaged = elf;
       damaged[i] = byte;
-      read_elf_file(dir.write("damaged", damaged), wanted);
+      read_elf_facts(dir.write("damaged", damaged), wanted);
     }
-    const auto cut = read_elf_file(
+    const auto cut = read_elf_facts(
         dir.write("cut", elf.substr(0, elf.size() * i / 64)), wanted);
     EXPECT_TRUE(cut.sections.empty());
   }

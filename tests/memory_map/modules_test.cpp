@@ -23,7 +23,7 @@ std::string groups_of(const MemoryMap& map) {
   for (const auto& group : map.groups) {
     text << group.module << ' ' << group.kind << ' ' << std::hex
          << group.address << std::dec << ' ' << group.pages << ':' << std::hex;
-    for (const Span& span : group.unused) {
+    for (const AddressSpan& span : group.unused) {
       text << ' ' << span.begin << '-' << span.end;
     }
     text << '\n';

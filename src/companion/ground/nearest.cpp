@@ -1,49 +1,65 @@
 #include "companion/ground/nearest.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace tova_fw_builder {
+
 namespace {
 
-// How many steps lead from one word to the other: a table of the distances of
-// all their heads, of which three rows are at hand.
-std::size_t distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> before_last;
-  std::vector<std::size_t> last(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) last[j] = j;
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::vector<std::size_t> row(b.size() + 1, i);
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      row[j] = std::min({last[j] + 1, row[j - 1] + 1,
-                         last[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1)});
-      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
-        row[j] = std::min(row[j], before_last[j - 2] + 1);
-      }
-    }
-    before_last = std::move(last);
-    last = std::move(row);
-  }
-  return last.back();
-}
+// Longer words aren't misspelt, and would cost the square of their length.
+constexpr std::size_t kLongestWord = 100;
 
 }  // namespace
 
-std::string nearest_word(std::string_view word,
-                         std::span<const std::string> words) {
-  constexpr std::size_t kLongest = 64;  // nobody means a longer one
-  std::string nearest;
-  if (word.size() > kLongest) return nearest;
-  std::size_t fewest = kLongest;
-  for (const std::string& candidate : words) {
-    const std::size_t steps = distance(word, candidate);
-    const std::size_t most = std::max<std::size_t>(candidate.size() / 3, 1);
-    if (steps <= most && steps < fewest) {
-      fewest = steps;
-      nearest = candidate;
+std::size_t edit_distance(std::string_view a, std::string_view b,
+                          std::size_t limit) {
+  const std::size_t longer = std::max(a.size(), b.size());
+  const std::size_t shorter = std::min(a.size(), b.size());
+  if (longer - shorter > limit || longer > kLongestWord) return limit + 1;
+  // Distances of the first letters of `a` to those of `b`: three rows, as a
+  // swap looks two letters back.
+  std::vector<std::size_t> before, last(b.size() + 1), row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) last[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const bool same = a[i - 1] == b[j - 1];
+      row[j] =
+          std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (same ? 0 : 1)});
+      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+        row[j] = std::min(row[j], before[j - 2] + 1);
+      }
     }
+    before = std::exchange(last, row);
   }
-  return nearest;
+  return std::min(last.back(), limit + 1);
+}
+
+Nearest::Nearest(std::string_view word)
+    : word_(word), limit_((word.size() + 2) / 3) {}
+
+void Nearest::offer(std::string_view name) {
+  if (limit_ == 0 && !name_.empty()) return;
+  const std::size_t limit = name_.empty() ? limit_ : limit_ - 1;
+  const std::size_t distance = edit_distance(word_, name, limit);
+  // A word isn't its own neighbour, nor one of which nothing is left.
+  if (distance > limit || distance == 0 || distance >= word_.size()) return;
+  limit_ = distance;
+  name_ = name;
+}
+
+std::string Nearest::question() const {
+  if (name_.empty()) return "";
+  return std::string("; did you mean '").append(name_).append("'?");
+}
+
+std::string_view nearest(std::string_view word,
+                         std::span<const std::string_view> names) {
+  Nearest found(word);
+  for (const std::string_view name : names) found.offer(name);
+  return found.name();
 }
 
 }  // namespace tova_fw_builder

@@ -7,11 +7,32 @@
 
 namespace tova_fw_builder {
 
-// The word that `word` is most likely meant to be: the one with the fewest
-// letters to be changed, put in, left out or swapped with their neighbours, and
-// no more of these than a third of its letters or one. Of several the first;
-// empty if none is near.
-std::string nearest_word(std::string_view word,
-                         std::span<const std::string> words);
+// How many letters have to be put in, left out, replaced, or swapped with their
+// neighbour to make `b` of `a`; `limit` + 1 for more than `limit`.
+std::size_t edit_distance(std::string_view a, std::string_view b,
+                          std::size_t limit);
+
+// Finds out of many names the one that a misspelt word most likely means: of
+// those at most a third of the word away the nearest, of equals the first.
+class Nearest {
+ public:
+  explicit Nearest(std::string_view word);
+
+  void offer(std::string_view name);
+
+  // Empty if no name is near.
+  std::string_view name() const { return name_; }
+
+  // "; did you mean 'NAME'?", or nothing.
+  std::string question() const;
+
+ private:
+  std::string_view word_;
+  std::string_view name_;
+  std::size_t limit_;  // what still is nearer
+};
+
+std::string_view nearest(std::string_view word,
+                         std::span<const std::string_view> names);
 
 }  // namespace tova_fw_builder

@@ -2,14 +2,36 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
+#include <string>
+#include <string_view>
 
 namespace tova_fw_builder {
 namespace {
 
+TEST(Nearest, CountsLettersAndSwaps) {
+  struct {
+    const char* a;
+    const char* b;
+    std::size_t limit;
+    std::size_t distance;
+  } cases[] = {{"", "", 3, 0},
+               {"abc", "abc", 3, 0},
+               {"abc", "", 3, 3},
+               {"abc", "abd", 3, 1},
+               {"setcion", "section", 3, 1},
+               {"abc", "cba", 3, 2},
+               {"abcdef", "ghijkl", 3, 4},
+               {"a", "abcdef", 3, 4},
+               {"kitten", "sitting", 3, 3}};
+  for (const auto& [a, b, limit, distance] : cases) {
+    EXPECT_EQ(distance, edit_distance(a, b, limit)) << a << ' ' << b;
+    EXPECT_EQ(distance, edit_distance(b, a, limit)) << b << ' ' << a;
+  }
+}
+
 TEST(Nearest, FewestStepsToAWord) {
-  const std::vector<std::string> words = {"show", "diff", "check",  "map",
-                                          "key",  "key2", "attach", "--json"};
+  const std::string_view words[] = {"show", "diff", "check",  "map",
+                                    "key",  "key2", "attach", "--json"};
   const struct {
     const char* word;
     const char* nearest;
@@ -19,10 +41,10 @@ TEST(Nearest, FewestStepsToAWord) {
       {"chekc", "check"},     // two are swapped, which is one step
       {"attch", "attach"},    //
       {"atatchh", "attach"},  // two steps for six letters
-      {"atatchhh", ""},       // three
-      {"shxx", ""},           // two for four
+      {"atatchhhh", ""},      // four for nine
+      {"sxxx", ""},           // three for four
       {"kex", "key"},         // the first of two alike
-      {"map", "map"},         //
+      {"map", ""},            // itself is no mistake
       {"mpa", "map"},         //
       {"Map", "map"},         //
       {"", ""},               //
@@ -30,10 +52,10 @@ TEST(Nearest, FewestStepsToAWord) {
       {"-json", "--json"},    //
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(c.nearest, nearest_word(c.word, words)) << c.word;
+    EXPECT_EQ(c.nearest, nearest(c.word, words)) << c.word;
   }
-  EXPECT_EQ("", nearest_word(std::string(1'000'000, 'a'), words));
-  EXPECT_EQ("", nearest_word("show", {}));
+  EXPECT_EQ("", nearest(std::string(1'000'000, 'a'), words));
+  EXPECT_EQ("", nearest("show", {}));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// memory_map/coverage.h
+// memory_map/address_coverage.h
 #pragma once
 
 #include <cstdint>
@@ -8,29 +8,29 @@ namespace tova_fw_builder {
 
 // Addresses from `begin` to below `end`. 64 bits, since a section may reach
 // beyond the last address there is.
-struct Span {
+struct AddressSpan {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
 };
 
-constexpr Span span_of(std::uint64_t address, std::uint64_t size) {
+constexpr AddressSpan span_of(std::uint64_t address, std::uint64_t size) {
   return {address, address + size};
 }
 
 // The addresses that at least one of some spans covers.
-class Coverage {
+class AddressCoverage {
  public:
-  explicit Coverage(std::vector<Span> spans);
+  explicit AddressCoverage(std::vector<AddressSpan> spans);
 
   // How many of the addresses of `span` are covered.
-  std::uint64_t count(Span span) const;
+  std::uint64_t count(AddressSpan span) const;
 
   // What of `span` isn't covered, in order.
-  std::vector<Span> uncovered(Span span) const;
+  std::vector<AddressSpan> uncovered(AddressSpan span) const;
 
  private:
   struct Stretch {
-    Span span;
+    AddressSpan span;
     std::uint64_t covered_before;
   };
   std::uint64_t count_below(std::uint64_t address) const;

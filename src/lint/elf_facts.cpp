@@ -1,6 +1,6 @@
 // Section headers and symbols of ELFs of 32 and 64 bits in either byte order.
 // Every number in the file may be a lie: all reads are held to its length.
-#include "lint/elf_file.h"
+#include "lint/elf_facts.h"
 
 #include <algorithm>
 #include <limits>
@@ -120,7 +120,7 @@ std::string_view text_at(const Bytes& texts, std::uint64_t offset) {
 
 void read_symbols(Reader& reader, const Form& form,
                   const std::vector<Header>& headers, const Header& table,
-                  const std::map<std::string, bool>& wanted, ElfFile& out) {
+                  const std::map<std::string, bool>& wanted, ElfFacts& out) {
   if (table.link >= headers.size()) return;
   const Header& texts = headers[table.link];
   const Bytes names = reader.bytes(texts.offset, texts.size);
@@ -137,10 +137,10 @@ void read_symbols(Reader& reader, const Form& form,
 
 }  // namespace
 
-ElfFile read_elf_file(const std::string& path,
-                      const std::map<std::string, bool>& wanted_symbols) {
+ElfFacts read_elf_facts(const std::string& path,
+                        const std::map<std::string, bool>& wanted_symbols) {
   Reader reader(path);
-  ElfFile out;
+  ElfFacts out;
   out.length = reader.length();
   const Bytes start = reader.bytes(0, std::min<std::uint64_t>(out.length, 64));
   constexpr std::uint8_t kMark[] = {0x7F, 'E', 'L', 'F'};
@@ -158,9 +158,9 @@ ElfFile read_elf_file(const std::string& path,
     const Header& header = headers[i];
     out.sections.emplace(
         text_at(names, header.name),
-        ElfFile::Section{static_cast<std::uint32_t>(header.address),
-                         static_cast<std::uint32_t>(header.offset),
-                         static_cast<std::uint32_t>(header.size)});
+        ElfFacts::Section{static_cast<std::uint32_t>(header.address),
+                          static_cast<std::uint32_t>(header.offset),
+                          static_cast<std::uint32_t>(header.size)});
     if (header.type == kSymbolTable && !out.has_symbols) {
       read_symbols(reader, form, headers, header, wanted_symbols, out);
     }

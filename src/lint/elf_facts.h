@@ -1,4 +1,4 @@
-// lint/elf_file.h
+// lint/elf_facts.h
 // As much of an ELF as tells whether a section table and a symbol list are of
 // it: names, addresses, sizes. The builder itself takes ELFs for bags of bytes.
 #pragma once
@@ -9,7 +9,7 @@
 
 namespace tova_fw_builder {
 
-struct ElfFile {
+struct ElfFacts {
   struct Section {
     std::uint32_t address = 0;  // low 32 bits, as of all numbers here
     std::uint32_t offset = 0;
@@ -23,7 +23,7 @@ struct ElfFile {
 };
 
 // Throws std::runtime_error "Failed to open file: " and the path.
-ElfFile read_elf_file(const std::string& path,
-                      const std::map<std::string, bool>& wanted_symbols);
+ElfFacts read_elf_facts(const std::string& path,
+                        const std::map<std::string, bool>& wanted_symbols);
 
 }  // namespace tova_fw_builder

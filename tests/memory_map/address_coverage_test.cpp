@@ -1,4 +1,4 @@
-#include "memory_map/coverage.h"
+#include "memory_map/address_coverage.h"
 
 #include <gtest/gtest.h>
 
@@ -8,19 +8,20 @@
 namespace tova_fw_builder {
 namespace {
 
-std::string text_of(const std::vector<Span>& spans) {
+std::string text_of(const std::vector<AddressSpan>& spans) {
   std::ostringstream text;
-  for (const Span& span : spans) text << span.begin << '-' << span.end << ' ';
+  for (const AddressSpan& span : spans)
+    text << span.begin << '-' << span.end << ' ';
   return text.str();
 }
 
-TEST(Coverage, EachAddressCountsOnce) {
+TEST(AddressCoverage, EachAddressCountsOnce) {
   // Covered: 10 to 30, out of two that overlap and one inside; 40 to 60, out of
   // two that touch; 70. Nothing at 80.
-  const Coverage coverage(
+  const AddressCoverage coverage(
       {{40, 50}, {10, 20}, {12, 14}, {15, 30}, {50, 60}, {80, 80}, {70, 71}});
   const struct {
-    Span span;
+    AddressSpan span;
     std::uint64_t covered;
     const char* uncovered;
   } kCases[] = {
@@ -45,12 +46,12 @@ TEST(Coverage, EachAddressCountsOnce) {
   }
 }
 
-TEST(Coverage, ReachesBeyondTheLastAddress) {
-  const Coverage coverage({span_of(0xFFFFFFF0, 0x20)});
+TEST(AddressCoverage, ReachesBeyondTheLastAddress) {
+  const AddressCoverage coverage({span_of(0xFFFFFFF0, 0x20)});
   EXPECT_EQ(0x10u, coverage.count({0, 0x100000000}));
   EXPECT_EQ(0x20u, coverage.count({0, 0x100000010}));
-  EXPECT_EQ(0u, Coverage({}).count({0, 0x100000010}));
-  EXPECT_EQ("5-9 ", text_of(Coverage({}).uncovered({5, 9})));
+  EXPECT_EQ(0u, AddressCoverage({}).count({0, 0x100000010}));
+  EXPECT_EQ("5-9 ", text_of(AddressCoverage({}).uncovered({5, 9})));
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
-#include "memory_map/coverage.h"
+#include "memory_map/address_coverage.h"
 
 #include <algorithm>
 
 namespace tova_fw_builder {
 
-Coverage::Coverage(std::vector<Span> spans) {
-  std::ranges::sort(spans, {}, &Span::begin);
-  for (const Span& span : spans) {
+AddressCoverage::AddressCoverage(std::vector<AddressSpan> spans) {
+  std::ranges::sort(spans, {}, &AddressSpan::begin);
+  for (const AddressSpan& span : spans) {
     if (span.begin == span.end) continue;
     if (stretches_.empty()) {
       stretches_.push_back({span, 0});
@@ -22,13 +22,13 @@ Coverage::Coverage(std::vector<Span> spans) {
   }
 }
 
-std::uint64_t Coverage::count(Span span) const {
+std::uint64_t AddressCoverage::count(AddressSpan span) const {
   return span.begin < span.end ? count_below(span.end) - count_below(span.begin)
                                : 0;
 }
 
-std::vector<Span> Coverage::uncovered(Span span) const {
-  std::vector<Span> found;
+std::vector<AddressSpan> AddressCoverage::uncovered(AddressSpan span) const {
+  std::vector<AddressSpan> found;
   const auto first = std::ranges::upper_bound(
       stretches_, span.begin, {}, [](const Stretch& s) { return s.span.end; });
   for (auto at = first; at != stretches_.end(); ++at) {
@@ -42,7 +42,7 @@ std::vector<Span> Coverage::uncovered(Span span) const {
   return found;
 }
 
-std::uint64_t Coverage::count_below(std::uint64_t address) const {
+std::uint64_t AddressCoverage::count_below(std::uint64_t address) const {
   const auto behind = std::ranges::lower_bound(
       stretches_, address, {}, [](const Stretch& s) { return s.span.begin; });
   if (behind == stretches_.begin()) return 0;
