@@ -114,7 +114,8 @@ std::vector<ImageSegment> image_segments(
     std::vector<ImageSegment> own;
     add_segments(*header, places, own);
     const bool is_known =
-        std::ranges::search(segments, own, are_alike).size() == own.size();
+        std::search(segments.begin(), segments.end(), own.begin(), own.end(),
+                    are_alike) != segments.end();
     if (!is_known) segments.insert(segments.end(), own.begin(), own.end());
   }
   return segments;

@@ -56,8 +56,9 @@ TEST(ReportSarif, PointsIntoTheRules) {
   EXPECT_EQ("2.1.0", sarif["version"]);
   const Json& run = sarif["runs"][0];
   const Json& result = run["results"][0];
-  EXPECT_EQ("refused",
-            run["tool"]["driver"]["rules"][int{result["ruleIndex"]}]["id"]);
+  EXPECT_EQ(
+      "refused",
+      run["tool"]["driver"]["rules"][std::size_t{result["ruleIndex"]}]["id"]);
   EXPECT_EQ("error", result["level"]);
   const Json& place = result["locations"][0]["physicalLocation"];
   EXPECT_EQ("t%20t", place["artifactLocation"]["uri"]);
