@@ -16,14 +16,17 @@
 #       SIGN_COMMAND word...     # a command that reads <MANIFEST> and writes
 #                                # <SIGNED>, such as a script around an HSM
 #       [TRUST key...]]          # the only keys to accept: hash, key file, PEM
+#     [MAP [BUDGET class=limit...]]       # where the memory goes; limits in
+#                                # bytes, K, M or %. BUDGET alone maps, too
 #     [OBJDUMP program] [NM program]      # those of the tool chain; objdump
 #                                # must be that of GNU binutils
 #     [DEPENDS file...])         # whatever else the image is made anew for
 #
 # makes the target NAME, a part of `all`, and in the output folder NAME.bin,
 # NAME.man, NAME.man.ext, NAME.pkg, NAME.xml, NAME.log, for each ELF its
-# section table and symbol list, and with SIGN also NAME.man.signed and
-# NAME.man.signed.log. The image is made anew when one of its inputs changes:
+# section table and symbol list, with SIGN also NAME.man.signed and
+# NAME.man.signed.log, and with MAP NAME.map.html, a page for the browser, and
+# NAME.map.json. The image is made anew when one of its inputs changes:
 # an ELF, a definition file at any depth, the header, the key list, a key, an
 # argument, the tool. With a generator of several configurations each has a
 # folder of its own in the output folder; that needs CMake 3.21.
@@ -36,7 +39,8 @@
 # 3.0 off the page grid, a manifest that a signature wouldn't wholly cover, a
 # release signed with the sample's key. Where the companion tova_fw is installed
 # (beside the tool, in PATH, or as TovaFw_EXECUTABLE tells), its `check` has to
-# hold for the files made, too.
+# hold for the files made, too. MAP needs it. Over budget the build fails with
+# a line for each class; image and page are there all the same.
 
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.20)
@@ -47,6 +51,7 @@ find_program(TovaFw_EXECUTABLE tova_fw
   DOC "The companion, which checks what was built")
 mark_as_advanced(TovaFw_EXECUTABLE)
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderArguments.cmake")
+include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderCompanion.cmake")
 
 # Adds the two commands that describe one ELF. Sets `entry` to its three lines
 # of the ELF list and `files` to what the image depends on.
@@ -145,9 +150,9 @@ function(_tova_output_folder result)
 endfunction()
 
 function(tova_add_firmware name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG ""
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "MAP"
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
-    "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST")
+    "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST;BUDGET")
   if(TARGET TovaFwBuilder::tova_fw)
     set(TovaFw_EXECUTABLE "$<TARGET_FILE:TovaFwBuilder::tova_fw>")
   elseif(NOT TovaFw_EXECUTABLE)
@@ -162,7 +167,8 @@ function(tova_add_firmware name)
   set(image "${base}.bin" "${base}.man" "${base}.man.ext" "${base}.pkg"
     "${base}.xml")
   set(others "${base}.d" "${base}.image.d" "${base}.man.signed"
-    "${base}.man.signed.log")
+    "${base}.man.signed.log" "${base}.map.html" "${base}.map.json"
+    "${base}.map.done")
   set(kept "${base}.log" "${base}.elfs")
   _tova_check_overwrite("${image};${others};${kept}" ${ARG_DEFINITION}
     ${ARG_CONFIG_HEADER} ${ARG_KEY_LIST} ${ARG_SIGN_KEY} ${ARG_EXECUTABLES}
@@ -198,6 +204,10 @@ set(kept [==[${kept}]==])
   if(ARG_SIGN)
     _tova_sign("${base}")
     list(APPEND image "${base}.man.signed")
+  endif()
+  if(ARG_MAP)
+    _tova_map("${base}" "${dir}")
+    list(APPEND image "${base}.map.done")
   endif()
   add_custom_target(${name} ALL DEPENDS ${image})
 endfunction()

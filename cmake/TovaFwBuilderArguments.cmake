@@ -129,6 +129,9 @@ function(_tova_check_words)
   if(ARG_SIGN OR ARG_SIGN_KEY OR ARG_SIGN_COMMAND OR ARG_TRUST)
     _tova_check_signing()
   endif()
+  if(ARG_MAP OR ARG_BUDGET)
+    _tova_check_map()
+  endif()
 endfunction()
 
 function(_tova_check_signing)
@@ -144,15 +147,17 @@ function(_tova_check_signing)
     _tova_refuse("SIGN_COMMAND has to name <MANIFEST>, which it reads, and "
       "<SIGNED>, which it writes: ${ARG_SIGN_COMMAND}")
   endif()
-  if(ARG_TRUST AND NOT TovaFw_EXECUTABLE)
-    _tova_refuse("TRUST needs the companion tova_fw, which isn't found. "
-      "Install it, or say where it is by -DTovaFw_EXECUTABLE=PATH.")
+  if(ARG_TRUST)
+    _tova_need_companion(TRUST check)
   endif()
 endfunction()
 
 # Sets in ARG_* of the caller what isn't given, and makes paths absolute, since
 # reading a definition moves the tool's working directory.
 macro(_tova_complete_words)
+  if(ARG_BUDGET)
+    set(ARG_MAP ON)
+  endif()
   foreach(zero IN ITEMS IMAGE_FLAGS FEATURE_MASK IMR_TYPE CSS_HEADER_SIZE)
     if(NOT DEFINED ARG_${zero})
       set(ARG_${zero} 0)

@@ -32,6 +32,7 @@ install(FILES
     cmake/TovaFwBuilder.cmake
     cmake/TovaFwBuilderArguments.cmake
     cmake/TovaFwBuilderCheck.cmake
+    cmake/TovaFwBuilderCompanion.cmake
     cmake/TovaFwBuilderConfig.cmake
     cmake/TovaFwBuilderRun.cmake
     cmake/TovaFwBuilderSign.cmake

@@ -1,0 +1,66 @@
+# What the companion tova_fw does in a build beside checking. The functions
+# read `name`, the image, and ARG_* and TovaFw_EXECUTABLE of their caller.
+
+# Whether the companion has a command. One that the build makes can't be asked:
+# it has all of them.
+function(_tova_companion_knows command result)
+  set(${result} OFF PARENT_SCOPE)
+  if(TovaFw_EXECUTABLE MATCHES "\\$<")
+    set(${result} ON PARENT_SCOPE)
+  elseif(TovaFw_EXECUTABLE)
+    execute_process(COMMAND "${TovaFw_EXECUTABLE}" ${command} --help
+      WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
+      OUTPUT_QUIET ERROR_QUIET RESULT_VARIABLE status)
+    if(status EQUAL 0)
+      set(${result} ON PARENT_SCOPE)
+    endif()
+  endif()
+endfunction()
+
+function(_tova_need_companion keyword command)
+  if(NOT TovaFw_EXECUTABLE)
+    _tova_refuse("${keyword} needs the companion tova_fw, which isn't found. "
+      "Install it (the package tova-fw), or say where it is by "
+      "-DTovaFw_EXECUTABLE=PATH.")
+  endif()
+  _tova_companion_knows(${command} known)
+  if(NOT known)
+    _tova_refuse("${keyword} needs `tova_fw ${command}`, which "
+      "${TovaFw_EXECUTABLE} doesn't have. Install a newer one, or name it by "
+      "-DTovaFw_EXECUTABLE=PATH.")
+  endif()
+endfunction()
+
+function(_tova_check_map)
+  _tova_need_companion(MAP map)
+  foreach(budget IN LISTS ARG_BUDGET)
+    if(NOT budget MATCHES "^.+=[0-9]+[KM%]?$")
+      _tova_refuse("BUDGET takes CLASS=LIMIT, the limit in bytes, K, M or %, "
+        "such as sram=96K or sram=90%: ${budget}")
+    endif()
+  endforeach()
+endfunction()
+
+# Adds the command that maps the memory of the image. The page is there over
+# budget, too, so that one sees why; a file of its own tells that all was well.
+# One more has the budgets, for generators that don't watch command lines.
+function(_tova_map base dir)
+  set(words --definition "${ARG_DEFINITION}" --header "${ARG_CONFIG_HEADER}"
+    --elf-list "${base}.elfs" --default-dir "${dir}")
+  if(ARG_KEY_LIST)
+    list(APPEND words --key-list "${ARG_KEY_LIST}")
+  endif()
+  foreach(budget IN LISTS ARG_BUDGET)
+    list(APPEND words --budget "${budget}")
+  endforeach()
+  file(GENERATE OUTPUT "${base}.map.arguments" CONTENT "${words}\n")
+  add_custom_command(
+    OUTPUT "${base}.map.done"
+    BYPRODUCTS "${base}.map.html" "${base}.map.json"
+    COMMAND "${TovaFw_EXECUTABLE}" map ${words}
+      --html "${base}.map.html" --json "${base}.map.json"
+    COMMAND "${CMAKE_COMMAND}" -E touch "${base}.map.done"
+    DEPENDS "${base}.bin" "${base}.map.arguments" ${TovaFw_EXECUTABLE}
+    COMMENT "Mapping the memory of ${name}"
+    VERBATIM)
+endfunction()

@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# cmake_companion_test.sh BUILD_DIR
+# What the CMake module does with the companion tova_fw beside checking images:
+# the memory map and its budgets.
+set -euo pipefail
+
+build_dir=$1
+sample=$(realpath "$(dirname "$0")/../../examples/audio_firmware")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cmake --install "$build_dir" --prefix "$work/prefix" >"$work/log"
+if [[ ! -x $work/prefix/bin/tova_fw ]]; then
+  echo 'There is no companion in this build'
+  exit 0
+fi
+image=$work/build/image/image
+cp -r "$sample"/{definitions,keys,linked,src} "$work"
+
+die() {
+  echo "FAILED ($generator): $1" >&2
+  tail -n 40 "$work/log" >&2
+  exit 1
+}
+told() {  # told TEXT: the log says so, wherever its lines are wrapped
+  tr -s ' \n' ' ' <"$work/log" | grep -qF -- "$1" || die "not told: $1"
+}
+
+cat >"$work/CMakeLists.txt" <<'CMAKE'
+cmake_minimum_required(VERSION 3.20)
+project(Companion LANGUAGES NONE)
+find_package(TovaFwBuilder REQUIRED)
+tova_add_firmware(image DEFINITION definitions/gen_1.8.def
+  EXECUTABLES linked/base_fw.elf linked/mixer.elf linked/reverb.elf
+    linked/meter.elf
+  CONFIG_HEADER src/audio_config.h KEY_LIST keys/trusted-keys.list
+  VERSION 1.2.3.4 OBJDUMP objdump NM nm ${arguments})
+CMAKE
+configure() {  # configure ARGUMENTS OPTION...
+  cmake -S "$work" -B "$work/build" -G "$generator" \
+    -DTovaFwBuilder_DIR="$work/prefix/share/cmake/TovaFwBuilder" \
+    -Darguments="$1" "${@:2}" >"$work/log" 2>&1
+}
+build() { cmake --build "$work/build" >"$work/log" 2>&1; }
+made() {  # made WHAT ARGUMENTS: configured and built, with these steps
+  { configure "$2" && build; } || die "not built: $2"
+  [[ $(grep -cE '(Building firmware image|Mapping the memory of) image$' \
+    "$work/log") == "$1" ]] || die "not $1 steps: $2"
+}
+refused() {  # refused TEXT ARGUMENTS OPTION...: at configuring
+  configure "${@:2}" && die "configured with $2"
+  told "$1"
+}
+
+# The sample uses 10598 bytes of sram, as the documents tell.
+for generator in 'Unix Makefiles' Ninja; do
+  rm -rf "$work/build"
+  made 2 'MAP;BUDGET;sram=10598;imr=90%'
+  grep -q '"used": 10598' "$image.map.json" || die 'no JSON of the map'
+  grep -q '<html' "$image.map.html" || die 'no page of the map'
+  made 0 'MAP;BUDGET;sram=10598;imr=90%'
+  # A limit alone makes no new image.
+  configure 'BUDGET;sram=10597;imr=1K' || die 'BUDGET alone'
+  for run in first second; do
+    build && die "over budget, and built at the $run time"
+    told 'sram: 10598 bytes used, 1 over the budget of 10597'
+    told 'imr: 5460 bytes used, 4436 over the budget of 1K (1024 bytes)'
+    [[ -s $image.map.html && -s $image.bin ]] || die 'no page over budget'
+  done
+  made 1 'MAP;BUDGET;sram=100%'
+  touch "$work/definitions/addon_modules.def"
+  made 2 'MAP;BUDGET;sram=100%'
+  configure 'BUDGET;dram=1' || die 'a class that only the definition tells'
+  build && die 'built with a budget of no class'
+  told 'there is no memory class dram'
+done
+
+refused 'BUDGET takes CLASS=LIMIT' 'MAP;BUDGET;sram=1G'
+for arguments in MAP 'BUDGET;sram=1'; do
+  refused 'MAP needs the companion tova_fw, which isn' "$arguments" \
+    -DTovaFw_EXECUTABLE=
+done
+refused "MAP needs \`tova_fw map\`, which /bin/false doesn't have" MAP \
+  -DTovaFw_EXECUTABLE=/bin/false
+echo 'The CMake module uses the companion'
