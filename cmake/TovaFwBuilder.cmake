@@ -16,6 +16,8 @@
 #       SIGN_COMMAND word...     # a command that reads <MANIFEST> and writes
 #                                # <SIGNED>, such as a script around an HSM
 #       [TRUST key...]]          # the only keys to accept: hash, key file, PEM
+#     [LINT [STRICT]]            # tova_fw lint ahead of the tool; STRICT
+#                                # fails on its warnings, too
 #     [MAP [BUDGET class=limit...]]       # where the memory goes; limits in
 #                                # bytes, K, M or %. BUDGET alone maps, too
 #     [OBJDUMP program] [NM program]      # those of the tool chain; objdump
@@ -39,8 +41,8 @@
 # 3.0 off the page grid, a manifest that a signature wouldn't wholly cover, a
 # release signed with the sample's key. Where the companion tova_fw is installed
 # (beside the tool, in PATH, or as TovaFw_EXECUTABLE tells), its `check` has to
-# hold for the files made, too. MAP needs it. Over budget the build fails with
-# a line for each class; image and page are there all the same.
+# hold for the files made, too. LINT and MAP need it. Over budget the build
+# fails with a line for each class; image and page are there all the same.
 
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.20)
@@ -150,7 +152,7 @@ function(_tova_output_folder result)
 endfunction()
 
 function(tova_add_firmware name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "MAP"
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "LINT;STRICT;MAP"
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
     "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST;BUDGET")
   if(TARGET TovaFwBuilder::tova_fw)
@@ -178,6 +180,10 @@ function(tova_add_firmware name)
     file(GENERATE OUTPUT "${ARG_CONFIG_HEADER}" CONTENT "")
   endif()
 
+  set(lint)
+  if(ARG_LINT)
+    _tova_lint(lint "${base}" "${dir}")
+  endif()
   set(elf_list "")
   set(inputs "${ARG_DEFINITION}" "${ARG_CONFIG_HEADER}" ${ARG_KEY_LIST}
     ${ARG_DEPENDS})
@@ -196,6 +202,7 @@ set(dir [==[${dir}]==])
 set(definition [==[${ARG_DEFINITION}]==])
 set(config_header [==[${ARG_CONFIG_HEADER}]==])
 set(key_list [==[${ARG_KEY_LIST}]==])
+set(lint [==[${lint}]==])
 set(numbers [==[${ARG_IMAGE_FLAGS};${ARG_FEATURE_MASK};${ARG_IMR_TYPE};${version};${ARG_CSS_HEADER_SIZE}]==])
 set(css_header_size [==[${ARG_CSS_HEADER_SIZE}]==])
 set(outputs [==[${image};${others}]==])

@@ -41,15 +41,32 @@ function(_tova_check_map)
   endforeach()
 endfunction()
 
+# The inputs of the builder, but for the definition, as `map` and `lint` take
+# them.
+function(_tova_companion_inputs result)
+  set(words --header "${ARG_CONFIG_HEADER}" --elf-list "${base}.elfs"
+    --default-dir "${dir}")
+  if(ARG_KEY_LIST)
+    list(APPEND words --key-list "${ARG_KEY_LIST}")
+  endif()
+  set(${result} ${words} PARENT_SCOPE)
+endfunction()
+
+# The words behind `tova_fw lint`, which the image's own step runs.
+function(_tova_lint result base dir)
+  _tova_companion_inputs(words)
+  if(ARG_STRICT)
+    list(APPEND words --strict)
+  endif()
+  set(${result} "${ARG_DEFINITION}" ${words} PARENT_SCOPE)
+endfunction()
+
 # Adds the command that maps the memory of the image. The page is there over
 # budget, too, so that one sees why; a file of its own tells that all was well.
 # One more has the budgets, for generators that don't watch command lines.
 function(_tova_map base dir)
-  set(words --definition "${ARG_DEFINITION}" --header "${ARG_CONFIG_HEADER}"
-    --elf-list "${base}.elfs" --default-dir "${dir}")
-  if(ARG_KEY_LIST)
-    list(APPEND words --key-list "${ARG_KEY_LIST}")
-  endif()
+  _tova_companion_inputs(inputs)
+  set(words --definition "${ARG_DEFINITION}" ${inputs})
   foreach(budget IN LISTS ARG_BUDGET)
     list(APPEND words --budget "${budget}")
   endforeach()

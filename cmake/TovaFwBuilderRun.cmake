@@ -122,8 +122,25 @@ function(hints result)
   set(${result} "${text}" PARENT_SCOPE)
 endfunction()
 
+# Findings are shown as they come, so that editors find their places: with
+# absolute paths, since no definition stands in this folder.
+function(lint_definition)
+  execute_process(COMMAND "${companion}" lint ${lint}
+    WORKING_DIRECTORY "${CMAKE_CURRENT_LIST_DIR}"
+    RESULT_VARIABLE status)
+  if(status EQUAL 1)
+    fail("`tova_fw lint` found what is told above. Mend it, or put "
+      "`# lint: allow RULE` above a statement that is meant so.")
+  elseif(NOT status EQUAL 0)
+    fail("`tova_fw lint` ended with status ${status}")
+  endif()
+endfunction()
+
 check_inputs()
 remove_outputs()
+if(lint)
+  lint_definition()
+endif()
 execute_process(
   COMMAND "${tool}" build ${numbers} "${definition}" "${config_header}"
     "${key_list}" "${dir}/" "${name}.elfs" "${name}.man" "${name}"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # cmake_companion_test.sh BUILD_DIR
 # What the CMake module does with the companion tova_fw beside checking images:
-# the memory map and its budgets.
+# lint ahead of it, the memory map and its budgets.
 set -euo pipefail
 
 build_dir=$1
@@ -74,11 +74,34 @@ for generator in 'Unix Makefiles' Ninja; do
   told 'there is no memory class dram'
 done
 
+# Lint, with the place as it is at the start of a line. A word too many is a
+# warning, and what the builder refuses an error.
+made 1 'LINT;STRICT'
+modules=$work/definitions/base_modules.def
+place=$(grep -n -m 1 '^uuid' "$modules" | cut -d : -f 1)
+while IFS='|' read -r arguments outcome change text; do
+  cp "$sample"/definitions/base_modules.def "$modules"
+  sed -i "$place$change" "$modules"
+  configure "$arguments" || die "can't be configured: $arguments"
+  if build; then found=built; else found=failed; fi
+  [[ $found == "$outcome" ]] || die "$found: $arguments $change"
+  grep -q "^$modules:$place:[0-9]*: $text" "$work/log" || die "not told: $text"
+  [[ $found == built || ! -e $image.bin ]] || die "an image is left: $text"
+done <<'FINDINGS'
+LINT|built|s/$/ more/|warning: .*\[extra-words\]$
+LINT;STRICT|failed|s/$/ more/|warning: .*\[extra-words\]$
+LINT|failed|s/uuid/uiud/|error: .*did you mean 'uuid'? \[refused\]$
+FINDINGS
+cp "$sample"/definitions/base_modules.def "$modules"
+made 1 'LINT;STRICT'
+refused 'STRICT says how to LINT' STRICT
+
 refused 'BUDGET takes CLASS=LIMIT' 'MAP;BUDGET;sram=1G'
 for arguments in MAP 'BUDGET;sram=1'; do
   refused 'MAP needs the companion tova_fw, which isn' "$arguments" \
     -DTovaFw_EXECUTABLE=
 done
+refused 'LINT needs the companion' LINT -DTovaFw_EXECUTABLE=
 refused "MAP needs \`tova_fw map\`, which /bin/false doesn't have" MAP \
   -DTovaFw_EXECUTABLE=/bin/false
 echo 'The CMake module uses the companion'
