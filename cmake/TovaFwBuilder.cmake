@@ -33,6 +33,20 @@
 # argument, the tool. With a generator of several configurations each has a
 # folder of its own in the output folder; that needs CMake 3.21.
 #
+# Properties of the target tell others where these files are:
+#
+#   TOVA_BINARY             TOVA_PACKAGE_DESCRIPTOR   TOVA_SIGNED_MANIFEST
+#   TOVA_MANIFEST           TOVA_MEMORY_DESCRIPTION   TOVA_MAP_PAGE
+#   TOVA_EXTENDED_MANIFEST  TOVA_ELF_LIST  TOVA_LOG   TOVA_MAP_JSON
+#
+#   add_custom_command(OUTPUT firmware.zip
+#     COMMAND zip -j firmware.zip $<TARGET_PROPERTY:NAME,TOVA_BINARY>
+#     DEPENDS NAME $<TARGET_PROPERTY:NAME,TOVA_BINARY>)
+#
+# What isn't made has none. DEPENDS needs both, the target for the order and the
+# file for the changes. With a generator of several configurations, write
+# $<TARGET_GENEX_EVAL:NAME,$<TARGET_PROPERTY:NAME,TOVA_BINARY>>.
+#
 # Arguments that can't be right are refused at configuring. The build fails,
 # shows the tool's errors and warnings, names the log, and takes the partial
 # files away, when the tool fails, and where it would pass a fault in silence:
@@ -134,6 +148,26 @@ function(_tova_build base outputs arguments)
     VERBATIM)
 endfunction()
 
+# Where the files of an image are, for whoever uses them.
+function(_tova_tell_outputs base)
+  set_target_properties(${name} PROPERTIES
+    TOVA_BINARY "${base}.bin"
+    TOVA_MANIFEST "${base}.man"
+    TOVA_EXTENDED_MANIFEST "${base}.man.ext"
+    TOVA_PACKAGE_DESCRIPTOR "${base}.pkg"
+    TOVA_MEMORY_DESCRIPTION "${base}.xml"
+    TOVA_ELF_LIST "${base}.elfs"
+    TOVA_LOG "${base}.log")
+  if(ARG_SIGN)
+    set_property(TARGET ${name} PROPERTY
+      TOVA_SIGNED_MANIFEST "${base}.man.signed")
+  endif()
+  if(ARG_MAP)
+    set_target_properties(${name} PROPERTIES
+      TOVA_MAP_PAGE "${base}.map.html" TOVA_MAP_JSON "${base}.map.json")
+  endif()
+endfunction()
+
 # Each configuration of a generator of several has a folder of its own.
 function(_tova_output_folder result)
   get_filename_component(dir "${ARG_OUTPUT_DIRECTORY}" ABSOLUTE
@@ -217,6 +251,7 @@ set(kept [==[${kept}]==])
     list(APPEND image "${base}.map.done")
   endif()
   add_custom_target(${name} ALL DEPENDS ${image})
+  _tova_tell_outputs("${base}")
 endfunction()
 
 cmake_policy(POP)

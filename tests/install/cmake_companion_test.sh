@@ -34,6 +34,9 @@ tova_add_firmware(image DEFINITION definitions/gen_1.8.def
     linked/meter.elf
   CONFIG_HEADER src/audio_config.h KEY_LIST keys/trusted-keys.list
   VERSION 1.2.3.4 OBJDUMP objdump NM nm ${arguments})
+set(page $<TARGET_PROPERTY:image,TOVA_MAP_PAGE>)
+set(json $<TARGET_PROPERTY:image,TOVA_MAP_JSON>)
+file(GENERATE OUTPUT map.outputs CONTENT "${page} ${json}\n")
 CMAKE
 configure() {  # configure ARGUMENTS OPTION...
   cmake -S "$work" -B "$work/build" -G "$generator" \
@@ -57,6 +60,8 @@ for generator in 'Unix Makefiles' Ninja; do
   made 2 'MAP;BUDGET;sram=10598;imr=90%'
   grep -q '"used": 10598' "$image.map.json" || die 'no JSON of the map'
   grep -q '<html' "$image.map.html" || die 'no page of the map'
+  [[ $(<"$work/build/map.outputs") == "$image.map.html $image.map.json" ]] ||
+    die 'the properties of the map'
   made 0 'MAP;BUDGET;sram=10598;imr=90%'
   # A limit alone makes no new image.
   configure 'BUDGET;sram=10597;imr=1K' || die 'BUDGET alone'

@@ -48,6 +48,12 @@ foreach(image IN ITEMS one two)
     VERSION ${version_of_${image}}
     OBJDUMP objdump NM nm
     ${signature})
+  set(outputs)
+  foreach(output IN ITEMS BINARY MANIFEST EXTENDED_MANIFEST SIGNED_MANIFEST
+      PACKAGE_DESCRIPTOR MEMORY_DESCRIPTION ELF_LIST LOG)
+    string(APPEND outputs "$<TARGET_PROPERTY:${image},TOVA_${output}> ")
+  endforeach()
+  file(GENERATE OUTPUT ${image}.outputs CONTENT "${outputs}\n")
 endforeach()
 CMAKE
 cp "$sample/keys/test-key-pair.key" "$work/one/sign.key"
@@ -71,6 +77,15 @@ expect() {  # expect IMAGES WHY: builds, and compares what was made
 configure 1.2.3.4
 expect 'one signed two' 'the first build'
 expect '' 'nothing touched'
+while read -r image extensions; do
+  for extension in $extensions; do
+    echo "$work/build/$image/$image.$extension"
+  done | diff - <(xargs -n 1 ls <"$work/build/$image.outputs") ||
+    die "the properties of $image"
+done <<'OUTPUTS'
+one bin man man.ext man.signed pkg xml elfs log
+two bin man man.ext pkg xml elfs log
+OUTPUTS
 
 while read -r images input; do
   touch "$work/$input"
