@@ -264,6 +264,8 @@ TEST(Rsa, OperationConditionsInTheirOrder) {
   const SecretBuffer other(100);
   const SecretBuffer n = number("1" + std::string(15, '0') + "1", 16);
   const SecretBuffer e = number("3", 16);
+  // A digit more than N, and below it in all others.
+  const SecretBuffer wide = number("1" + std::string(32, '0'), 24);
   const SecretBuffer narrow = MakeBigNum(8, nullptr);
   const SecretBuffer negative = minus_two();
   const SecretBuffer work(4096);
@@ -290,6 +292,7 @@ TEST(Rsa, OperationConditionsInTheirOrder) {
          {zelStsContextMatchErr, run(other.data(), none)},
          {zelStsOutOfRangeErr, run(negative.data(), none)},
          {zelStsOutOfRangeErr, run(n.data(), none)},
+         {zelStsOutOfRangeErr, run(wide.data(), none)},
          {zelStsNullPtrErr, run(e.data(), none)},
          {zelStsContextMatchErr, run(e.data(), other.data())},
          {zelStsSizeErr, run(e.data(), narrow.data())}});
