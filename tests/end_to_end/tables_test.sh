@@ -63,8 +63,8 @@ done
 mkdir twins
 cp linked/mixer.elf twins/base_fw.elf
 tables 0 linked/base_fw.elf twins/base_fw.elf -o named --name first
-[[ $(ls named | xargs) == \
-  'base_fw.sections base_fw.symbols firmware.elfs first.sections first.symbols' ]]
+[[ $(cd named && echo ./*) == \
+  './base_fw.sections ./base_fw.symbols ./firmware.elfs ./first.sections ./first.symbols' ]]
 tables 0 linked/base_fw.elf twins/base_fw.elf -o twins --list here.list
 [[ $(ls twins/*-2*) == "twins/base_fw-2.sections
 twins/base_fw-2.symbols" && ! -e twins/firmware.elfs ]]
