@@ -68,6 +68,7 @@ find_program(TovaFw_EXECUTABLE tova_fw
 mark_as_advanced(TovaFw_EXECUTABLE)
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderArguments.cmake")
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderCompanion.cmake")
+include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderJoin.cmake")
 
 # Adds the two commands that describe one ELF. Sets `entry` to its three lines
 # of the ELF list and `files` to what the image depends on.
@@ -170,9 +171,11 @@ endfunction()
 
 # Each configuration of a generator of several has a folder of its own.
 function(_tova_output_folder result)
+  if(NOT ARG_OUTPUT_DIRECTORY)
+    set(ARG_OUTPUT_DIRECTORY "${name}")
+  endif()
   get_filename_component(dir "${ARG_OUTPUT_DIRECTORY}" ABSOLUTE
     BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
-  _tova_check_blanks("${dir}")
   get_property(several GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
   if(several AND CMAKE_VERSION VERSION_LESS 3.21)
     _tova_refuse("the generator ${CMAKE_GENERATOR} needs CMake 3.21")
@@ -186,6 +189,7 @@ function(_tova_output_folder result)
 endfunction()
 
 function(tova_add_firmware name)
+  set(_tova_function tova_add_firmware)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "LINT;STRICT;MAP"
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
     "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST;BUDGET")
@@ -199,6 +203,7 @@ function(tova_add_firmware name)
   _tova_check_values()
   string(REPLACE "." ";" version "${ARG_VERSION}")
   _tova_output_folder(dir)
+  _tova_check_blanks("${dir}")
   set(base "${dir}/${name}")
   set(image "${base}.bin" "${base}.man" "${base}.man.ext" "${base}.pkg"
     "${base}.xml")
@@ -252,6 +257,8 @@ set(kept [==[${kept}]==])
   endif()
   add_custom_target(${name} ALL DEPENDS ${image})
   _tova_tell_outputs("${base}")
+  list(REMOVE_ITEM image "${base}.map.done")
+  set_property(TARGET ${name} PROPERTY _tova_files "${image}")
 endfunction()
 
 cmake_policy(POP)

@@ -1,10 +1,11 @@
-# What can be wrong in the arguments of tova_add_firmware, told at configuring.
-# The functions read `name`, the image, and ARG_* of their caller.
+# What can be wrong in the arguments of tova_add_firmware and its like, told at
+# configuring. The checks read `_tova_function`, `name`, which is its target, and
+# ARG_* of their caller.
 
 # Joins its arguments. A list among them has to be joined by the caller.
 function(_tova_refuse)
   list(JOIN ARGN "" text)
-  message(FATAL_ERROR "tova_add_firmware(${name}): ${text}")
+  message(FATAL_ERROR "${_tova_function}(${name}): ${text}")
 endfunction()
 
 # The tool takes a text that is no number for 0, and cuts what is too large.
@@ -54,7 +55,7 @@ function(_tova_check_file keyword path)
     _tova_refuse("${keyword} names a folder and not a file: ${path}")
   elseif(NOT EXISTS "${path}")
     set(hint "If the build makes it, set its source file property GENERATED.")
-    if(keyword STREQUAL "EXECUTABLES")
+    if(keyword MATCHES "^(EXECUTABLES|INPUTS)$")
       string(PREPEND hint "There is no target or argument of that name so far, either. ")
     endif()
     _tova_refuse("${keyword} names a file that isn't there: ${path}\n${hint}")
@@ -110,8 +111,8 @@ function(_tova_check_program keyword)
   endif()
 endfunction()
 
-# What cmake_parse_arguments left in ARG_*.
-function(_tova_check_words)
+# What cmake_parse_arguments left in ARG_*, and what has to be there.
+function(_tova_check_parsed)
   if(ARG_UNPARSED_ARGUMENTS)
     list(JOIN ARG_UNPARSED_ARGUMENTS " " words)
     _tova_refuse("unknown argument: ${words}")
@@ -121,11 +122,15 @@ function(_tova_check_words)
     list(JOIN ARG_KEYWORDS_MISSING_VALUES " and " words)
     _tova_refuse("no value stands behind ${words}. Is a variable empty?")
   endif()
-  foreach(needed IN ITEMS DEFINITION EXECUTABLES VERSION)
+  foreach(needed IN LISTS ARGN)
     if(NOT ARG_${needed})
       _tova_refuse("${needed} is missing")
     endif()
   endforeach()
+endfunction()
+
+function(_tova_check_words)
+  _tova_check_parsed(DEFINITION EXECUTABLES VERSION)
   if(ARG_SIGN OR ARG_SIGN_KEY OR ARG_SIGN_COMMAND OR ARG_TRUST)
     _tova_check_signing()
   endif()
@@ -173,9 +178,6 @@ macro(_tova_complete_words)
       set(ARG_${program} "${CMAKE_${program}}")
     endif()
   endforeach()
-  if(NOT ARG_OUTPUT_DIRECTORY)
-    set(ARG_OUTPUT_DIRECTORY "${name}")
-  endif()
   foreach(path IN ITEMS DEFINITION CONFIG_HEADER KEY_LIST SIGN_KEY)
     if(ARG_${path})
       get_filename_component(ARG_${path} "${ARG_${path}}" ABSOLUTE)

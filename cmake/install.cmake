@@ -34,6 +34,8 @@ install(FILES
     cmake/TovaFwBuilderCheck.cmake
     cmake/TovaFwBuilderCompanion.cmake
     cmake/TovaFwBuilderConfig.cmake
+    cmake/TovaFwBuilderJoin.cmake
+    cmake/TovaFwBuilderJoinRun.cmake
     cmake/TovaFwBuilderRun.cmake
     cmake/TovaFwBuilderSign.cmake
     ${PROJECT_BINARY_DIR}/TovaFwBuilderConfigVersion.cmake

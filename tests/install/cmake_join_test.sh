@@ -1,0 +1,139 @@
+#!/usr/bin/env bash
+# cmake_join_test.sh BUILD_DIR
+# Packages and flash images by the CMake module: what is in them, when they are
+# made anew, and what is refused.
+set -euo pipefail
+
+build_dir=$1
+sample=$(realpath "$(dirname "$0")/../../examples/audio_firmware")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cmake --install "$build_dir" --prefix "$work/prefix" >"$work/log"
+tool=$work/prefix/bin/tova_fw_builder
+cp -r "$sample"/{definitions,keys,linked,src,flash.script} "$work"
+
+die() {
+  echo "FAILED ($generator): $1" >&2
+  tail -n 40 "$work/log" >&2
+  exit 1
+}
+told() {  # told TEXT: the log says so, wherever its lines are wrapped
+  tr -s ' \n' ' ' <"$work/log" | grep -qF -- "$1" || die "not told: $1"
+}
+
+cat >"$work/CMakeLists.txt" <<'CMAKE'
+cmake_minimum_required(VERSION 3.20)
+project(Join LANGUAGES NONE)
+find_package(TovaFwBuilder REQUIRED)
+tova_add_firmware(firmware DEFINITION definitions/gen_1.5.def
+  EXECUTABLES linked/base_fw.elf linked/mixer.elf linked/reverb.elf
+    linked/meter.elf
+  CONFIG_HEADER src/audio_config.h KEY_LIST keys/trusted-keys.list
+  VERSION 1.4.0.27 SIGN debug SIGN_KEY keys/test-key-pair.key
+  OBJDUMP objdump NM nm)
+tova_add_package(package FIRMWARE firmware)
+tova_add_package(own DESCRIPTOR own.pkg INPUTS src/gain.c package)
+tova_add_flash_image(flash SCRIPT flash.script INPUTS firmware package)
+add_custom_target(other)
+cmake_language(EVAL CODE "${more}")
+CMAKE
+printf '%s\n' 'bin gain.c' "bin $work/src/filter.c 'Filter'" 'bin package.bin' \
+  >"$work/own.pkg"
+
+configure() {  # configure MORE: further lines of the list
+  cmake -S "$work" -B "$work/build" -G "$generator" -Dmore="$1" \
+    -DTovaFwBuilder_DIR="$work/prefix/share/cmake/TovaFwBuilder" \
+    >"$work/log" 2>&1
+}
+build() { cmake --build "$work/build" >"$work/log" 2>&1; }
+expect() {  # expect FILES WHY: builds, and compares what was joined
+  build || die "the build fails: $2"
+  [[ $(sed -n 's/.*Joining //p' "$work/log" | sort | paste -s -d ' ') == "$1" ]] ||
+    die "$2: not $1"
+}
+failed() {  # failed FILE TEXT: the build, which leaves no such file
+  build && die "built in spite of: $2"
+  told "$2"
+  [[ ! -e $work/build/$1 ]] || die "$1 is left: $2"
+}
+
+for generator in 'Unix Makefiles' Ninja; do
+  rm -rf "$work/build"
+  configure '' || die "can't be configured"
+  expect 'flash.img own.bin package.bin' 'the first build'
+  expect '' 'nothing touched'
+  cd "$work/build"
+  # The descriptor's order is that of the log.
+  sed -n 's/^bin \([^ ]*\).*/\1/p' firmware/firmware.pkg | xargs cat |
+    cmp - package/package.bin
+  cat ../src/{gain,filter}.c package/package.bin | cmp - own/own.bin
+  # The places that the script tells.
+  size=$(stat -c %s package/package.bin)
+  tail -c +$((0x4000 + 1)) flash/flash.img | cmp - package/package.bin
+  tail -c +$((0x1000 + 1)) flash/flash.img |
+    cmp -n "$(stat -c %s firmware/firmware.man.signed)" - \
+      firmware/firmware.man.signed
+  [[ $(od -An -tu4 -j $((0x100)) -N 4 flash/flash.img) -eq $size ]] ||
+    die 'another length of the package'
+  cd "$work"
+  while read -r input files; do
+    touch "$work/$input"
+    expect "${files//,/ }" "touched $input"
+    expect '' "nothing touched after $input"
+  done <<'INPUTS'
+src/filter.c own.bin
+src/gain.c own.bin
+own.pkg own.bin
+flash.script flash.img
+keys/test-key-pair.key flash.img
+linked/meter.elf flash.img own.bin package.bin
+prefix/bin/tova_fw_builder flash.img own.bin package.bin
+INPUTS
+done
+
+# An output that only the descriptor names as an input.
+echo "bin $work/build/own/own.bin" >>"$work/own.pkg"
+cp "$work/build/own/own.bin" "$work/before"
+build && die 'an input is overwritten'
+told 'it would destroy an input'
+cmp "$work/before" "$work/build/own/own.bin"
+sed -i '$s/.*/bin none.bin/' "$work/own.pkg"
+failed own/own.bin "own.bin isn't made: Error: "
+told "INPUTS are: $work/src/gain.c"
+sed -i '$d' "$work/own.pkg"
+expect own.bin 'the descriptor mended'
+
+# A file size limit in place of a full disk; see cmake_module_test.sh.
+mv "$tool" "$work/real_tool"
+while read -r command kilobytes file; do
+  cat >"$tool" <<SCRIPT
+#!/usr/bin/env bash
+trap '' XFSZ
+[[ \$1 != $command ]] || ulimit -f $kilobytes
+exec "$work/real_tool" "\$@"
+SCRIPT
+  chmod +x "$tool"
+  failed "$file" "$work/build/$file has $((kilobytes * 1024)) bytes where"
+done <<'LIMITS'
+asm 12 package/package.bin
+build_img 20 flash/flash.img
+LIMITS
+mv "$work/real_tool" "$tool"
+build || die 'the build fails: room again'
+
+while IFS='|' read -r more text; do
+  configure "$more" && die "configured with $more"
+  told "$text"
+done <<'FAULTS'
+tova_add_package(more)|tova_add_package(more): takes either the FIRMWARE or a DESCRIPTOR
+tova_add_package(more FIRMWARE package)|FIRMWARE takes a target of tova_add_firmware
+tova_add_package(more FIRMWARE later)|that is made above: later
+tova_add_package(more DESCRIPTOR none.pkg)|DESCRIPTOR names a file that isn't there
+tova_add_flash_image(more SCRIPT flash.script)|tova_add_flash_image(more): INPUTS is missing
+tova_add_flash_image(more INPUTS package)|SCRIPT is missing
+tova_add_flash_image(more SCRIPT flash.script INPUTS none)|INPUTS names a file that isn't there
+tova_add_flash_image(more SCRIPT flash.script INPUTS package build/package/package.bin)|two files among INPUTS have the name package.bin
+tova_add_flash_image(more SCRIPT flash.script INPUTS other)|other among INPUTS is no target of
+tova_add_flash_image(more SCRIPT flash.script OUTPUT_DIRECTORY . INPUTS build/more.img)|would destroy an input
+FAULTS
+echo 'The CMake module joins packages and flash images'
