@@ -20,8 +20,7 @@
 #                                # fails on its warnings, too
 #     [MAP [BUDGET class=limit...]]       # where the memory goes; limits in
 #                                # bytes, K, M or %. BUDGET alone maps, too
-#     [OBJDUMP program] [NM program]      # those of the tool chain; objdump
-#                                # must be that of GNU binutils
+#     [OBJDUMP program] [NM program]      # objdump must be that of GNU binutils
 #     [DEPENDS file...])         # whatever else the image is made anew for
 #
 # makes the target NAME, a part of `all`, and in the output folder NAME.bin,
@@ -32,6 +31,10 @@
 # an ELF, a definition file at any depth, the header, the key list, a key, an
 # argument, the tool. With a generator of several configurations each has a
 # folder of its own in the output folder; that needs CMake 3.21.
+#
+# The companion tova_fw lists sections and symbols, where it is installed and
+# built with libelf; the tool chain may be any then, that of LLVM, too. Without
+# it, or if OBJDUMP or NM is given, those two do, by default the tool chain's.
 #
 # Properties of the target tell others where these files are:
 #
@@ -70,7 +73,19 @@ include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderArguments.cmake")
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderCompanion.cmake")
 include("${CMAKE_CURRENT_LIST_DIR}/TovaFwBuilderJoin.cmake")
 
-# Adds the two commands that describe one ELF. Sets `entry` to its three lines
+# Adds the command that lists one table of an ELF. The headings are those of the
+# C locale, whoever builds.
+macro(_tova_list table)
+  add_custom_command(
+    OUTPUT "${dir}/${stem}.${table}"
+    COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C ${ARGN} "${elf}"
+      > "${dir}/${stem}.${table}"
+    DEPENDS ${executable} "${elf}"
+    COMMENT "Listing the ${table} of ${stem}"
+    VERBATIM)
+endmacro()
+
+# Adds the commands that describe one ELF. Sets `entry` to its three lines
 # of the ELF list and `files` to what the image depends on.
 function(_tova_describe_elf executable dir)
   if(TARGET ${executable})
@@ -89,22 +104,13 @@ function(_tova_describe_elf executable dir)
       "folders of their own.")
   endif()
   set_property(GLOBAL APPEND PROPERTY _tova_tables "${dir}/${stem}")
-  set(tables)
-  foreach(table IN ITEMS sections symbols)
-    set(file "${dir}/${stem}.${table}")
-    set(program ${ARG_OBJDUMP} -h)
-    if(table STREQUAL "symbols")
-      set(program ${ARG_NM})
-    endif()
-    # The headings are those of the C locale, whoever builds.
-    add_custom_command(
-      OUTPUT "${file}"
-      COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C ${program} "${elf}" > "${file}"
-      DEPENDS ${executable} "${elf}"
-      COMMENT "Listing the ${table} of ${stem}"
-      VERBATIM)
-    list(APPEND tables "${file}")
-  endforeach()
+  set(tables "${dir}/${stem}.sections" "${dir}/${stem}.symbols")
+  if(ARG_TABLES)
+    _tova_companion_tables("${executable}" "${elf}" "${dir}" "${stem}")
+  else()
+    _tova_list(sections ${ARG_OBJDUMP} -h)
+    _tova_list(symbols ${ARG_NM})
+  endif()
   list(JOIN tables "\n" lines)
   set(entry "${elf}\n${lines}\n" PARENT_SCOPE)
   set(files "${elf}" ${tables} PARENT_SCOPE)

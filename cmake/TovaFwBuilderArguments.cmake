@@ -95,6 +95,10 @@ endfunction()
 
 # A program that the build makes, or that an expression names, can't be asked.
 function(_tova_check_program keyword)
+  if(NOT ARGN)
+    _tova_refuse("${keyword} isn't known. Name it, or enable a language, whose "
+      "tool chain has one, or install the companion tova_fw.")
+  endif()
   list(GET ARGN 0 program)
   if(TARGET ${program} OR "${ARGN}" MATCHES "\\$<")
     return()
@@ -106,8 +110,9 @@ function(_tova_check_program keyword)
     _tova_refuse("${keyword} can't be run: ${ARGN}: ${status}")
   elseif(keyword STREQUAL "OBJDUMP" AND version MATCHES "LLVM|elfutils")
     _tova_refuse("OBJDUMP ${ARGN} is that of ${CMAKE_MATCH_0}, whose section "
-      "tables the tool can't read. Say OBJDUMP with that of GNU binutils, "
-      "which reads the ELFs of any compiler.")
+      "tables the tool can't read. Install the companion tova_fw, whose tables "
+      "are used if neither OBJDUMP nor NM is given, or say OBJDUMP with that "
+      "of GNU binutils, which reads the ELFs of any compiler.")
   endif()
 endfunction()
 
@@ -173,6 +178,11 @@ macro(_tova_complete_words)
       set(ARG_${zero} 0)
     endif()
   endforeach()
+  # A program that is named is wanted.
+  set(ARG_TABLES OFF)
+  if(NOT ARG_OBJDUMP AND NOT ARG_NM)
+    _tova_companion_knows(tables ARG_TABLES)
+  endif()
   foreach(program IN ITEMS OBJDUMP NM)
     if(NOT ARG_${program})
       set(ARG_${program} "${CMAKE_${program}}")
@@ -202,13 +212,10 @@ function(_tova_check_values)
   endforeach()
   # A larger one would put the binary header ahead of the file's start.
   _tova_check_decimal(CSS_HEADER_SIZE "${ARG_CSS_HEADER_SIZE}" 8192)
-  foreach(program IN ITEMS OBJDUMP NM)
-    if(NOT ARG_${program})
-      _tova_refuse("${program} isn't known. Name it, or enable a language, whose "
-        "tool chain has one.")
-    endif()
-    _tova_check_program(${program} ${ARG_${program}})
-  endforeach()
+  if(NOT ARG_TABLES)
+    _tova_check_program(OBJDUMP ${ARG_OBJDUMP})
+    _tova_check_program(NM ${ARG_NM})
+  endif()
   foreach(path IN ITEMS DEFINITION CONFIG_HEADER KEY_LIST SIGN_KEY)
     if(ARG_${path})
       _tova_check_file(${path} "${ARG_${path}}")

@@ -2,11 +2,14 @@
 # read `name`, the image, and ARG_* and TovaFw_EXECUTABLE of their caller.
 
 # Whether the companion has a command. One that the build makes can't be asked:
-# it has all of them.
+# it has all of them, but `tables` only where it is built with libelf.
 function(_tova_companion_knows command result)
   set(${result} OFF PARENT_SCOPE)
   if(TovaFw_EXECUTABLE MATCHES "\\$<")
-    set(${result} ON PARENT_SCOPE)
+    get_property(lacks GLOBAL PROPERTY _tova_companion_lacks)
+    if(NOT command IN_LIST lacks)
+      set(${result} ON PARENT_SCOPE)
+    endif()
   elseif(TovaFw_EXECUTABLE)
     execute_process(COMMAND "${TovaFw_EXECUTABLE}" ${command} --help
       WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
@@ -39,6 +42,19 @@ function(_tova_check_map)
         "such as sram=96K or sram=90%: ${budget}")
     endif()
   endforeach()
+endfunction()
+
+# Adds the command that lists the sections and the symbols of an ELF. The list
+# of this one ELF, which the companion writes, too, is used by nobody.
+function(_tova_companion_tables executable elf dir stem)
+  add_custom_command(
+    OUTPUT "${dir}/${stem}.sections" "${dir}/${stem}.symbols"
+    BYPRODUCTS "${dir}/${stem}.tables"
+    COMMAND "${TovaFw_EXECUTABLE}" tables "${elf}" --name "${stem}" -o "${dir}"
+      --list "${dir}/${stem}.tables"
+    DEPENDS ${executable} "${elf}" ${TovaFw_EXECUTABLE}
+    COMMENT "Listing the sections and symbols of ${stem}"
+    VERBATIM)
 endfunction()
 
 # The inputs of the builder, but for the definition, as `map` and `lint` take

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # cmake_companion_test.sh BUILD_DIR
 # What the CMake module does with the companion tova_fw beside checking images:
-# lint ahead of it, the memory map and its budgets.
+# lint ahead of it, the memory map and its budgets, the tables of the ELFs.
 set -euo pipefail
 
 build_dir=$1
@@ -33,15 +33,16 @@ tova_add_firmware(image DEFINITION definitions/gen_1.8.def
   EXECUTABLES linked/base_fw.elf linked/mixer.elf linked/reverb.elf
     linked/meter.elf
   CONFIG_HEADER src/audio_config.h KEY_LIST keys/trusted-keys.list
-  VERSION 1.2.3.4 OBJDUMP objdump NM nm ${arguments})
+  VERSION 1.2.3.4 ${programs} ${arguments})
 set(page $<TARGET_PROPERTY:image,TOVA_MAP_PAGE>)
 set(json $<TARGET_PROPERTY:image,TOVA_MAP_JSON>)
 file(GENERATE OUTPUT map.outputs CONTENT "${page} ${json}\n")
 CMAKE
+programs='OBJDUMP;objdump;NM;nm'
 configure() {  # configure ARGUMENTS OPTION...
   cmake -S "$work" -B "$work/build" -G "$generator" \
     -DTovaFwBuilder_DIR="$work/prefix/share/cmake/TovaFwBuilder" \
-    -Darguments="$1" "${@:2}" >"$work/log" 2>&1
+    -Darguments="$1" -Dprograms="$programs" "${@:2}" >"$work/log" 2>&1
 }
 build() { cmake --build "$work/build" >"$work/log" 2>&1; }
 made() {  # made WHAT ARGUMENTS: configured and built, with these steps
@@ -109,4 +110,35 @@ done
 refused 'LINT needs the companion' LINT -DTovaFw_EXECUTABLE=
 refused "MAP needs \`tova_fw map\`, which /bin/false doesn't have" MAP \
   -DTovaFw_EXECUTABLE=/bin/false
+
+# Tables of the companion, whatever the tool chain has. The image is that of
+# GNU's, whose programs are taken when they are named.
+rm -rf "$work/build"
+made 1 ''
+cp "$image.bin" "$work/by_gnu.bin"
+printf '#!/bin/sh\necho LLVM version 14.0.6\n' >"$work/llvm-objdump"
+chmod +x "$work/llvm-objdump"
+llvm=(-DCMAKE_OBJDUMP="$work/llvm-objdump" -DCMAKE_NM=llvm-nm)
+if "$work/prefix/bin/tova_fw" tables --help >"$work/log" 2>&1; then
+  programs=
+  for chain in '' "${llvm[*]}"; do
+    rm -rf "$work/build"
+    # shellcheck disable=SC2086  # two options
+    { configure LINT\;STRICT $chain && build; } || die "own tables $chain"
+    told 'Listing the sections and symbols of mixer'
+    cmp "$work/by_gnu.bin" "$image.bin"
+    made 0 'LINT;STRICT'
+    touch "$work/linked/mixer.elf"
+    made 1 'LINT;STRICT'
+  done
+  refused 'OBJDUMP isn' '' -DCMAKE_OBJDUMP= -DTovaFw_EXECUTABLE=
+  programs='OBJDUMP;objdump;NM;nm'
+  rm -rf "$work/build"
+  made 1 ''
+  told 'Listing the sections of mixer'
+fi
+programs=
+refused 'is that of LLVM, whose section tables' '' "${llvm[@]}" \
+  -DTovaFw_EXECUTABLE=
+told 'Install the companion tova_fw'
 echo 'The CMake module uses the companion'
