@@ -6,6 +6,9 @@
 
 #include "address_lookup/address_words.h"
 #include "address_lookup/owner_forms.h"
+#include "inspect/check/check.h"
+#include "inspect/check/image_samples.h"
+#include "support/bytes.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {
@@ -65,7 +68,8 @@ TEST(AddressWords, InLogs) {
       "10008004 1f 10001010 ",
       found("pc=0x10008004, a0: 0x1f lr [<10001010>] dead 0x 1234 r_10\n"));
   EXPECT_EQ("add 4c ", found("  add\r\n[4c]\nadd it\n"));
-  EXPECT_EQ("deadbeef ", found("deadbeef 123456789 x12345678 0x1ffffffff"));
+  EXPECT_EQ("deadbeef ",
+            found("deadbeef 123456789 x12345678 0x1ffffffff 0012345678"));
   EXPECT_EQ("", found(""));
   // Cut where the room for a line ends.
   EXPECT_EQ("12345678 ", found(std::string(4096, ' ') + "12345678 x\n"));
@@ -93,7 +97,7 @@ ElfPlaces elf_places(const TempDir& dir) {
             "4 .empty 00000000 00003000 00003000 00000000 2**2\nALLOC\n"
             "5 .heap 00000100 0000a000 0000a000 00000000 2**2\nALLOC\n");
   dir.write("fw.symbols",
-            "00001010 t local\n00001010 T zulu\n00001010 T alpha\n"
+            "00001010 t aaa\n00001010 T zulu\n00001010 T alpha\n"
             "00001050 t late\n00001060 A absolute\n00001070 n of_debug\n"
             "00000fff T before\n0000a010 B heap_top\n");
   return ElfPlaces(
@@ -117,6 +121,62 @@ TEST(AddressLookup, SegmentsAlone) {
   // Its bytes stand where those of the carrier do.
   EXPECT_EQ("0x00002004  built_in  text+0x4  fw.bin@0x1204\n",
             text_of(lookup, 0x2004));
+  std::vector<ImageSegment> ahead = segments();
+  std::swap(ahead[0], ahead[2]);
+  ahead[0].range.begin = 0x1000;
+  EXPECT_EQ("0x00001004  built_in  text+0x4  fw.bin@0x204\n",
+            text_of(AddressLookup(ahead, {}), 0x1004));
+}
+
+// Module, type and place of each segment that has one.
+std::string placed(const ImageSample& sample,
+                   const std::vector<std::string>& names) {
+  std::vector<CheckedFile> files;
+  for (const std::string& name : names) {
+    files.push_back(checked_file(name, ByteSource::of(sample.at(name))));
+  }
+  std::ostringstream out;
+  for (const ImageSegment& segment : image_segments(files)) {
+    if (segment.file.empty()) continue;
+    out << segment.module << ' ' << segment.type << ' ' << segment.file << '@'
+        << std::hex << segment.file_offset << '\n';
+  }
+  return out.str();
+}
+
+// Of the sample's bytes: text 8192, constants 4096, and 4096 of the addon, from
+// 32768 on, less the 8128 of the signer in 1.8.
+TEST(ImageSegments, PlacesInTheFiles) {
+  EXPECT_EQ(
+      "base text firmware.bin@6040\nbase rodata firmware.bin@8040\n"
+      "addon1 text firmware.bin@9040\n",
+      placed(image_sample("1.8"), {"firmware.bin"}));
+  EXPECT_EQ(
+      "base text firmware.bin@8000\nbase rodata firmware.bin@a000\n"
+      "addon1 text firmware.bin@b000\n",
+      placed(image_sample("3.0"), {"firmware.bin"}));
+  const ImageSample sample = image_sample("1.5");
+  const std::string base =
+      "base text firmware.bin@0\nbase rodata firmware.bin@2000\n";
+  EXPECT_EQ("", placed(sample, {"firmware.bin", "firmware.man.ext"}));
+  EXPECT_EQ("", placed(sample, {"firmware.man"}));
+  EXPECT_EQ(base, placed(sample, {"firmware.man", "firmware.bin"}));
+  EXPECT_EQ(base + "addon1 text " + kAddonFile + "@0\n",
+            placed(sample, {kAddonFile, "firmware.man", "firmware.bin"}));
+}
+
+TEST(ImageSegments, NoPlaceWhereTheHeaderIsDamaged) {
+  // The addon in the same bytes as the constants of the base.
+  ImageSample sample = image_sample("1.8");
+  std::string& binary = sample["firmware.bin"];
+  const std::size_t place = binary.find(le32(0xB000));
+  ASSERT_LT(place, 0x6040u);
+  binary.replace(place, 4, le32(0xA000));
+  EXPECT_EQ("", placed(sample, {"firmware.bin"}));
+  // Contents of 3.0 that are neither packed nor spaced.
+  sample = image_sample("3.0");
+  sample["firmware.bin"].pop_back();
+  EXPECT_EQ("", placed(sample, {"firmware.bin"}));
 }
 
 TEST(AddressLookup, SectionsAndSymbols) {

@@ -101,11 +101,29 @@ TEST(ElfTables, WhatIsNoSectionToTheBuilder) {
     if (line.find('.') != line.npos) names.push_back(line.substr(2, 12));
   }
   EXPECT_EQ((Lines{".text 000000", ".rela.dyn 00", ".own_strings"}), names);
+  // Also loaded ones of an object, but not those for no section, or for
+  // relocations.
+  elf.sections[1].flags = kAlloc;
+  EXPECT_EQ(std::string::npos, section_lines(elf).at(2).find(".rela.text"));
+  for (const std::uint32_t target : {0, 2, 99}) {
+    elf.sections[1].info = target;
+    EXPECT_EQ("1 .rela.text 0", section_lines(elf).at(2).substr(0, 14));
+  }
+  elf.sections[1].info = 1;
   // In a program, relocations that are loaded are for its loader.
   elf.type = 2;
-  elf.sections[1].flags = kAlloc;
   EXPECT_EQ("1 .rela.text 00000000 00000000 00000000 00000204 2**2",
             section_lines(elf).at(2));
+}
+
+TEST(ElfTables, SymbolTableThatASharedObjectCarries) {
+  SmallElf elf;
+  elf.sections = {{".symtab", 2, kAlloc, 0x300, 0x300, 0, 4, 3}};
+  elf.type = 3;
+  EXPECT_EQ("0 .symtab 00000000 00000300 00000300 00000300 2**2",
+            section_lines(elf).at(0));
+  elf.type = 2;
+  EXPECT_EQ(Lines{}, section_lines(elf));
 }
 
 // The load address alone, in the third column of numbers.
@@ -169,11 +187,11 @@ TEST(ElfTables, LoadAddressesThatNobodySet) {
 TEST(ElfTables, SectionNames) {
   SmallElf elf;
   elf.sections = {{".a b", kProgbits, 0, 0, 0x200, 1},
-                  {".\x01\x1F\n", kProgbits, 0, 0, 0x200, 1},
+                  {".\x01\x7F\n", kProgbits, 0, 0, 0x200, 1},
                   {std::string(60, 'x'), kProgbits, 0, 0, 0x200, 1}};
   const Lines lines = section_lines(elf);
   EXPECT_EQ("0 .a b 00000001", lines.at(0).substr(0, 15));
-  EXPECT_EQ("1 .^A^_^J 00000001", lines.at(2).substr(0, 18));
+  EXPECT_EQ("1 .^A^\xBF^J 00000001", lines.at(2).substr(0, 18));
   EXPECT_EQ("2 " + std::string(60, 'x') + " 0", lines.at(4).substr(0, 64));
 }
 
@@ -188,7 +206,7 @@ SmallElf elf_with_symbols() {
 TEST(ElfTables, SymbolsByTheirOrderAndKind) {
   SmallElf elf = elf_with_symbols();
   elf.symbols = {
-      {"z_first", 0x1004, 0, 0x02, 1},  {"", 0x1000, 0, 0x03, 1},
+      {"z_first", 0x1004, 0, 0x02, 1},  {"section", 0x1000, 0, 0x03, 1},
       {"file.c", 0, 0, 0x04, 0xFFF1},   {"twice", 0x1010, 0, 0x02, 1},
       {"twice", 0x1020, 0, 0x02, 1},    {"konst", 0x2000, 0, 0x11, 2},
       {"zeroed", 0x3000, 0, 0x11, 3},   {"undefined", 0, 0, 0x10, 0},
@@ -221,22 +239,38 @@ TEST(ElfTables, SymbolsOfProcessors) {
     return names;
   };
   for (const char* name :
-       {"$d", "$t.1", "$q", "$dx", "$xrv", ".L1", "..x", "f"})
+       {"$d", "$t.1", "$q", "$dx", "$xrv", ".L1", "..x", "_.L_", "f"})
     elf.symbols.push_back({name, 0x1000, 0, 0, 1});
-  EXPECT_EQ("$d $t.1 $q $dx $xrv .L1 ..x f ", names_on(94));
-  EXPECT_EQ("$dx $xrv .L1 ..x f ", names_on(kArm));
-  EXPECT_EQ("$t.1 $q $dx $xrv .L1 ..x f ", names_on(kAArch64));
+  EXPECT_EQ("$d $t.1 $q $dx $xrv .L1 ..x _.L_ f ", names_on(94));
+  EXPECT_EQ("$dx $xrv .L1 ..x _.L_ f ", names_on(kArm));
+  EXPECT_EQ("$t.1 $q $dx $xrv .L1 ..x _.L_ f ", names_on(kAArch64));
   EXPECT_EQ("$t.1 $q f ", names_on(kRiscV));
   EXPECT_EQ("$d $t.1 $q $dx $xrv f ", names_on(kMips));
 
   // Functions in short instructions, and addresses with a sign.
   elf.symbols = {{"f", 0x80000101, 0, 0x12, 1}, {"v", 0x80000101, 0, 0x11, 1}};
   elf.machine = kArm;
+  elf.symbols[0].info = 0x1A;  // resolved at run time
+  EXPECT_EQ("80000100 i f\n80000101 T v\n", symbol_text(elf));
+  elf.symbols[0].info = 0x12;
   EXPECT_EQ("80000100 T f\n80000101 T v\n", symbol_text(elf));
   elf.machine = kMips;
   EXPECT_EQ("ffffffff80000100 T f\nffffffff80000101 T v\n", symbol_text(elf));
   elf.wide = true;
   EXPECT_EQ("80000100 T f\n80000101 T v\n", symbol_text(elf));
+}
+
+TEST(ElfTables, SectionNumbersOfMoreThan16Bits) {
+  const TempDir dir;
+  SmallElf elf = elf_with_symbols();
+  elf.symbols = {{"f", 0x1000, 0, 0x12, 0xFFFF},
+                 {"g", 0x2000, 0, 0x12, 0xFFFF}};
+  elf.sections.push_back({".numbers", 18, 0, 0, 0x300, 12, 4, 5});
+  std::string bytes = elf.bytes();
+  bytes.replace(0x300, 12, std::string("\0\0\0\0\1\0\0\0\2\0\0\0", 12));
+  std::ostringstream text;
+  tables_of(dir, bytes).write_symbols(text);
+  EXPECT_EQ("00001000 T f\n00002000 R g\n", text.str());
 }
 
 TEST(ElfTables, SymbolsOfAnObjectCountFromTheirSection) {
@@ -272,6 +306,10 @@ TEST(ElfTables, RefusesWhatIsNoWholeElf) {
             message_of([&] { ElfTables(dir.file("none")); }));
   EXPECT_EQ("cannot be read: it is no regular file",
             message_of([&] { ElfTables(dir.path()); }));
+  elf.sections[0].offset = whole.size() - 3;
+  elf.sections[0].size = 4;
+  EXPECT_EQ("it is cut off or damaged: section 1 reaches beyond its end",
+            refusal(elf.bytes()));
   elf.sections[0].size = 0x10000;
   EXPECT_EQ("it is cut off or damaged: section 1 reaches beyond its end",
             refusal(elf.bytes()));
