@@ -113,6 +113,7 @@ for case in '1.8 sha256sum 32' '2.5 sha384sum 48'; do
   grep -qx 'mft 4' "$work/gen-$generation/firmware.pkg"
 done
 same "3.0: manifest" 0 "$(size_of "$work/gen-3.0/firmware.man")"
+grep -qx 'mft 4' "$work/gen-3.0/firmware.pkg"
 
 # Exports: the symbol table stands behind 6 module and 4 configuration entries
 # and has three records in name order.
