@@ -1,5 +1,5 @@
-// Words are views, since a line may be of any
-// length and each copy of it would count.
+// Words are views, since a line may be of any length and each copy of it would
+// count.
 #include "definitions/statement.h"
 
 #include <algorithm>

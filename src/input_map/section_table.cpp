@@ -1,7 +1,7 @@
 // The section table. Each section stands on two lines, so the scanner is a
-// small machine; its state is the map's `parse_state`. Easily misread: the
-// end of the text counts as one more line, which can complete a
-// section whose flag line is missing.
+// small machine; its state is the map's `parse_state`. Easily misread: the end
+// of the text counts as one more line, which can complete a section whose flag
+// line is missing.
 #include "input_map/section_table.h"
 
 #include <algorithm>

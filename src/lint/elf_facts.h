@@ -1,6 +1,7 @@
 // lint/elf_facts.h
 // As much of an ELF as tells whether a section table and a symbol list are of
-// it: names, addresses, sizes. The builder itself takes ELFs for bags of bytes.
+// it: names, addresses, sizes. Read by hand, since lint is there without
+// libelf, too, and a damaged ELF is no fault of the definition.
 #pragma once
 
 #include <cstdint>
