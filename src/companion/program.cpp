@@ -69,6 +69,8 @@ int run_program(const std::vector<std::string>& arguments) {
   program.set_version_flag("--version", "tova_fw " TOVA_VERSION,
                            "Print the version and end");
   program.require_subcommand(1);
+  // A word with a slash ahead is a path on every system.
+  program.allow_windows_style_options(false);
   for (const AddCommand add : kCommands) add(program, status);
 
   status = worse_of(status, run(program, arguments, status));
