@@ -9,6 +9,7 @@ namespace {
 template <typename Owners>
 RangeIndex index_of(const Owners& owners) {
   std::vector<AddressRange> ranges;
+  ranges.reserve(owners.size());
   for (const auto& owner : owners) ranges.push_back(owner.range);
   return RangeIndex(ranges);
 }
