@@ -16,8 +16,8 @@ TEST(Usage, WrongWordsAreNamedWithTheNearest) {
        "tova_fw"},
       {{"completion"}, "SHELL is required", "tova_fw completion"},
       {{"nothing"}, "'nothing' is no command of tova_fw", "tova_fw"},
-      {{"key", "exprot", "x"},
-       "'exprot' is no command of tova_fw key; did you mean 'export'?",
+      {{"key", "shwo", "x"},
+       "'shwo' is no command of tova_fw key; did you mean 'show'?",
        "tova_fw key"},
       {{"key"}, "A subcommand is required", "tova_fw key"},
       {{"show", "--jsn", "x"},
@@ -94,7 +94,7 @@ TEST(Usage, CompletionsKnowTheCommands) {
   for (const char* shell : {"bash", "fish", "zsh"}) {
     const Outcome run = run_tool({"completion", shell});
     EXPECT_EQ(0, run.status);
-    for (const char* word : {"show", "import", "ignore-dates", "deploy-dir",
+    for (const char* word : {"show", "attach", "ignore-dates", "deploy-dir",
                              "digest-info", "release", "always"}) {
       EXPECT_NE(std::string::npos, run.out.find(word)) << shell << word;
     }
