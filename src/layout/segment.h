@@ -15,8 +15,8 @@ bool is_resolved(const FwOutMap::Section& section);
 // with a header whose replacement is missing.
 bool is_complete(const FwOutMap::SectionGroup& group);
 
-// Of a group that of its first reference. FFFFFFFF without a header, which sorts
-// behind all that have one.
+// Of a group that of its first reference. FFFFFFFF without a header: such a one
+// sorts last.
 std::uint32_t load_address(const FwOutMap::Section& section);
 std::uint32_t load_address(const FwOutMap::SectionGroup& group);
 
