@@ -95,7 +95,9 @@ class Run {
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::exception& error) {
-      report.troubles.push_back({options_.inputs.elf_list_path, error.what()});
+      // The text names the file: the list, or one that it or the key list
+      // names.
+      report.troubles.push_back({options_.inputs.image_def_path, error.what()});
     }
   }
 

@@ -16,10 +16,12 @@ constexpr std::string_view kGroupTypes[] = {"text", "rodata", "bss"};
 constexpr std::string_view kDomains[] = {"LL", "DP", "RTOS"};
 constexpr std::string_view kGenerations[] = {"1.5", "1.8", "2.5", "3.0"};
 
-std::string question(std::string_view word,
+// Or a define was meant, and is misspelt where it is used.
+std::string question(const Definition& definition, std::string_view word,
                      std::span<const std::string_view> names) {
   Nearest near(word);
   for (const std::string_view name : names) near.offer(name);
+  for (const auto& define : definition.source.defines) near.offer(define.name);
   return near.question();
 }
 
@@ -165,6 +167,9 @@ void explain_constant(const Refused& refused, std::string_view name,
   } else {
     Nearest near(name);
     for (const auto& [known, value] : map.consts) near.offer(known);
+    for (const auto& define : refused.definition.source.defines) {
+      near.offer(define.name);
+    }
     finding.text += near.question();
     if (near.name().empty()) {
       finding.text += refused.definition.has_constants
@@ -251,7 +256,8 @@ void explain_statement(const Definition& definition, Finding& finding) {
     explain_unknown(refused, finding);
   } else if (says("Unknown binary version")) {
     point_at(1);
-    finding.text += question(word_at(refused.statement, 1), kGenerations);
+    finding.text +=
+        question(definition, word_at(refused.statement, 1), kGenerations);
     finding.text += "; there are 1.5, 1.8, 2.5 and 3.0";
   } else if (text.starts_with("[module] Undefined const ")) {
     const std::string name =
@@ -265,15 +271,17 @@ void explain_statement(const Definition& definition, Finding& finding) {
       const std::string_view word = words[i].text;
       if (std::ranges::find(kDomains, word) != std::end(kDomains)) continue;
       point_at(i);
-      finding.text += question(word, kDomains) + "; there are LL, DP and RTOS";
+      finding.text +=
+          question(definition, word, kDomains) + "; there are LL, DP and RTOS";
       break;
     }
   } else if (says("Invalid group type")) {
     const std::size_t place =
         word_at(refused.statement, 1) == "on_demand" ? 2 : 1;
     point_at(place);
-    finding.text += question(word_at(refused.statement, place), kGroupTypes) +
-                    "; there are text, rodata and bss";
+    finding.text +=
+        question(definition, word_at(refused.statement, place), kGroupTypes) +
+        "; there are text, rodata and bss";
   } else if (says("argument")) {
     explain_number(refused, finding);
   } else if (says("Wrong UUID format")) {

@@ -221,6 +221,12 @@ TEST(TextRules, SayWhatWasMeant) {
       {"t=@affinity_mask 0x3/",
        "t:5:15: error: [module] Undefined const 0x3; hexadecimal numbers have "
        "no 0x here: '3' [refused]\n"},
+      {"t=@domain_types ll/",
+       "t:5:14: error: [domain_types] Undefined const ll; did you mean 'LL'?; "
+       "there are LL, DP and RTOS [refused]\n"},
+      {"t=define VERSION 1.8/ignore VERSION/binary_ver VERSIN/",
+       "t:3:12: error: [binary_ver] Unknown binary version; did you mean "
+       "'VERSION'?; there are 1.5, 1.8, 2.5 and 3.0 [refused]\n"},
       {"t=load_offset/",
        "t:1:1: error: invalid stoi argument; the number is missing, and "
        "'load_offset' is taken for it [refused]\n"},
@@ -262,6 +268,12 @@ TEST(TextRules, ConstantsAreThoseOfTheHeaderIfThereIsOne) {
       "t:5:16: error: [module] Undefined const CORSE; did you mean 'CORES'? "
       "[refused]\n",
       tree.printed());
+  LintTree with_define("t=define TWO +2/ignore TWO/@instance_count TOW/|h=/");
+  with_define.options.inputs.module_config_path = with_define.dir.file("h");
+  EXPECT_EQ(
+      "t:7:16: error: [module] Undefined const TOW; did you mean 'TWO'? "
+      "[refused]\n",
+      with_define.printed());
 }
 
 TEST(TextRules, AreDisabledByName) {

@@ -11,6 +11,14 @@ namespace {
 // Longer words aren't misspelt, and would cost the square of their length.
 constexpr std::size_t kLongestWord = 100;
 
+char small_letter(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool differ_in_case_alone(std::string_view a, std::string_view b) {
+  return a != b && std::ranges::equal(a, b, {}, small_letter, small_letter);
+}
+
 }  // namespace
 
 std::size_t edit_distance(std::string_view a, std::string_view b,
@@ -43,7 +51,9 @@ Nearest::Nearest(std::string_view word)
 void Nearest::offer(std::string_view name) {
   if (limit_ == 0 && !name_.empty()) return;
   const std::size_t limit = name_.empty() ? limit_ : limit_ - 1;
-  const std::size_t distance = edit_distance(word_, name, limit);
+  // However many capitals there are, it is one mistake.
+  const std::size_t distance =
+      differ_in_case_alone(word_, name) ? 1 : edit_distance(word_, name, limit);
   // A word isn't its own neighbour, nor one of which nothing is left.
   if (distance > limit || distance == 0 || distance >= word_.size()) return;
   limit_ = distance;

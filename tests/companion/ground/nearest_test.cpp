@@ -47,6 +47,7 @@ TEST(Nearest, FewestStepsToAWord) {
       {"map", ""},            // itself is no mistake
       {"mpa", "map"},         //
       {"Map", "map"},         //
+      {"ATTACH", "attach"},   // capitals are one step, however many
       {"", ""},               //
       {"--jsn", "--json"},    //
       {"-json", "--json"},    //
