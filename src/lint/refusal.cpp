@@ -110,12 +110,10 @@ bool explain_stray(const Refused& refused, Finding& finding) {
       const LintBlock& block = definition.blocks[i];
       if (block.kind != kind || block.ended_by == LintBlock::kNone) continue;
       const LintStatement by = words_of_line(definition.source, block.ended_by);
-      if (block.ended_by != definition.refusal->line) {
-        finding.notes.push_back(
-            {by.spot(), block_name(definition, static_cast<std::uint32_t>(i)) +
-                            " ends here, as " + quoted(by.key()) +
-                            " is no statement of " + block_kind_name(kind)});
-      }
+      finding.notes.push_back(
+          {by.spot(), block_name(definition, static_cast<std::uint32_t>(i)) +
+                          " ends here, as " + quoted(by.key()) +
+                          " is no statement of " + block_kind_name(kind)});
       return true;
     }
     return true;

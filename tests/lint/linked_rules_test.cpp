@@ -66,6 +66,7 @@ group rodata/section .r/ => .r 2100 10 r => 7:9 refused
 max_data 0/ => .data 2000 10 r => 6:1 refused, elfs:2:1 section-left-out
 module d n/uuid 11234567-89AB-CDEF-0123-456789ABCDEF/group rodata/section .r/ => .r 2000 10 r => 7:1 refused, 7:6 duplicate-uuid
 group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 11 r => 7:9 refused
+group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 10 r =>
 -- section-not-found: not what may be absent
 section .tt/ => => 2:1 refused, 6:9 section-not-found
 section o .tt/ => =>
@@ -87,6 +88,8 @@ section .u/ => .u 2000 80 t 10FF => 6:9 load-overlap
 section .u/ => .u 2000 80 t 1100 =>
 section .u/ => .u 2000 80 t F81 => 5:12 load-overlap
 group bss/section .b/section .c/ => .b 2000 80 b, .c 3000 80 b 2000 =>
+group bss/section .b/section .r/ => .b 2000 80 b, .r 3000 80 r 2000 => 8:9 refused
+group rodata/section .r/module l k/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .s/module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE1/group rodata/section .r/section .s/ => .r 2000 100 r, .s 3000 10 r 20F0 =>
 -- run-overlap
 group rodata/section .r/ => .r 1000 10 r 2000 => 7:9 run-overlap
 group bss/section .b/ => .b 10FF 10 b => 7:9 refused, 7:9 run-overlap
@@ -97,6 +100,7 @@ hw_buf_ba 1100/hw_buf_size 1/ => =>
 module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/group bss/section .b/ => .b 1010 4 b => 11:9 run-overlap
 -- outside-classes, class-full: adjoining classes are one room
 memory_class a 2000 1000/ => => 5:12 outside-classes
+memory_class a 0 800/ => => 5:12 outside-classes
 memory_class a 800 801/ => => 5:12 class-full
 memory_class a 1000 80/memory_class b 1080 80/ => =>
 memory_class a 1080 80/ => => 5:12 outside-classes

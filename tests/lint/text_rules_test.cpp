@@ -75,6 +75,7 @@ t=hw_buf_size 10;/max_data 0~/ =>
 t=@section .a .b/ => 5:12 extra-words
 t=@section .a <b/ => 5:12 extra-words
 t=@section .a<b/ => 5:9 extra-words
+t=@section </ =>
 t=@section .a ep/ => 5:12 extra-words
 t=@section o .a < .b .c/ => 5:19 extra-words
 t=@section o .a < .b/ =>
@@ -116,12 +117,14 @@ t=max_data 0/load_offset 0/max_data 1/ => 3:1 repeated-statement
 t=@type 1/type 2/type 3/ => 6:1 repeated-statement, 7:1 repeated-statement
 t=@group text/section .b/ => 5:1 repeated-statement
 t=@export a/export o a/export o a/ => 6:1 repeated-statement
+t=@export a/module l n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/export o a/group bss/section .b/ => 8:1 repeated-statement
 t=@pin 0/stream_type 1/pin 0/stream_type 1/ =>
 t=@domain_types LL/domain_types DP/mod_cfg 1/mod_cfg 1/ =>
 -- unknown-kind
 t=module x m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ => 1:8 unknown-kind
 t=module da m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ =>
 -- name-cut, name-dropped
+t=module d eightchr/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ =>
 t=module d ninechars/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ => 1:10 name-cut
 t=@module m/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/section .b/ => 5:8 name-cut
 t=binary_name NINECHARS/ => 1:13 name-dropped
@@ -129,6 +132,9 @@ t=binary_name NINECHARS/ => 1:13 name-dropped
 t=/include a/|a=define X 1/ => 2:9 empty-include, a:1:8 unused-define
 t=/include a/@section .t2/|a=/ =>
 t=/include a/|a=k/include b/|b=# x/ => a:1:1 refused, a:2:9 empty-include
+-- What is lost by it is read by nobody, but that it is there is known.
+t=/include a/max_data 0 1/|a=# x/ => 2:9 empty-include
+t=/include a/include b/|a=# x/|b=/max_data 0 1/ => 2:9 empty-include
 -- unused-define
 t=define A 1/define B b/include $(B)/|b=/ => 1:8 unused-define
 t=define A 1/A/ => 1:8 unused-define, 2:1 refused
@@ -153,6 +159,7 @@ t=@module n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section o .t/ =
 -- classes-overlap
 t=memory_class a 1000 1000/memory_class b 0 1001/ => 2:1 classes-overlap
 t=memory_class a 0 10000/memory_class b 10 1/memory_class c 20 1/memory_class d 10000 0/ => 2:1 classes-overlap, 3:1 classes-overlap
+t=memory_class a 0 10000/memory_class b 10 0/ =>
 t=memory_class a FFFFF000 1000/memory_class b 0 1000/ =>
 -- Places through includes and defines: the use, not the define.
 t=define SIZE 10000/include a/|a=/@  stack_size~SIZE/ => a:6:14 number-cut
@@ -163,6 +170,7 @@ t=# lint: allow extra-words/max_data 0 1/max_data 0 1/ => 3:1 repeated-statement
 t=  #lint: allow name-dropped, extra-words/# why/binary_name LONGERNAME x/ =>
 t=# lint: allow extra-words//max_data 0 1/ => 3:12 extra-words
 t=# lint: allow extra-wrods refused/foo/ => 1:15 unknown-rule, 1:27 unknown-rule, 2:1 refused
+t=include a/include a/|a=/# lint: allow x/ => a:2:15 unknown-rule
 t=# lint: allow unused-define/define A 1/ =>
 )";
 
@@ -252,6 +260,10 @@ TEST(TextRules, SayWhatWasMeant) {
       {"t=@define .b .c/section .b/",
        "t:6:9: warning: '.b' becomes '.c' by a define [define-captures]\n"
        "t:5:8: note: the define\n"},
+      {"t=/include a/|a=k/include b/|b=# x/",
+       "a:1:1: error: [k] Unknown parameter [refused]\n"
+       "a:2:9: warning: the included file leaves no line, which ends this file "
+       "here: begin the included file with an empty line [empty-include]\n"},
       {"t=ignore/",
        "t:1:1: warning: ignore lacks an operand: 'ignore' is taken once more "
        "[missing-operand]\n"}};
