@@ -168,20 +168,7 @@ void DefinitionReader::charge(std::uint64_t length) {
   }
 }
 
-std::string cfg_file_error_text(std::uint64_t line,
-                                std::optional<std::string_view> parameter,
-                                std::string_view message) {
-  std::string text = std::to_string(line) + ": ";
-  if (parameter) text.append("[").append(*parameter).append("] ");
-  return text.append(message);
-}
-
 }  // namespace
-
-CfgFileError::CfgFileError(std::uint64_t line,
-                           std::optional<std::string_view> parameter,
-                           std::string_view message)
-    : std::runtime_error(cfg_file_error_text(line, parameter, message)) {}
 
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path,

@@ -3,26 +3,14 @@
 // two, the statement readers, never sees a file.
 #pragma once
 
-#include <cstdint>
 #include <istream>
 #include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
-#include <string_view>
 
 #include "definitions/source_map.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
-
-// A fault in a definition, with its line in the flattened text:
-// "12: [PARAMETER] MESSAGE", or "12: MESSAGE" without a parameter.
-class CfgFileError : public std::runtime_error {
- public:
-  CfgFileError(std::uint64_t line, std::optional<std::string_view> parameter,
-               std::string_view message);
-};
 
 // Flattens the definition file `path` with all that it includes
 // (docs/definition-language.md, "Includes and defines"), and yields the text as

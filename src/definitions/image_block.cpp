@@ -4,38 +4,29 @@
 
 #include <utility>
 
-#include "definitions/definition_reader.h"
 #include "definitions/group_block.h"
 #include "definitions/module_block.h"
 #include "definitions/pin_block.h"
-#include "definitions/statement.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-struct LayoutBlock {
+struct ImageBlock {
   FwOutMap& map;
   StatementLines& lines;
 };
 
-void read_binary_name(LayoutBlock& block, Statement& statement) {
+void read_binary_name(ImageBlock& block, Statement& statement) {
   const auto name = statement.next_operand();
   // `binary_name` alone keeps an earlier name.
   if (!name.empty()) block.map.binary_name = name;
 }
 
-struct BinaryVersion {
-  std::string_view word;
-  std::uint32_t value;
-};
-constexpr BinaryVersion kBinaryVersions[] = {
-    {"1.5", kKelp15}, {"1.8", kKelp18}, {"2.5", kKelp25}, {"3.0", kKelp30}};
-
-void read_binary_ver(LayoutBlock& block, Statement& statement) {
+void read_binary_ver(ImageBlock& block, Statement& statement) {
   statement.next_word();
-  for (const auto& [word, value] : kBinaryVersions) {
+  for (const auto& [word, value] : kGenerations) {
     if (word == statement.word()) {
       block.map.binary_ver = value;
       return;
@@ -46,31 +37,31 @@ void read_binary_ver(LayoutBlock& block, Statement& statement) {
 }
 
 template <std::uint32_t FwOutMap::*Field>
-void read_signed(LayoutBlock& block, Statement& statement) {
+void read_signed(ImageBlock& block, Statement& statement) {
   block.map.*Field = static_cast<std::uint32_t>(statement.next_signed(16));
 }
 
-void read_hw_buf_ba(LayoutBlock& block, Statement& statement) {
+void read_hw_buf_ba(ImageBlock& block, Statement& statement) {
   block.map.hw_buf_ba = statement.next_unsigned(16);
 }
 
 // The sign is carried into the upper half: -1 means no limit.
-void read_max_data(LayoutBlock& block, Statement& statement) {
+void read_max_data(ImageBlock& block, Statement& statement) {
   block.map.max_data =
       static_cast<std::uint64_t>(std::int64_t{statement.next_signed(16)});
 }
 
-void read_dyn_mem(LayoutBlock& block, Statement& statement) {
+void read_dyn_mem(ImageBlock& block, Statement& statement) {
   auto section = std::make_unique<FwOutMap::Section>();
   section->name = statement.next_word();
   block.map.dyn_mem.push_back(std::move(section));
 }
 
-void read_ignore(LayoutBlock& block, Statement& statement) {
+void read_ignore(ImageBlock& block, Statement& statement) {
   block.map.ignore.emplace_back(statement.next_word());
 }
 
-void read_memory_class(LayoutBlock& block, Statement& statement) {
+void read_memory_class(ImageBlock& block, Statement& statement) {
   FwOutMap::MemoryClass memory;
   memory.name = statement.next_word();
   memory.base = statement.next_unsigned(16);
@@ -107,7 +98,7 @@ void log_module(const Module& module) {
       module.auto_init ? " (auto-init)" : "");
 }
 
-void open_module(LayoutBlock& block, Statement& statement) {
+void open_module(ImageBlock& block, Statement& statement) {
   auto module = std::make_unique<Module>();
   statement.next_word();
   for (const ModuleKind& kind : kModuleKinds) {
@@ -127,7 +118,7 @@ void open_module(LayoutBlock& block, Statement& statement) {
   block.map.modules.push_back(std::move(module));
 }
 
-constexpr StatementRow<LayoutBlock> kLayoutStatements[] = {
+constexpr StatementRow<ImageBlock> kImageStatements[] = {
     {"binary_name", read_binary_name},
     {"binary_ver", read_binary_ver},
     {"load_offset", read_signed<&FwOutMap::load_offset>},
@@ -147,9 +138,9 @@ void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream,
   log_detail("Reading FW Image Layout (ROM mode ", map.rom_mode ? "On" : "Off",
              ")...");
   StatementLines lines(*stream, steps);
-  LayoutBlock block{map, lines};
+  ImageBlock block{map, lines};
   read_block(BlockKind::kImage, lines, [&block](Statement& statement) {
-    if (carry_out(kLayoutStatements, block, statement)) return true;
+    if (carry_out(kImageStatements, block, statement)) return true;
     throw CfgFileError(block.lines.number(), statement.word(),
                        "Unknown parameter");
   });
@@ -164,7 +155,7 @@ std::vector<std::string_view> statement_keys(BlockKind block) {
     case BlockKind::kPin:
       return pin_keys();
     default:
-      return keys_of(kLayoutStatements);
+      return keys_of(kImageStatements);
   }
 }
 

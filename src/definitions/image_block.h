@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "definitions/statement.h"
+#include "definitions/block_reader.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {

@@ -7,7 +7,6 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "definitions/definition_reader.h"
 #include "definitions/group_block.h"
 #include "definitions/pin_block.h"
 #include "definitions/uuid/uuid.h"

@@ -2,8 +2,6 @@
 // numbers, but `channel_cfg` alone sets the bits of its "c".
 #include "definitions/pin_block.h"
 
-#include "definitions/definition_reader.h"
-
 namespace tova_fw_builder {
 
 namespace {

@@ -1,7 +1,7 @@
 // definitions/pin_block.h
 #pragma once
 
-#include "definitions/statement.h"
+#include "definitions/block_reader.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {

@@ -39,13 +39,4 @@ std::uint32_t Statement::next_unsigned(int base) {
   return parse_unsigned(next_word(), base);
 }
 
-std::string StatementLines::take() {
-  // Not counted again: it has its number.
-  if (!held_.empty()) return std::exchange(held_, {});
-  ++number_;
-  std::string line;
-  std::getline(stream_, line);
-  return line;
-}
-
 }  // namespace tova_fw_builder

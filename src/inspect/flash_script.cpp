@@ -1,6 +1,4 @@
-// Goes through a script as build_img does, with a place in place of a file. The
-// statements are tested one after the other, each once, on a current word that
-// `bin` and `size` overwrite with their operands: a line may go on.
+// Goes through a script as build_img does, with a place in place of a file.
 #include "inspect/flash_script.h"
 
 #include <algorithm>
@@ -10,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/native_path.h"
 #include "driver/ground/wire.h"
 #include "inspect/coverage.h"
+#include "tools/image_script.h"
 #include "tools/partition_table.h"
 
 namespace tova_fw_builder {
@@ -50,7 +48,7 @@ class Script {
     for (std::string_view line;
          lines.next(line) && parts_.size() < kMostParts;) {
       ++line_number_;
-      perform(line);
+      for (const auto& statement : image_statements(line)) perform(statement);
     }
     if (table_) {
       line_number_ = table_line_;
@@ -61,38 +59,37 @@ class Script {
   }
 
  private:
-  void perform(std::string_view line) {
-    line_ = LineFields(line);
-    word_ = line_.word();
-    if (word_ == "bin") append_file();
-    if (word_ == "pt") {
-      table_ = place_;
-      table_line_ = line_number_;
-    }
-    if (word_ == "offset") go_to_offset();
-    if (word_ == "dd") append_numbers(4);
-    if (word_ == "dw") append_numbers(2);
-    if (word_ == "db") append_numbers(1);
-    if (word_ == "size") append_size();
-    if (word_ == "sha") {
-      take_word();
-      append("sha", 32, word_);
+  void perform(const ImageStatement& statement) {
+    switch (statement.kind) {
+      case ImageStatement::kBin:
+        return append_file(statement);
+      case ImageStatement::kPt:
+        table_ = place_;
+        table_line_ = line_number_;
+        return;
+      case ImageStatement::kOffset:
+        return go_to_offset(statement.offset);
+      case ImageStatement::kNumbers:
+        return append_numbers(statement);
+      case ImageStatement::kSize:
+        return append_size(statement.name);
+      case ImageStatement::kSha:
+        return append("sha", 32, statement.name);
     }
   }
 
-  void take_word() {
-    const std::string_view word = line_.word();
-    if (!word.empty()) word_ = word;
-  }
-
-  void add(const char* statement, std::optional<std::uint64_t> offset,
+  void add(std::string statement, std::optional<std::uint64_t> offset,
            std::uint64_t length, std::string what) {
-    parts_.push_back(
-        {line_number_, statement, offset, length, std::move(what), {}});
+    parts_.push_back({line_number_,
+                      std::move(statement),
+                      offset,
+                      length,
+                      std::move(what),
+                      {}});
   }
 
-  void append(const char* statement, std::uint64_t length, std::string what) {
-    add(statement, place_, length, std::move(what));
+  void append(std::string statement, std::uint64_t length, std::string what) {
+    add(std::move(statement), place_, length, std::move(what));
     if (place_) *place_ += length;
   }
 
@@ -107,21 +104,17 @@ class Script {
     return std::nullopt;
   }
 
-  void append_file() {
-    take_word();
-    const std::string name = word_;
-    const auto length = length_of(name);
-    append("bin", length.value_or(0), name);
-    take_word();
-    if (word_ == "m") {
+  void append_file(const ImageStatement& statement) {
+    const auto length = length_of(statement.name);
+    append("bin", length.value_or(0), statement.name);
+    if (statement.is_marked) {
       parts_.back().is_marked = true;
       marked_.push_back(parts_.back().offset);
     }
     if (!length) place_.reset();
   }
 
-  void go_to_offset() {
-    const std::uint64_t target = line_.wide_number(16);
+  void go_to_offset(std::uint64_t target) {
     if (target >> 63 != 0) {  // build_img refuses it
       add_problem(out_, out_.length,
                   "line " + std::to_string(line_number_) +
@@ -135,30 +128,21 @@ class Script {
     place_ = target;
   }
 
-  // As build_img reads them: what is no number is passed over.
-  void append_numbers(std::size_t width) {
-    const std::string statement = word_;
+  void append_numbers(const ImageStatement& statement) {
     std::string bytes;
     std::string what;
-    while (!line_.failed() && !line_.at_end()) {
-      const std::uint32_t number = line_.number(16);
-      if (line_.failed()) {
-        line_.clear();
-        line_.word();
-        continue;
-      }
+    for (const std::uint32_t number : statement.numbers) {
       const Le32 wire = number;
-      bytes.append(reinterpret_cast<const char*>(&wire), width);
+      bytes.append(reinterpret_cast<const char*>(&wire), statement.width);
       add_name(what, number_text(number, kHex));
     }
-    append(statement.c_str(), bytes.size(), std::move(what));
+    append(statement.word, bytes.size(), std::move(what));
     parts_.back().expected = std::move(bytes);
   }
 
-  void append_size() {
-    take_word();
-    const auto length = length_of(word_);
-    append("size", 4, word_);
+  void append_size(const std::string& name) {
+    const auto length = length_of(name);
+    append("size", 4, name);
     if (!length) return;
     const Le32 wire = static_cast<std::uint32_t>(*length);
     parts_.back().expected.assign(reinterpret_cast<const char*>(&wire), 4);
@@ -182,8 +166,6 @@ class Script {
   std::optional<std::uint64_t> table_;
   std::uint64_t table_line_ = 0;
   std::uint64_t line_number_ = 0;
-  LineFields line_;
-  std::string word_;
   std::vector<Part> parts_;
   std::vector<std::optional<std::uint64_t>> marked_;
 };

@@ -14,7 +14,8 @@
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "layout/kelp15_addons.h"
-#include "layout/segment.h"
+#include "layout/records/addon_file.h"
+#include "layout/section_group.h"
 
 namespace tova_fw_builder {
 
@@ -201,7 +202,8 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
       writer.write_module(*module, stream);
       continue;
     }
-    const std::string addon_path = path + addon_file_suffix(*module);
+    const std::string addon_path =
+        path + addon_file_suffix(module->uuid.text());
     log_info("kELP1.5: Creating pkg addon module ", addon_path);
     std::ofstream addon = open_output(addon_path);
     writer.write_module(*module, addon);

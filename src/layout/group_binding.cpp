@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "driver/ground/log.h"
-#include "layout/segment.h"
+#include "layout/section_group.h"
 
 namespace tova_fw_builder {
 

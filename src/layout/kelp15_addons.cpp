@@ -2,7 +2,7 @@
 // all files, as if they stood one behind the other.
 #include "layout/kelp15_addons.h"
 
-#include "layout/segment.h"
+#include "layout/section_group.h"
 
 namespace tova_fw_builder {
 
@@ -11,10 +11,6 @@ bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module) {
   return map.binary_ver == kKelp15 &&
          module.module_kind != FwOutMap::Module::kBase &&
          module.module_kind != FwOutMap::Module::kLibrary;
-}
-
-std::string addon_file_suffix(const FwOutMap::Module& module) {
-  return "_" + module.uuid.text() + ".bin";
 }
 
 std::uint32_t file_base_step(const FwOutMap& map,

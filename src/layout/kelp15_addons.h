@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "layout/records/out_map.h"
 
@@ -12,10 +11,6 @@ namespace tova_fw_builder {
 
 // Whether the module goes to a file of its own. False in other generations.
 bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module);
-
-// What the file's name has behind the binary's path: "_", the module's UUID
-// text and ".bin". Package descriptors list it in every generation.
-std::string addon_file_suffix(const FwOutMap::Module& module);
 
 // How far the base of file offsets moves on behind the module, since those of
 // the next one begin at zero in its own file. 0 in other generations.

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "driver/ground/log.h"
-#include "layout/segment.h"
+#include "layout/section_group.h"
 
 namespace tova_fw_builder {
 

@@ -7,7 +7,7 @@
 
 #include "driver/ground/log.h"
 #include "layout/group_binding.h"
-#include "layout/segment.h"
+#include "layout/section_group.h"
 
 namespace tova_fw_builder {
 

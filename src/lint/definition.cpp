@@ -69,7 +69,7 @@ std::unique_ptr<std::iostream> text_of(const SourceMap& source) {
 }
 
 // The number ahead of it is that of a text that nobody has.
-std::string without_line_number(std::string text, std::uint64_t line) {
+std::string without_line_number(const std::string& text, std::uint64_t line) {
   const std::string number = std::to_string(line) + ": ";
   return text.starts_with(number) ? text.substr(number.size()) : text;
 }

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "definitions/block_reader.h"
 #include "definitions/source_map.h"
-#include "definitions/statement.h"
 #include "layout/build_core.h"
 #include "layout/records/out_map.h"
 #include "lint/findings.h"

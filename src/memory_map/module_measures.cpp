@@ -2,7 +2,7 @@
 // addresses, by which the image is laid out.
 #include <algorithm>
 
-#include "layout/segment.h"
+#include "layout/section_group.h"
 #include "memory_map/address_coverage.h"
 #include "memory_map/measures.h"
 

@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "driver/ground/byte_dump.h"
+#include "driver/ground/c_array.h"
 #include "driver/ground/files.h"
 
 namespace tova_fw_builder {

@@ -1,7 +1,4 @@
-// The command `build_img`. The statements are tested one after the other, each
-// once, on a current word that `bin` and `size` overwrite with their operands.
-// So a `bin` line may go on with another statement ("bin a.bin offset 1000"),
-// and a file named like a later keyword acts as that keyword.
+// The command `build_img`.
 #include "tools/build_img_command.h"
 
 #include <algorithm>
@@ -15,12 +12,12 @@
 #include "crypto/sha_hash.h"
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/files.h"
-#include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
 #include "driver/ground/native_path.h"
 #include "driver/ground/stream_digest.h"
 #include "driver/ground/wire.h"
+#include "tools/image_script.h"
 #include "tools/partition_table.h"
 
 namespace tova_fw_builder {
@@ -34,16 +31,7 @@ struct Run {
   std::ofstream out;
   PartitionTable table = {};
   std::optional<std::streamoff> table_position = {};
-  LineFields line = {};
-  std::string word = {};  // the current word
 };
-
-// Makes the next word of the line the current one; it stays if none is left, so
-// `bin` alone asks for a file called bin.
-void take_word(Run& run) {
-  const std::string_view word = run.line.word();
-  if (!word.empty()) run.word = word;
-}
 
 struct InputFile {
   std::unique_ptr<std::istream> stream;
@@ -83,18 +71,15 @@ void append_from_itself(std::istream& in, std::uint64_t length,
   out.seekp(static_cast<std::streamoff>(start + length));
 }
 
-void append_file(Run& run) {
-  take_word(run);
-  const std::string name = run.word;
-  const InputFile file = open_deployed(run, name);
-  log_info("Appending ", name, " size = ", file.length);
-  take_word(run);
-  if (run.word == "m") record_position(run);
+void append_file(Run& run, const ImageStatement& statement) {
+  const InputFile file = open_deployed(run, statement.name);
+  log_info("Appending ", statement.name, " size = ", file.length);
+  if (statement.is_marked) record_position(run);
   std::error_code ignored;
   // Only an overlap does harm: an input that ends at the position or ahead of
   // it is copied like any other.
   if (position_of(run.out) < file.length &&
-      std::filesystem::equivalent(native_path(run.deploy_dir + name),
+      std::filesystem::equivalent(native_path(run.deploy_dir + statement.name),
                                   native_path(run.out_file), ignored)) {
     append_from_itself(*file.stream, file.length, run.out);
   } else {
@@ -128,8 +113,8 @@ void pad(Run& run, std::uint64_t position, std::uint64_t target) {
   if (!run.out) refuse_offset(target);
 }
 
-void go_to_offset(Run& run) {
-  const std::uint64_t target = run.line.wide_number(16);
+void go_to_offset(Run& run, const ImageStatement& statement) {
+  const std::uint64_t target = statement.offset;
   // A cast would make it a position ahead of the start.
   if (target > std::numeric_limits<std::streamoff>::max()) {
     refuse_offset(target);
@@ -143,65 +128,46 @@ void go_to_offset(Run& run) {
   run.out.seekp(static_cast<std::streamoff>(target));
 }
 
-// Words that can't be read as numbers are passed over. What the failed read
-// has consumed stays consumed, so behind "0x" or a number that is too large it
-// is the next word that goes.
-void append_numbers(Run& run, std::streamsize width) {
-  while (!run.line.failed() && !run.line.at_end()) {
-    const std::uint32_t number = run.line.number(16);
-    if (!run.line.failed()) {
-      log_info("Appending ", run.word, " 0x", std::hex, number);
-      // The low byte comes first, so the shorter forms are the start of this
-      // one.
-      const Le32 bytes = number;
-      run.out.write(reinterpret_cast<const char*>(&bytes), width);
-    } else {
-      run.line.clear();
-      run.line.word();
-    }
+void append_numbers(Run& run, const ImageStatement& statement) {
+  for (const std::uint32_t number : statement.numbers) {
+    log_info("Appending ", statement.word, " 0x", std::hex, number);
+    // The low byte comes first, so the shorter forms are the start of this one.
+    const Le32 bytes = number;
+    run.out.write(reinterpret_cast<const char*>(&bytes), statement.width);
   }
 }
 
-void append_size(Run& run) {
-  take_word(run);
-  const InputFile file = open_deployed(run, run.word);
-  log_info("Appending size of ", run.word, " = ", std::hex, file.length);
+void append_size(Run& run, const ImageStatement& statement) {
+  const InputFile file = open_deployed(run, statement.name);
+  log_info("Appending size of ", statement.name, " = ", std::hex, file.length);
   write_record(run.out, Le32(static_cast<std::uint32_t>(file.length)));
 }
 
-void append_hash(Run& run) {
-  take_word(run);
-  const InputFile file = open_deployed(run, run.word);
+void append_hash(Run& run, const ImageStatement& statement) {
+  const InputFile file = open_deployed(run, statement.name);
   const auto digest = stream_digest<Sha256Hash>(*file.stream, file.length);
-  log_info("Appending hash of ", run.word, " = ",
+  log_info("Appending hash of ", statement.name, " = ",
            ByteDump{digest.data(), digest.size(), "sha256"});
   write_record(run.out, digest);
 }
 
-struct Keyword {
-  const char* word;
-  void (*perform)(Run&);
-};
-
-// The order is that of the tests; users rely on it.
-constexpr Keyword kKeywords[] = {
-    {"bin", append_file},
-    // The last one counts. It leaves no room, as the next line is as a rule an
-    // `offset` that does.
-    {"pt", [](Run& run) { run.table_position = run.out.tellp(); }},
-    {"offset", go_to_offset},
-    {"dd", [](Run& run) { append_numbers(run, 4); }},
-    {"dw", [](Run& run) { append_numbers(run, 2); }},
-    {"db", [](Run& run) { append_numbers(run, 1); }},
-    {"size", append_size},
-    {"sha", append_hash},
-};
-
-void perform_line(Run& run, std::string_view text) {
-  run.line = LineFields(text);
-  run.word = run.line.word();
-  for (const Keyword& keyword : kKeywords) {
-    if (run.word == keyword.word) keyword.perform(run);
+void perform(Run& run, const ImageStatement& statement) {
+  switch (statement.kind) {
+    case ImageStatement::kBin:
+      return append_file(run, statement);
+    case ImageStatement::kPt:
+      // The last one counts. It leaves no room, as the next line is as a rule
+      // an `offset` that does.
+      run.table_position = run.out.tellp();
+      return;
+    case ImageStatement::kOffset:
+      return go_to_offset(run, statement);
+    case ImageStatement::kNumbers:
+      return append_numbers(run, statement);
+    case ImageStatement::kSize:
+      return append_size(run, statement);
+    case ImageStatement::kSha:
+      return append_hash(run, statement);
   }
 }
 
@@ -224,7 +190,11 @@ void run_image_script(std::istream& script, const std::string& deploy_dir,
   Run run{deploy_dir, out_file, open_output(out_file)};
   LineReader lines(script);
   std::string_view line;
-  while (lines.next(line)) perform_line(run, line);
+  while (lines.next(line)) {
+    for (const auto& statement : image_statements(line)) {
+      perform(run, statement);
+    }
+  }
   // Only now are all positions known.
   if (run.table_position) {
     run.out.seekp(*run.table_position);

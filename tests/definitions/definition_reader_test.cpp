@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "definitions/block_reader.h"
 #include "definitions/image_block.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"

@@ -1,73 +1,17 @@
-// Printing of byte arrays. The digits come from a table and rows are gathered
-// in a small buffer: formatted stream output costs some fifty times as much,
-// which shows on files of many megabytes.
 #include "driver/ground/byte_dump.h"
-
-#include <algorithm>
-#include <array>
 
 namespace tova_fw_builder {
 
-namespace {
-
-constexpr char kDigits[] = "0123456789abcdef";
-
-void write_plain(std::ostream& out, const ByteDump& dump, std::size_t length) {
+std::ostream& operator<<(std::ostream& out, const ByteDump& dump) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  const std::size_t length = dump.data == nullptr ? 0 : dump.length;
   out << dump.label << '\n' << dump.indent;
   for (std::size_t i = 0; i < length; ++i) {
     const std::uint8_t byte = dump.data[i];
     out << kDigits[byte >> 4] << kDigits[byte & 15] << ' ';
     if ((i + 1) % 16 == 0) out << '\n' << dump.indent;
   }
-}
-
-}  // namespace
-
-std::ostream& operator<<(std::ostream& out, const ByteDump& dump) {
-  const std::size_t length = dump.data == nullptr ? 0 : dump.length;
-  if (dump.c_array) {
-    write_c_array_head(out, dump.label, length);
-    write_c_array_bytes(out, {dump.data, length}, 0, length);
-    write_c_array_tail(out);
-  } else {
-    write_plain(out, dump, length);
-  }
   return out;
 }
-
-void write_c_array_head(std::ostream& out, std::string_view label,
-                        std::uint64_t length) {
-  out << "unsigned char " << label << '[' << std::dec << length << "] = { \n";
-}
-
-void write_c_array_bytes(std::ostream& out, std::span<const std::uint8_t> bytes,
-                         std::uint64_t first, std::uint64_t length) {
-  constexpr std::size_t kLongestItem = 6;  // "0x00, "
-  std::array<char, 4096 * kLongestItem> text;
-  while (!bytes.empty()) {
-    const auto piece = bytes.first(std::min<std::size_t>(bytes.size(), 4096));
-    char* end = text.data();
-    for (const std::uint8_t byte : piece) {
-      ++first;
-      *end++ = '0';
-      *end++ = 'x';
-      *end++ = kDigits[byte >> 4];
-      *end++ = kDigits[byte & 15];
-      if (first % 8 != 0) {
-        *end++ = ',';
-        *end++ = ' ';
-      } else {
-        // Only a full row drops its last comma; files of users are kept to the
-        // letter.
-        if (first != length) *end++ = ',';
-        *end++ = '\n';
-      }
-    }
-    out.write(text.data(), end - text.data());
-    bytes = bytes.subspan(piece.size());
-  }
-}
-
-void write_c_array_tail(std::ostream& out) { out << "};"; }
 
 }  // namespace tova_fw_builder

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "definitions/uuid/uuid.h"
@@ -25,6 +26,14 @@ inline constexpr std::uint32_t kKelp15 = 0x10005;
 inline constexpr std::uint32_t kKelp18 = 0x10008;
 inline constexpr std::uint32_t kKelp25 = 0x20005;
 inline constexpr std::uint32_t kKelp30 = 0x30000;
+
+// Their words in definitions.
+struct GenerationWord {
+  std::string_view word;
+  std::uint32_t binary_ver;
+};
+inline constexpr GenerationWord kGenerations[] = {
+    {"1.5", kKelp15}, {"1.8", kKelp18}, {"2.5", kKelp25}, {"3.0", kKelp30}};
 
 // Whether addon modules stand in the binary, as from 1.8 on; in 1.5 each has a
 // file of its own. False for unknown generations, too.

@@ -3,7 +3,7 @@
 #include "signing/keys/public_key_hash.h"
 
 #include "crypto/sha_hash.h"
-#include "driver/ground/byte_dump.h"
+#include "driver/ground/c_array.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -18,8 +18,8 @@ PublicKeyHash digest_public_key(const KeyMaterial& key) {
 
 void log_public_key_hash(int level, const char* lead,
                          const PublicKeyHash& hash) {
-  log_line(level, lead, "Public key hash: \n",
-           ByteDump{hash.data(), hash.size(), "pub_key_hash", true}, '\n');
+  log_line(level, lead, "Public key hash: \n", CArray{"pub_key_hash", hash},
+           '\n');
 }
 
 void public_key_hash(const KeyMaterial& key) {

@@ -6,7 +6,7 @@
 
 #include "driver/ground/files.h"
 #include "driver/ground/version.h"
-#include "layout/kelp15_addons.h"
+#include "layout/records/addon_file.h"
 #include "tools/package_descriptor/build_stamp.h"
 
 namespace tova_fw_builder {
@@ -45,7 +45,7 @@ void write_files(std::ostream& out, const FwOutMap& map,
     // In every generation, though 1.5 alone writes addons to files of their
     // own.
     if (module->module_kind != FwOutMap::Module::kAddon) continue;
-    out << "bin " << path << addon_file_suffix(*module) << " '"
+    out << "bin " << path << addon_file_suffix(module->uuid.text()) << " '"
         << module->display_name << "' ver. " << module->version << '\n';
   }
 }

@@ -1,6 +1,6 @@
-// Facts of segments. Most of them are asked of groups that are not bound or
-// sorted yet, too: what has no header has the highest address there is.
-#include "layout/segment.h"
+// Most of these are asked of groups that are not bound or sorted yet, too: what
+// has no header has the highest address there is.
+#include "layout/section_group.h"
 
 #include <algorithm>
 #include <limits>

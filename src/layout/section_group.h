@@ -1,4 +1,4 @@
-// layout/segment.h
+// layout/section_group.h
 // What can be asked of a group of sections as the run of memory that it makes.
 #pragma once
 
