@@ -5,6 +5,7 @@
 #   companion  compile the companion tova_fw, too
 #   test   build and run the tests
 #   check  the further checks of .ci/run
+#   cache  not compile the same twice
 #   coverage  measure what the tests reach
 #   bench  run the benchmarks
 #   sample compile the sample firmware
@@ -77,6 +78,9 @@ for work in "$@"; do
       need chromium has_command chromium
       need chromium-driver has_command chromedriver
       need python3-selenium /usr/bin/python3 -c 'import selenium'
+      ;;
+    cache)
+      need ccache has_command ccache
       ;;
     coverage)
       need clang has_command clang++
