@@ -3,11 +3,10 @@
 # What the CMake module does with the companion tova_fw beside checking images:
 # lint ahead of it, the memory map and its budgets, the tables of the ELFs.
 set -euo pipefail
+# shellcheck source=tests/install/installed_sample.sh
+source "$(dirname "$0")/installed_sample.sh"
 
 build_dir=$1
-sample=$(realpath "$(dirname "$0")/../../examples/audio_firmware")
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cmake --install "$build_dir" --prefix "$work/prefix" >"$work/log"
 if [[ ! -x $work/prefix/bin/tova_fw ]]; then
   echo 'There is no companion in this build'
@@ -15,15 +14,6 @@ if [[ ! -x $work/prefix/bin/tova_fw ]]; then
 fi
 image=$work/build/image/image
 cp -r "$sample"/{definitions,keys,linked,src} "$work"
-
-die() {
-  echo "FAILED ($generator): $1" >&2
-  tail -n 40 "$work/log" >&2
-  exit 1
-}
-told() {  # told TEXT: the log says so, wherever its lines are wrapped
-  tr -s ' \n' ' ' <"$work/log" | grep -qF -- "$1" || die "not told: $1"
-}
 
 cat >"$work/CMakeLists.txt" <<'CMAKE'
 cmake_minimum_required(VERSION 3.20)

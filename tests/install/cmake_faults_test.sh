@@ -4,25 +4,15 @@
 # fault is planted in the sample and its message looked for. Also how the module
 # is found from a sysroot, and how it builds several configurations.
 set -euo pipefail
+# shellcheck source=tests/install/installed_sample.sh
+source "$(dirname "$0")/installed_sample.sh"
 
 build_dir=$1
-sample=$(realpath "$(dirname "$0")/../../examples/audio_firmware")
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cmake --install "$build_dir" --prefix "$work/native/usr" >"$work/log"
 tool=$work/native/usr/bin/tova_fw_builder
 module=$work/native/usr/share/cmake/TovaFwBuilder
 image=$work/build/image/image
 cp -r "$sample"/{definitions,keys,linked,src} "$work"
-
-die() {
-  echo "FAILED: $1" >&2
-  tail -n 40 "$work/log" >&2
-  exit 1
-}
-told() {  # told TEXT: the log says so, wherever its lines are wrapped
-  tr -s ' \n' ' ' <"$work/log" | grep -qF -- "$1" || die "not told: $1"
-}
 
 # Of a keyword that is given twice the second value counts.
 cat >"$work/CMakeLists.txt" <<'CMAKE'

@@ -3,23 +3,13 @@
 # Packages and flash images by the CMake module: what is in them, when they are
 # made anew, and what is refused.
 set -euo pipefail
+# shellcheck source=tests/install/installed_sample.sh
+source "$(dirname "$0")/installed_sample.sh"
 
 build_dir=$1
-sample=$(realpath "$(dirname "$0")/../../examples/audio_firmware")
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cmake --install "$build_dir" --prefix "$work/prefix" >"$work/log"
 tool=$work/prefix/bin/tova_fw_builder
 cp -r "$sample"/{definitions,keys,linked,src,flash.script} "$work"
-
-die() {
-  echo "FAILED ($generator): $1" >&2
-  tail -n 40 "$work/log" >&2
-  exit 1
-}
-told() {  # told TEXT: the log says so, wherever its lines are wrapped
-  tr -s ' \n' ' ' <"$work/log" | grep -qF -- "$1" || die "not told: $1"
-}
 
 cat >"$work/CMakeLists.txt" <<'CMAKE'
 cmake_minimum_required(VERSION 3.20)

@@ -5,19 +5,12 @@
 # use it are built anew, after none nothing is; a failed run and a full disk
 # fail the build and leave no partial file.
 set -euo pipefail
+# shellcheck source=tests/install/installed_sample.sh
+source "$(dirname "$0")/installed_sample.sh"
 
 build_dir=$1
 generator=$2
-sample=$(realpath "$(dirname "$0")/../../examples/audio_firmware")
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 cmake --install "$build_dir" --prefix "$work/prefix" >"$work/install.log"
-
-die() {
-  echo "FAILED ($generator): $1" >&2
-  tail -n 40 "$work/log" >&2
-  exit 1
-}
 
 # Two copies of the sample, of which neither shares a file with the other.
 for image in one two; do
