@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "inspect/field.h"
+#include "companion/ground/message_text.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -19,8 +19,7 @@ std::string address_text(std::uint32_t address) {
 // "NAME+0x4c"; of a file "NAME@0x4c".
 std::string offset_text(const NamedOffset& place, char between) {
   if (place.name.empty()) return "-";
-  return printable(place.name) + between +
-         number_text(place.offset, Field::Radix::kHex);
+  return printable(place.name) + between + hex_number(place.offset);
 }
 
 void add(Json& json, const char* name, const char* offset_name,

@@ -12,6 +12,7 @@
 
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
+#include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_store.h"

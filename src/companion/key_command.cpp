@@ -10,11 +10,11 @@
 
 #include "companion/ground/byte_text.h"
 #include "companion/ground/json.h"
+#include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_input.h"
-#include "inspect/field.h"
 #include "outside_keys/any_key.h"
 #include "outside_keys/outside_key.h"
 #include "signing/keys/key_file.h"

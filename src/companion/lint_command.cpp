@@ -1,21 +1,19 @@
-// Reading definitions moves the working directory, so each name of the command
-// line is made absolute first.
+// The command `lint`: what a finding costs, and the forms of the answer.
 #include "companion/lint_command.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
 #include "lint/lint.h"
 #include "lint/report_json.h"
 #include "lint/report_text.h"
@@ -25,11 +23,7 @@ namespace tova_fw_builder {
 namespace {
 
 struct Options {
-  std::string definition;
-  std::string header;
-  std::string elf_list;
-  std::string key_list;
-  std::string default_dir = ".";
+  BuilderInputNames inputs;
   std::vector<std::string> disabled;
   std::string sarif;
   bool strict = false;
@@ -37,26 +31,6 @@ struct Options {
   bool list_rules = false;
   ColourWhen colour = ColourWhen::kAuto;
 };
-
-std::string absolute(const std::string& path) {
-  return path.empty() ? path
-                      : path_text(std::filesystem::absolute(native_path(path)));
-}
-
-BuildInputs build_inputs(const Options& options) {
-  BuildInputs inputs;
-  inputs.elf_list_path = absolute(options.elf_list);
-  inputs.key_list_path = absolute(options.key_list);
-  inputs.default_dir = absolute(options.default_dir);
-  // One that isn't here is searched in the default directory by its name.
-  inputs.image_def_path = try_open_input(options.definition)->is_open()
-                              ? absolute(options.definition)
-                              : options.definition;
-  if (!options.header.empty()) {
-    inputs.module_config_path = absolute(options.header);
-  }
-  return inputs;
-}
 
 Status list_rules() {
   for (const Rule& rule : rules()) {
@@ -76,17 +50,17 @@ Status status_of(const LintReport& report, bool strict) {
 
 Status lint_definition(const Options& options) {
   if (options.list_rules) return list_rules();
-  if (options.definition.empty()) {
+  if (options.inputs.definition.empty()) {
     throw CLI::RequiredError("DEFINITION");
   }
   for (const std::string& name : options.disabled) check_rule_name(name);
   const std::string folder = current_directory();
-  const std::string sarif_path = absolute(options.sarif);
+  const std::string sarif_path = absolute_path(options.sarif);
   LintReport report;
   try {
-    report = lint({build_inputs(options), options.disabled});
+    report = lint({builder_inputs(options.inputs), options.disabled});
   } catch (const std::exception& error) {
-    report_trouble(options.definition, error.what());
+    report_trouble(options.inputs.definition, error.what());
     return Status::kTrouble;
   }
   Status status = status_of(report, options.strict);
@@ -112,26 +86,26 @@ Status lint_definition(const Options& options) {
   return status;
 }
 
-void add_inputs(CLI::App& command, Options& options) {
-  command.add_option("DEFINITION", options.definition, "The image definition")
+void add_inputs(CLI::App& command, BuilderInputNames& names) {
+  command.add_option("DEFINITION", names.definition, "The image definition")
       ->type_name("");
   command
-      .add_option("--header", options.header,
+      .add_option("--header", names.header,
                   "The header of constants; without it each one is taken as "
                   "given")
       ->type_name("FILE");
   command
-      .add_option("--elf-list", options.elf_list,
+      .add_option("--elf-list", names.elf_list,
                   "The list of ELFs, for the rules about sections, addresses "
                   "and symbols")
       ->type_name("FILE");
   command
-      .add_option("--key-list", options.key_list,
+      .add_option("--key-list", names.key_list,
                   "The list of trusted keys; without it their store is taken "
                   "as given")
       ->type_name("FILE");
   command
-      .add_option("--default-dir", options.default_dir,
+      .add_option("--default-dir", names.default_dir,
                   "Where definitions are searched second; else here")
       ->type_name("DIR");
 }
@@ -142,7 +116,7 @@ void add_lint_command(CLI::App& program, Status& status) {
   CLI::App* command = program.add_subcommand(
       "lint", "Find what is wrong in an image definition");
   const auto options = std::make_shared<Options>();
-  add_inputs(*command, *options);
+  add_inputs(*command, options->inputs);
   command
       ->add_option("--disable", options->disabled,
                    "Leave out a rule; may be given more than once")

@@ -1,23 +1,20 @@
-// Reading definitions moves the working directory, so each name of the command
-// line is made absolute first. What the ELF list and the key list name is left
-// as it is: the builder, too, looks for it from the definition's folder.
+// The command `map`: what it is to show, and where the answer goes.
 #include "companion/map_command.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
 #include "layout/build_core.h"
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"
@@ -31,11 +28,7 @@ namespace tova_fw_builder {
 namespace {
 
 struct Options {
-  std::string definition;
-  std::string header;
-  std::string elf_list;
-  std::string key_list;
-  std::string default_dir = ".";
+  BuilderInputNames inputs;
   std::string json;
   std::string html;
   std::string baseline;
@@ -43,29 +36,6 @@ struct Options {
   bool is_long = false;
   ColourWhen colour = ColourWhen::kAuto;
 };
-
-std::string absolute(const std::string& path) {
-  return path.empty() ? path
-                      : path_text(std::filesystem::absolute(native_path(path)));
-}
-
-// A definition that isn't here is searched in the default directory by the
-// name as it was given.
-std::string definition_path(const std::string& name) {
-  return try_open_input(name)->is_open() ? absolute(name) : name;
-}
-
-BuildInputs build_inputs(const Options& options) {
-  BuildInputs inputs;
-  inputs.elf_list_path = absolute(options.elf_list);
-  inputs.key_list_path = absolute(options.key_list);
-  inputs.default_dir = absolute(options.default_dir);
-  inputs.image_def_path = definition_path(options.definition);
-  if (!options.header.empty()) {
-    inputs.module_config_path = absolute(options.header);
-  }
-  return inputs;
-}
 
 // Does a step with the file that it reads or writes, whose trouble it is.
 // Yields whether all went well.
@@ -93,7 +63,7 @@ struct Answer {
 // A file as it was named, and where it is wherever one goes.
 struct Output {
   std::string name;
-  std::string path = absolute(name);
+  std::string path = absolute_path(name);
 
   bool is_wanted() const { return !name.empty(); }
   bool is_printed() const { return name == "-" || name == "/dev/stdout"; }
@@ -150,7 +120,7 @@ Status show_map(const Options& options) {
   if (outputs.json.is_printed() && outputs.html.is_printed()) {
     throw CLI::ValidationError("--json and --html can't both be printed");
   }
-  const BuildInputs inputs = build_inputs(options);
+  const BuildInputs inputs = builder_inputs(options.inputs);
 
   std::optional<MapSizes> before;
   if (!options.baseline.empty() && !with_file(options.baseline, [&] {
@@ -159,7 +129,7 @@ Status show_map(const Options& options) {
     return Status::kTrouble;
   }
   Answer answer;
-  if (!with_file(options.definition, [&] {
+  if (!with_file(options.inputs.definition, [&] {
         const BoundMap bound = bind_out_map(inputs);
         answer.map = measure_memory(*bound.out_map, bound.elfs);
         answer.budgets = check_budgets(answer.map, budgets);
@@ -173,24 +143,23 @@ Status show_map(const Options& options) {
              : Status::kTrouble;
 }
 
-void add_inputs(CLI::App& command, Options& options) {
-  command
-      .add_option("--definition", options.definition, "The image definition")
+void add_inputs(CLI::App& command, BuilderInputNames& names) {
+  command.add_option("--definition", names.definition, "The image definition")
       ->required()
       ->type_name("FILE");
   command
-      .add_option("--header", options.header,
+      .add_option("--header", names.header,
                   "The header of constants, if the definition uses one")
       ->type_name("FILE");
-  command.add_option("--elf-list", options.elf_list, "The list of ELFs")
+  command.add_option("--elf-list", names.elf_list, "The list of ELFs")
       ->required()
       ->type_name("FILE");
   command
-      .add_option("--key-list", options.key_list,
+      .add_option("--key-list", names.key_list,
                   "The list of trusted keys, if the image has a store of them")
       ->type_name("FILE");
   command
-      .add_option("--default-dir", options.default_dir,
+      .add_option("--default-dir", names.default_dir,
                   "Where definitions are searched second; else here")
       ->type_name("DIR");
 }
@@ -201,7 +170,7 @@ void add_map_command(CLI::App& program, Status& status) {
   CLI::App* command =
       program.add_subcommand("map", "Show where the memory of an image goes");
   const auto options = std::make_shared<Options>();
-  add_inputs(*command, *options);
+  add_inputs(*command, options->inputs);
   command
       ->add_option("--json", options->json,
                    "Write one JSON document instead of the tables; - prints it")

@@ -11,6 +11,8 @@
 
 #include "companion/choice.h"
 #include "companion/colour_option.h"
+#include "companion/ground/byte_text.h"
+#include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
@@ -37,8 +39,7 @@ struct Options {
 void print_json(const std::string& path, const ByteSource& source,
                 const Inspected& inspected, bool bytes) {
   const auto digest = sha256_of(source);
-  const std::string digest_text =
-      hex_text({reinterpret_cast<const char*>(digest.data()), digest.size()});
+  const std::string digest_text = hexadecimal(digest);
   constexpr std::size_t kIndent = 6;
   std::cout << "    {\n";
   for (const Field& head :

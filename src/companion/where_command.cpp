@@ -46,12 +46,12 @@ Words sort_words(const std::vector<std::string>& all) {
   for (const std::string& word : all) {
     std::error_code error;
     const auto address = parse_address(word);
-    const bool is_prefixed = word.starts_with("0x") || word.starts_with("0X");
+    // A file may be named like a number without a prefix.
+    const bool may_be_file = !word.starts_with("0x") && !word.starts_with("0X");
     if (word == "-") {
       words.questions.emplace_back();
-    } else if (address && is_prefixed) {
-      words.questions.emplace_back(address);
-    } else if (std::filesystem::exists(native_path(word), error)) {
+    } else if ((!address || may_be_file) &&
+               std::filesystem::exists(native_path(word), error)) {
       words.files.push_back(word);
     } else if (address) {
       words.questions.emplace_back(address);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
 #include "inspect/binary_tables.h"
 #include "inspect/decoders.h"

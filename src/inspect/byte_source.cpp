@@ -105,16 +105,4 @@ std::array<std::uint8_t, 32> sha256_of(const ByteSource& source) {
   return digest;
 }
 
-std::string hex_text(std::string_view bytes) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  std::string text;
-  text.reserve(2 * bytes.size());
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0xF];
-  }
-  return text;
-}
-
 }  // namespace tova_fw_builder

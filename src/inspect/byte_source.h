@@ -61,7 +61,4 @@ Record record_at(const ByteSource& source, std::uint64_t offset) {
 // SHA-256 of the whole file, as 32 bytes.
 std::array<std::uint8_t, 32> sha256_of(const ByteSource& source);
 
-// Bytes as lower-case hexadecimal digits.
-std::string hex_text(std::string_view bytes);
-
 }  // namespace tova_fw_builder

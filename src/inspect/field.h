@@ -1,6 +1,6 @@
 // inspect/field.h
-// What is in a file, as a tree. Decoders fill it; text, JSON, the list of
-// bytes, comparing and checking work on it and know no format.
+// What is in a file, as a tree. Decoders fill it; text, JSON and the list of
+// bytes know no format, and comparing and checking know names of fields alone.
 #pragma once
 
 #include <cstdint>
@@ -101,9 +101,6 @@ std::string member_path(const std::string& parent, const Field& member,
 // The value for people, on one line and safe on a terminal: numbers in their
 // radix, "yes" and "no", "-" for nothing and for no names.
 std::string value_text(const Field& field);
-
-// Text with everything that isn't printable as \xNN; UTF-8 is printable.
-std::string printable(std::string_view text);
 
 std::string number_text(std::uint64_t number, Field::Radix radix);
 

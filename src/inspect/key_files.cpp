@@ -3,6 +3,7 @@
 // may be part of a private one.
 #include <algorithm>
 
+#include "companion/ground/byte_text.h"
 #include "crypto/sha_hash.h"
 #include "inspect/decoders.h"
 
@@ -56,7 +57,7 @@ std::string key_hash(std::string modulus, std::string exponent) {
                   bytes.size());
   std::array<char, 32> digest{};
   hash.final(reinterpret_cast<std::uint8_t*>(digest.data()));
-  return hex_text({digest.data(), digest.size()});
+  return hexadecimal({digest.data(), digest.size()});
 }
 
 // Goes through a file piece by piece.
@@ -112,7 +113,7 @@ class KeyDecoder {
       field.shown = kBytes;
     } else if (text_matches_ && stands(text_behind, at_ + length)) {
       const std::string bytes = source_.bytes(at_, length);
-      field.text = hex_text(bytes);
+      field.text = hexadecimal(bytes);
       (piece.number == "modulus" ? modulus_ : exponent_) = bytes;
     } else {
       field.kind = Field::Kind::kNothing;

@@ -4,6 +4,7 @@
 // one is cut there.
 #include <algorithm>
 
+#include "companion/ground/byte_text.h"
 #include "crypto/sha_hash.h"
 #include "image/records/css_part.h"
 #include "inspect/binary_tables.h"
@@ -90,7 +91,7 @@ std::string key_hash(const CssPart& part) {
   hash.update(part.exponent.data(), part.exponent.size());
   std::array<char, 32> digest{};
   hash.final(reinterpret_cast<std::uint8_t*>(digest.data()));
-  return hex_text({digest.data(), digest.size()});
+  return hexadecimal({digest.data(), digest.size()});
 }
 
 // Adds key and signature; yields whether there are any.

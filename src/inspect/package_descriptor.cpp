@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 
+#include "companion/ground/message_text.h"
 #include "driver/ground/numbers.h"
 #include "inspect/dates.h"
 #include "inspect/decoders.h"

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "companion/ground/byte_text.h"
 #include "driver/ground/wire.h"
 #include "inspect/byte_source.h"
 #include "inspect/field.h"
@@ -58,7 +59,8 @@ class RecordFields {
   template <std::size_t N>
   Field hex(std::string_view name,
             const std::array<std::uint8_t, N>& member) const {
-    return at(text_field(name, hex_text(characters(member))), place(member), N);
+    return at(text_field(name, hexadecimal(characters(member))), place(member),
+              N);
   }
 
   // The same from the last byte to the first: numbers as people read them.
@@ -67,7 +69,7 @@ class RecordFields {
                      std::array<std::uint8_t, N> const& member) const {
     std::string bytes(characters(member));
     std::reverse(bytes.begin(), bytes.end());
-    return at(text_field(name, hex_text(bytes)), place(member), N);
+    return at(text_field(name, hexadecimal(bytes)), place(member), N);
   }
 
   template <typename Member>
@@ -77,7 +79,7 @@ class RecordFields {
     Field field = shown(text_field(name, ""), Field::Shown::kBytes);
     field.kind = Field::Kind::kReserved;
     if (bytes.find_first_not_of('\0') != bytes.npos) {
-      field.text = hex_text(bytes);
+      field.text = hexadecimal(bytes);
     }
     return at(std::move(field), place(member), sizeof(Member));
   }

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "companion/ground/message_text.h"
+
 namespace tova_fw_builder {
 namespace {
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "companion/ground/message_text.h"
 #include "companion/ground/nearest.h"
 #include "driver/ground/files.h"
 #include "image/records/binary_header.h"
@@ -46,7 +47,7 @@ bool is_absent(const LinkedModule& module) {
 }
 
 std::string size_text(const FwImageMap::SectionHeader& header) {
-  return count_text(header.size, "byte") + " at " + hex_text(header.vma);
+  return counted(header.size, "byte") + " at " + hex_number(header.vma);
 }
 
 void find_missing_ignored(const Linked& linked, SectionNames& names,
@@ -134,7 +135,7 @@ void find_uncarried_sections(const Linked& linked, Findings& out) {
     out.add(section.spot,
             quoted(section.name) +
                 " stands in built-in modules alone, so its " +
-                count_text(section.header->size, "byte") +
+                counted(section.header->size, "byte") +
                 " are in no image: list it in a loadable module, too");
   });
 }
@@ -190,9 +191,9 @@ void find_full_tables(const Linked& linked, Findings& out) {
   for (const LintStatement& statement : linked.definition->statements) {
     if (statement.key() != "binary_ver") continue;
     out.add(statement.spot(),
-            "header, " + count_text(map.modules.size(), "module") + ", " +
-                count_text(map.mod_cfg_total, "configuration") + " and " +
-                count_text(map.exported_symbols.size(), "exported symbol") +
+            "header, " + counted(map.modules.size(), "module") + ", " +
+                counted(map.mod_cfg_total, "configuration") + " and " +
+                counted(map.exported_symbols.size(), "exported symbol") +
                 " take " + std::to_string(size) + " of " +
                 std::to_string(room) + " bytes: " +
                 (map.binary_ver == kKelp15

@@ -57,10 +57,4 @@ class Findings {
 // A word in single quotes, cut if it is very long.
 std::string quoted(std::string_view word);
 
-// "1 section", "2 sections".
-std::string count_text(std::size_t number, std::string_view noun);
-
-// "0x1f".
-std::string hex_text(std::uint64_t number);
-
 }  // namespace tova_fw_builder

@@ -100,14 +100,6 @@ void bind_headers(FwOutMap& map, const FwImageMap& image_map) {
   for (const auto& section : map.dyn_mem) bind(*section);
 }
 
-void measure(const FwOutMap& map, MemoryMap& memory) {
-  memory.hw_buf = {kHardwareBuffer, kHardwareBuffer, map.hw_buf_ba,
-                   map.hw_buf_size};
-  measure_sections(map, memory);
-  measure_classes(map, memory);
-  find_overlaps(memory);
-}
-
 // Each ELF apart: the map has the first section of a name alone.
 void read_elfs(const ElfList& elfs, Spot list, Linked& linked) {
   for (std::uint32_t i = 0; i < elfs.size(); ++i) {
@@ -153,7 +145,7 @@ Linked link(const Definition& definition, const BuildInputs& inputs,
   }
   link_modules(definition, linked);
   bind_headers(map, linked.image_map);
-  measure(map, linked.memory);
+  measure_addresses(map, linked.memory);
   try {
     connect_and_check(map, linked.image_map);
   } catch (const std::runtime_error& error) {

@@ -3,6 +3,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "companion/ground/message_text.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
 
@@ -27,7 +28,7 @@ std::uint64_t end_of(std::uint32_t begin, std::uint32_t size) {
 }
 
 std::string range_text(std::uint32_t begin, std::uint32_t size) {
-  return hex_text(begin) + " to " + hex_text(end_of(begin, size));
+  return hex_number(begin) + " to " + hex_number(end_of(begin, size));
 }
 
 // The statement of each section of the memory map: that of its owner.
@@ -106,8 +107,9 @@ void find_load_overlaps(const Linked& linked, Findings& out) {
         }
         out.add(order[i + 1]->spot,
                 quoted(order[i + 1]->name) + " is loaded to " +
-                    hex_text(next.lma) + ", inside " + quoted(order[i]->name) +
-                    " (" + range_text(header.lma, header.size) +
+                    hex_number(next.lma) + ", inside " +
+                    quoted(order[i]->name) + " (" +
+                    range_text(header.lma, header.size) +
                     "): nearly 4 GiB of zeros come between them")
             .notes.push_back({order[i]->spot, "the other section"});
       }
@@ -138,9 +140,8 @@ void find_run_overlaps(const Linked& linked, Findings& out) {
     const auto& section = section_at(linked.memory, second);
     const auto& other = section_at(linked.memory, first);
     out.add(spot_of(second),
-            section_text(section) + " shares " +
-                count_text(overlap.size, "byte") + " from " +
-                hex_text(overlap.address) + " on with " +
+            section_text(section) + " shares " + counted(overlap.size, "byte") +
+                " from " + hex_number(overlap.address) + " on with " +
                 (is_buffer(first)
                      ? "the hardware buffer (" +
                            range_text(other.address, other.size) + ")"
@@ -165,11 +166,11 @@ void find_outside(const Linked& linked, bool wants_full, Findings& out) {
         statements.spot(section),
         section_text(section) +
             (full != nullptr ? " exceeds memory class " + quoted(full->name) +
-                                   " by " + count_text(outside.bytes, "byte")
+                                   " by " + counted(outside.bytes, "byte")
              : outside.bytes == section.size
                  ? " lies in no memory class"
                  : " lies in no memory class with " +
-                       count_text(outside.bytes, "byte")));
+                       counted(outside.bytes, "byte")));
   }
 }
 
@@ -196,7 +197,7 @@ void find_unaligned_addons(const Linked& linked, Findings& out) {
               quoted(order.front()->name) +
                   " comes first in its group and is "
                   "aligned to " +
-                  count_text(alignment, "byte") +
+                  counted(alignment, "byte") +
                   ": the groups of an addon begin on a page, 4096");
     }
   }
@@ -214,7 +215,7 @@ void find_entries_outside(const Linked& linked, Findings& out) {
                    group.entry < end_of(header.vma, header.size);
           });
       if (is_inside || order.empty()) continue;
-      out.add(group.entry_spot, "the entry point " + hex_text(group.entry) +
+      out.add(group.entry_spot, "the entry point " + hex_number(group.entry) +
                                     " lies in no section of its group");
     }
   }

@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 
+#include "companion/ground/message_text.h"
 #include "definitions/uuid/uuid.h"
 #include "driver/ground/numbers.h"
 #include "lint/rules.h"
@@ -215,8 +216,8 @@ void find_overlapping_classes(const Definition& definition, Findings& out) {
       out.add(later.statement->spot(),
               "memory class " + quoted(word_at(*later.statement, 1)) +
                   " shares " +
-                  hex_text(std::min(furthest->end, next.end) - next.begin) +
-                  " bytes from " + hex_text(next.begin) + " on with " +
+                  hex_number(std::min(furthest->end, next.end) - next.begin) +
+                  " bytes from " + hex_number(next.begin) + " on with " +
                   quoted(word_at(*earlier.statement, 1)))
           .notes.push_back({earlier.statement->spot(), "the other class"});
     }

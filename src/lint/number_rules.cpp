@@ -4,6 +4,7 @@
 #include <limits>
 #include <optional>
 
+#include "companion/ground/message_text.h"
 #include "driver/ground/numbers.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
@@ -112,7 +113,7 @@ std::optional<Field> field_of(Operand operand) {
 }
 
 std::string value_text(std::uint64_t value, int base) {
-  return base == 16 ? hex_text(value) : std::to_string(value);
+  return base == 16 ? hex_number(value) : std::to_string(value);
 }
 
 // Empty if it fits.

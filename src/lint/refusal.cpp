@@ -2,6 +2,7 @@
 // likely meant, and which blocks an unknown word has ended.
 #include <algorithm>
 
+#include "companion/ground/message_text.h"
 #include "companion/ground/nearest.h"
 #include "definitions/image_block.h"
 #include "driver/ground/numbers.h"
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::string_view kGroupTypes[] = {"text", "rodata", "bss"};
 constexpr std::string_view kDomains[] = {"LL", "DP", "RTOS"};
-constexpr std::string_view kGenerations[] = {"1.5", "1.8", "2.5", "3.0"};
 
 // Or a define was meant, and is misspelt where it is used.
 std::string question(const Definition& definition, std::string_view word,
@@ -40,6 +40,12 @@ Refused refused_statement(const Definition& definition) {
   }
   std::ranges::reverse(refused.ended);
   return refused;
+}
+
+// At a word of the statement, or at its last one if it has fewer.
+void point_at(std::size_t place, const Refused& refused, Finding& finding) {
+  const auto& words = refused.statement.words;
+  finding.spot = words[std::min(place, words.size() - 1)].spot;
 }
 
 BlockKind kind_of(const Definition& definition, std::uint32_t block) {
@@ -89,7 +95,7 @@ void note_ended_blocks(const Refused& refused, Finding& finding) {
     std::string text = block_name(definition, block) + " begins here and " +
                        quoted(refused.statement.key()) + " ends it";
     if (block == refused.ended.back() && left_out != 0) {
-      text += "; " + count_text(left_out, "statement") + " up to " +
+      text += "; " + counted(left_out, "statement") + " up to " +
               place_text(definition.source, last) + " would be left out";
     }
     finding.notes.push_back(
@@ -145,19 +151,32 @@ void explain_unknown(const Refused& refused, Finding& finding) {
   note_ended_blocks(refused, finding);
 }
 
-void explain_constant(const Refused& refused, std::string_view name,
-                      Finding& finding) {
+void explain_generation(const Refused& refused, Finding& finding) {
+  std::vector<std::string_view> generations;
+  for (const auto& [word, value] : kGenerations) generations.push_back(word);
+  point_at(1, refused, finding);
+  finding.text +=
+      question(refused.definition, word_at(refused.statement, 1), generations);
+  finding.text += "; there are 1.5, 1.8, 2.5 and 3.0";
+}
+
+void explain_constant(const Refused& refused, Finding& finding) {
   const FwOutMap& map = *refused.definition.map;
+  const auto& words = refused.statement.words;
+  const std::string name =
+      finding.text.substr(std::string_view("[module] Undefined const ").size());
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    if (words[i].text == name) point_at(i, refused, finding);
+  }
   const bool is_digits =
       !name.empty() && name.find_first_not_of("0123456789") == name.npos;
-  if (refused.statement.words.size() < 2) {
+  if (words.size() < 2) {
     finding.text += "; the number is missing";
   } else if (is_digits) {
-    finding.text +=
-        "; a number wants two characters here: +" + std::string(name);
+    finding.text += "; a number wants two characters here: +" + name;
   } else if (name.starts_with("0x") || name.starts_with("0X")) {
-    finding.text +=
-        "; hexadecimal numbers have no 0x here: " + quoted(name.substr(2));
+    finding.text += "; hexadecimal numbers have no 0x here: " +
+                    quoted(std::string_view(name).substr(2));
   } else if (name.starts_with('#')) {
     finding.text +=
         "; a remark behind a constant is taken for one: put it on a line of "
@@ -238,57 +257,61 @@ void explain_entry(const Refused& refused, Finding& finding) {
   }
 }
 
+void explain_domain(const Refused& refused, Finding& finding) {
+  const auto& words = refused.statement.words;
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    const std::string_view word = words[i].text;
+    if (std::ranges::find(kDomains, word) != std::end(kDomains)) continue;
+    point_at(i, refused, finding);
+    finding.text += question(refused.definition, word, kDomains) +
+                    "; there are LL, DP and RTOS";
+    return;
+  }
+}
+
+void explain_group_type(const Refused& refused, Finding& finding) {
+  const std::size_t place =
+      word_at(refused.statement, 1) == "on_demand" ? 2 : 1;
+  point_at(place, refused, finding);
+  finding.text += question(refused.definition,
+                           word_at(refused.statement, place), kGroupTypes) +
+                  "; there are text, rodata and bss";
+}
+
+void explain_uuid(const Refused& refused, Finding& finding) {
+  point_at(1, refused, finding);
+  finding.text += "; it has 8-4-4-4-12 hexadecimal digits and nothing behind";
+}
+
+void point_at_operand(const Refused& refused, Finding& finding) {
+  point_at(1, refused, finding);
+}
+
+// By a part of the builder's message. The first one counts.
+struct Explanation {
+  std::string_view part;
+  void (*add)(const Refused& refused, Finding& finding);
+};
+constexpr Explanation kExplanations[] = {
+    {"] Unknown parameter", explain_unknown},
+    {"Unknown binary version", explain_generation},
+    {"[module] Undefined const ", explain_constant},
+    {"[domain_types] Undefined const ", explain_domain},
+    {"Invalid group type", explain_group_type},
+    {"argument", explain_number},
+    {"Wrong UUID format", explain_uuid},
+    {"Double entry point", explain_entry},
+    {"greater than zero", point_at_operand},
+    {"stream type", point_at_operand},
+};
+
 void explain_statement(const Definition& definition, Finding& finding) {
   const Refused refused = refused_statement(definition);
-  const auto& words = refused.statement.words;
-  const std::string text = finding.text;
-  const auto says = [&](std::string_view part) {
-    return text.find(part) != text.npos;
-  };
   finding.spot = refused.statement.spot();
-  // That of the operand, if there is one.
-  const auto point_at = [&](std::size_t place) {
-    finding.spot = words[std::min(place, words.size() - 1)].spot;
-  };
-  if (says("] Unknown parameter")) {
-    explain_unknown(refused, finding);
-  } else if (says("Unknown binary version")) {
-    point_at(1);
-    finding.text +=
-        question(definition, word_at(refused.statement, 1), kGenerations);
-    finding.text += "; there are 1.5, 1.8, 2.5 and 3.0";
-  } else if (text.starts_with("[module] Undefined const ")) {
-    const std::string name =
-        text.substr(std::string_view("[module] Undefined const ").size());
-    for (std::size_t i = 1; i < words.size(); ++i) {
-      if (words[i].text == name) point_at(i);
+  for (const Explanation& explanation : kExplanations) {
+    if (finding.text.find(explanation.part) != finding.text.npos) {
+      return explanation.add(refused, finding);
     }
-    explain_constant(refused, name, finding);
-  } else if (text.starts_with("[domain_types] Undefined const ")) {
-    for (std::size_t i = 1; i < words.size(); ++i) {
-      const std::string_view word = words[i].text;
-      if (std::ranges::find(kDomains, word) != std::end(kDomains)) continue;
-      point_at(i);
-      finding.text +=
-          question(definition, word, kDomains) + "; there are LL, DP and RTOS";
-      break;
-    }
-  } else if (says("Invalid group type")) {
-    const std::size_t place =
-        word_at(refused.statement, 1) == "on_demand" ? 2 : 1;
-    point_at(place);
-    finding.text +=
-        question(definition, word_at(refused.statement, place), kGroupTypes) +
-        "; there are text, rodata and bss";
-  } else if (says("argument")) {
-    explain_number(refused, finding);
-  } else if (says("Wrong UUID format")) {
-    point_at(1);
-    finding.text += "; it has 8-4-4-4-12 hexadecimal digits and nothing behind";
-  } else if (says("Double entry point")) {
-    explain_entry(refused, finding);
-  } else if (says("greater than zero") || says("stream type")) {
-    point_at(1);
   }
 }
 

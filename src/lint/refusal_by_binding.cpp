@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 
+#include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
 #include "lint/rules.h"
@@ -222,15 +223,15 @@ std::string refusal_of_writing(const Linked& linked, Spot& spot) {
         spot = section.spot;
         return "Replacement section too large to fit into the placeholder; "
                "it has " +
-               count_text(section.replaced_by->size, "byte") +
-               " for a room of " + std::to_string(section.header->size);
+               counted(section.replaced_by->size, "byte") + " for a room of " +
+               std::to_string(section.header->size);
       }
       if (module.is_built_in || !first) continue;
       if (first->header->vma % kPageSize == 0) continue;
       spot = first->spot;
       return "Non-aligned base address of section; " + quoted(first->name) +
              " comes first in its group and lies at " +
-             hex_text(first->header->vma) + ", not at a multiple of 4096";
+             hex_number(first->header->vma) + ", not at a multiple of 4096";
     }
   }
   const std::uint64_t manifest = sizeof(CssPart) + sizeof(TovaFwBinaryHeader) +

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 
+#include "companion/ground/message_text.h"
+
 namespace tova_fw_builder {
 
 namespace {
@@ -11,15 +13,17 @@ bool is_continuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-std::string printable(std::string_view text, bool keeps_tabs = false) {
+// A line of a file, with a mark for each control character but the tab: unlike
+// printable(), it leaves each character in its column, where the caret points.
+std::string in_its_columns(std::string_view line) {
   std::string safe;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const auto c = static_cast<unsigned char>(line[i]);
     // C2 80 to C2 9F are control characters, too.
-    const bool is_c1 = c == 0xC2 && i + 1 < text.size() &&
-                       static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    const bool is_kept = keeps_tabs && c == '\t';
-    safe += (c < 0x20 && !is_kept) || c == 0x7F || is_c1 ? '?' : text[i];
+    const bool is_c1 = c == 0xC2 && i + 1 < line.size() &&
+                       static_cast<unsigned char>(line[i + 1]) < 0xA0;
+    const bool is_control = (c < 0x20 && c != '\t') || c == 0x7F || is_c1;
+    safe += is_control ? '?' : line[i];
     if (is_c1) ++i;
   }
   return safe;
@@ -51,7 +55,7 @@ void print_line(std::ostream& out, const LintReport& report, const Spot& spot,
   }
   const std::size_t length = count_characters(line.substr(
       std::min<std::size_t>(spot.column, line.size()), spot.length));
-  out << "    " << printable(line, true) << "\n    " << colours.good << caret
+  out << "    " << in_its_columns(line) << "\n    " << colours.good << caret
       << '^' << std::string(length > 1 ? length - 1 : 0, '~') << colours.plain
       << '\n';
 }

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "inspect/field.h"
+#include "companion/ground/message_text.h"
 #include "layout/records/out_map.h"
 #include "memory_map/text_table.h"
 

@@ -6,19 +6,11 @@
 namespace tova_fw_builder {
 namespace {
 
-std::string generation_name(std::uint32_t binary_ver) {
-  switch (binary_ver) {
-    case kKelp15:
-      return "1.5";
-    case kKelp18:
-      return "1.8";
-    case kKelp25:
-      return "2.5";
-    case kKelp30:
-      return "3.0";
-    default:
-      return "";
+std::string generation_word(std::uint32_t binary_ver) {
+  for (const auto& [word, value] : kGenerations) {
+    if (value == binary_ver) return std::string(word);
   }
+  return "";
 }
 
 std::string version_text(const Version& version) {
@@ -30,7 +22,7 @@ std::string version_text(const Version& version) {
 MemoryMap::Image measure_image(const FwOutMap& bound) {
   MemoryMap::Image image;
   image.name = bound.binary_name;
-  image.generation = generation_name(bound.binary_ver);
+  image.generation = generation_word(bound.binary_ver);
   for (const auto& module : bound.modules) {
     if (module->type == FwOutMap::Module::kBaseFirmwareType) {
       image.version = version_text(module->version);
@@ -41,14 +33,18 @@ MemoryMap::Image measure_image(const FwOutMap& bound) {
 
 }  // namespace
 
-MemoryMap measure_memory(const FwOutMap& bound, const ElfList& elfs) {
-  MemoryMap map;
-  map.image = measure_image(bound);
+void measure_addresses(const FwOutMap& bound, MemoryMap& map) {
   map.hw_buf = {kHardwareBuffer, kHardwareBuffer, bound.hw_buf_ba,
                 bound.hw_buf_size};
   measure_sections(bound, map);
   measure_classes(bound, map);
   find_overlaps(map);
+}
+
+MemoryMap measure_memory(const FwOutMap& bound, const ElfList& elfs) {
+  MemoryMap map;
+  map.image = measure_image(bound);
+  measure_addresses(bound, map);
   measure_modules(bound, map);
   read_left_out_and_symbols(bound, elfs, map);
   return map;

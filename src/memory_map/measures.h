@@ -9,6 +9,10 @@
 
 namespace tova_fw_builder {
 
+// The hardware buffer, and the three behind this one: what needs no more than
+// that the sections have their headers.
+void measure_addresses(const FwOutMap& map, MemoryMap& memory);
+
 void measure_sections(const FwOutMap& bound, MemoryMap& map);
 
 // `classes` and `outside_classes`.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "inspect/field.h"
+#include "companion/ground/message_text.h"
 
 namespace tova_fw_builder {
 

@@ -192,7 +192,7 @@ Key make_key(KeyMaterial& numbers, bool public_only) {
   const std::vector<Number> parts =
       public_only ? public_numbers(numbers) : private_numbers(numbers);
   std::ranges::for_each(parts, turn_to_native);
-  for (const Number& number : parts) parameters.push_back(parameter(number));
+  std::ranges::transform(parts, std::back_inserter(parameters), parameter);
   parameters.push_back(OSSL_PARAM_construct_end());
   const Owned<EVP_PKEY_CTX> context(
       EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr));

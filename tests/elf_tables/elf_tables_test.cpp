@@ -105,7 +105,7 @@ TEST(ElfTables, WhatIsNoSectionToTheBuilder) {
   // relocations.
   elf.sections[1].flags = kAlloc;
   EXPECT_EQ(std::string::npos, section_lines(elf).at(2).find(".rela.text"));
-  for (const std::uint32_t target : {0, 2, 99}) {
+  for (const std::uint32_t target : {0U, 2U, 99U}) {
     elf.sections[1].info = target;
     EXPECT_EQ("1 .rela.text 0", section_lines(elf).at(2).substr(0, 14));
   }

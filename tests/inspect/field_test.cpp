@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "companion/ground/message_text.h"
 #include "inspect/coverage.h"
 #include "inspect/dates.h"
 

@@ -20,11 +20,15 @@ TEST(ReportText, ShowsTheLineWithACaret) {
 }
 
 // A name or a word can't steer the terminal, nor fill it.
-TEST(ReportText, ControlCharactersAreShownAsQuestionMarks) {
+TEST(ReportText, NoControlCharacterReachesTheTerminal) {
+  const LintTree tree("t=max_data 0 \x1B[31m\x7F\xC2\x9Bx/");
   EXPECT_EQ(
-      "t:1:12: warning: '?[31m??x' is ignored: max_data takes no more "
-      "[extra-words]\n",
-      LintTree("t=max_data 0 \x1B[31m\x7F\xC2\x9Bx/").printed());
+      "t:1:12: warning: '\\x1b[31m\\x7f\\xc2\\x9bx' is ignored: max_data takes "
+      "no more [extra-words]\n",
+      tree.printed());
+  // In the line itself each stays in its column.
+  EXPECT_NE(std::string::npos,
+            tree.printed(true).find("\n    max_data 0 ?[31m??x\n"));
   const std::string text =
       LintTree("t=max_data 0 " + std::string(5000, 'x') + "/").printed(true);
   EXPECT_LT(text.size(), 200u);

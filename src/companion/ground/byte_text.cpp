@@ -25,6 +25,11 @@ std::string hexadecimal(std::span<const std::uint8_t> bytes) {
   return text;
 }
 
+std::string hexadecimal(std::string_view bytes) {
+  return hexadecimal(
+      {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+}
+
 std::string base64(std::span<const std::uint8_t> bytes) {
   std::string text;
   for (std::size_t i = 0; i < bytes.size(); i += 3) {

@@ -13,6 +13,7 @@ namespace tova_fw_builder {
 
 // Two lower-case digits a byte.
 std::string hexadecimal(std::span<const std::uint8_t> bytes);
+std::string hexadecimal(std::string_view bytes);
 
 // In one line, padded, as of RFC 4648.
 std::string base64(std::span<const std::uint8_t> bytes);

@@ -1,5 +1,7 @@
+// Checks over files of one build: each says of the other what it must be.
 #include <string>
 
+#include "companion/ground/message_text.h"
 #include "inspect/check/checks.h"
 
 namespace tova_fw_builder {

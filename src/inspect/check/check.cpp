@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "companion/ground/message_text.h"
 #include "inspect/check/checks.h"
 #include "inspect/inspect.h"
 #include "inspect/recognise.h"

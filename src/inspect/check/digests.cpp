@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "companion/ground/byte_text.h"
 #include "crypto/sha_hash.h"
 
 namespace tova_fw_builder {
@@ -22,7 +23,7 @@ template <typename Hash>
 std::string final_text(Hash& hash) {
   typename Hash::Digest digest{};
   hash.final(digest.data());
-  return hex_text(
+  return hexadecimal(
       {reinterpret_cast<const char*>(digest.data()), digest.size()});
 }
 

@@ -87,11 +87,6 @@ std::string image_version(const Field& root) {
   return version;
 }
 
-std::string counted(std::uint64_t count, std::string_view noun) {
-  return std::to_string(count) + ' ' + std::string(noun) +
-         (count == 1 ? "" : "s");
-}
-
 void Report::add(CheckResult result, std::string file, std::string text) {
   const bool is_told = std::ranges::any_of(lines_, [&](const CheckLine& line) {
     return line.id == id_ && line.result == result && line.file == file &&

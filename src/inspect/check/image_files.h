@@ -54,8 +54,6 @@ ImageFiles sort_files(const std::vector<CheckedFile>& files,
 bool is_30(const CheckedFile& binary);
 // Of the header: "1.4.0.27".
 std::string image_version(const Field& root);
-// "1 module", "2 modules".
-std::string counted(std::uint64_t count, std::string_view noun);
 
 // The lines of one check.
 class Report {

@@ -6,28 +6,14 @@
 
 #include "inspect/check/places.h"
 #include "inspect/check/roles.h"
+#include "layout/records/addon_file.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 namespace {
 
-// The tail of an addon's file name: _UUID.bin, in any letter case.
-std::string addon_tail(const Field& module) {
-  std::string tail("_");
-  tail += text_at(module, "uuid");
-  return tail += ".bin";
-}
-
-bool is_named_so(std::string_view path, std::string_view tail) {
-  return path.size() >= tail.size() &&
-         std::ranges::equal(
-             path.substr(path.size() - tail.size()), tail, [](char a, char b) {
-               const auto lower = [](char c) {
-                 return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a')
-                                             : c;
-               };
-               return lower(a) == lower(b);
-             });
+bool is_file_of(std::string_view path, const Field& module) {
+  return uuid_of_addon_file(path) == text_at(module, "uuid");
 }
 
 // Which of the modules of a manifest stand where.
@@ -113,17 +99,17 @@ class ManifestPlanner {
   }
 
   const CheckedFile* addon_file(const Field& module) const {
-    const std::string tail = addon_tail(module);
-    const auto found = std::ranges::find_if(
-        bare_,
-        [&](const CheckedFile* file) { return is_named_so(file->path, tail); });
+    const auto found =
+        std::ranges::find_if(bare_, [&](const CheckedFile* file) {
+          return is_file_of(file->path, module);
+        });
     return found == bare_.end() ? nullptr : *found;
   }
 
   const Placed* addon_of(const CheckedFile& file) const {
     const auto found =
         std::ranges::find_if(modules_, [&](const Placed& placed) {
-          return is_named_so(file.path, addon_tail(*placed.place.module));
+          return is_file_of(file.path, *placed.place.module);
         });
     return found == modules_.end() ? nullptr : &*found;
   }
@@ -131,10 +117,9 @@ class ManifestPlanner {
   bool is_listed_addon(const Field& module) const {
     if (addon_file(module) != nullptr) return true;
     if (package_ == nullptr) return false;
-    const std::string tail = addon_tail(module);
     return std::ranges::any_of(
         find(*package_, "files")->members, [&](const Field& file) {
-          return is_named_so(text_at(file, "path"), tail);
+          return is_file_of(text_at(file, "path"), module);
         });
   }
 
@@ -167,9 +152,8 @@ class ManifestPlanner {
     for (const CheckedFile* file : left) {
       const int points =
           (file->inspected.length == main_length(manifest_) ? 2 : 0) +
-          (is_named_so(file->path, ".bin") && stem(*file) == stem(manifest_)
-               ? 1
-               : 0);
+          (file->path.ends_with(".bin") && stem(*file) == stem(manifest_) ? 1
+                                                                          : 0);
       if (points > most) {
         most = points;
         best = file;
@@ -205,7 +189,9 @@ class ManifestPlanner {
     if (file == nullptr && place.unknown.empty()) {
       place.unknown =
           "its contents are not at hand: give " +
-          (placed.is_addon ? "NAME" + addon_tail(*place.module) : main_name());
+          (placed.is_addon
+               ? "NAME" + addon_file_suffix(text_at(*place.module, "uuid"))
+               : main_name());
     }
     return place;
   }

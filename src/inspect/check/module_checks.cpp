@@ -1,8 +1,10 @@
+// Checks of the modules that a header lists, and of their contents.
 #include <algorithm>
 #include <map>
 #include <set>
 #include <string>
 
+#include "companion/ground/message_text.h"
 #include "inspect/check/checks.h"
 
 namespace tova_fw_builder {

@@ -5,8 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "companion/ground/message_text.h"
 #include "driver/ground/native_path.h"
 #include "inspect/check/checks.h"
+#include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -45,20 +47,6 @@ void check_values(const CheckedFile& package, const CheckedFile& header,
   }
 }
 
-// The UUID in NAME_UUID.bin, in lower case; empty if it has none.
-std::string uuid_in(std::string_view path) {
-  constexpr std::size_t kLength = 36;
-  constexpr std::string_view kEnd = ".bin";
-  if (!path.ends_with(kEnd) || path.size() <= kLength + kEnd.size()) return "";
-  path.remove_suffix(kEnd.size());
-  if (path[path.size() - kLength - 1] != '_') return "";
-  std::string uuid(path.substr(path.size() - kLength));
-  std::ranges::transform(uuid, uuid.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return uuid;
-}
-
 std::vector<std::string> words_of(std::string_view text) {
   std::vector<std::string> words;
   while (!text.empty()) {
@@ -75,7 +63,7 @@ bool is_listed_addon(const CheckedFile& package, const Field& module) {
       find(package.inspected.root, "files")->members;
   return std::any_of(files.begin() + (files.empty() ? 0 : 1), files.end(),
                      [&](const Field& file) {
-                       return uuid_in(text_at(file, "path")) ==
+                       return uuid_of_addon_file(text_at(file, "path")) ==
                               text_at(module, "uuid");
                      });
 }
@@ -120,7 +108,7 @@ void check_addons(const CheckedFile& package, const CheckedFile& header,
   auto next = modules.begin();
   for (std::size_t i = 1; i < files.size(); ++i) {
     const std::string_view path = text_at(files[i], "path");
-    const std::string uuid = uuid_in(path);
+    const std::string uuid = uuid_of_addon_file(path);
     const auto found = std::find_if(
         next, modules.end(),
         [&](const Field& module) { return text_at(module, "uuid") == uuid; });
@@ -138,7 +126,7 @@ void check_versions(const CheckedFile& package, const CheckedFile& extended,
                     Report& report) {
   for (const Field& file : find(package.inspected.root, "files")->members) {
     const std::string_view path = text_at(file, "path");
-    const std::string uuid = uuid_in(path);
+    const std::string uuid = uuid_of_addon_file(path);
     for (const Field& module :
          find(extended.inspected.root, "modules")->members) {
       if (uuid.empty() || text_at(module, "uuid") != uuid ||

@@ -1,7 +1,9 @@
+// Checks of each file by itself.
 #include <algorithm>
 #include <set>
 #include <string>
 
+#include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
 #include "inspect/check/checks.h"
 #include "layout/records/out_map.h"

@@ -3,6 +3,7 @@
 #include <iterator>
 #include <string>
 
+#include "companion/ground/message_text.h"
 #include "image/image.h"
 #include "image/kelp15.h"
 #include "image/records/binary_header.h"

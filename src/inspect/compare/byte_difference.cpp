@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "layout/records/out_map.h"
+
 namespace tova_fw_builder {
 namespace {
 
-constexpr std::uint64_t kPage = 4096;
-constexpr std::uint64_t kPiece = 32 * kPage;
+constexpr std::uint64_t kPiece = 32 * kPageSize;
 
 std::uint64_t length_in(const ByteSource& source, Span span) {
   return std::min(span.length,
@@ -77,9 +78,10 @@ ByteDifference compare_bytes(const ByteSource& old_source, Span old_span,
     const char* a = old_side.piece(at, length);
     const char* b = new_side.piece(at, length);
     if (std::memcmp(a, b, length) == 0) continue;
-    for (std::uint64_t page = 0; page < length; page += kPage) {
-      compare_page(a + page, b + page, std::min(kPage, length - page),
-                   at + page, result);
+    for (std::uint64_t page = 0; page < length; page += kPageSize) {
+      compare_page(a + page, b + page,
+                   std::min<std::uint64_t>(kPageSize, length - page), at + page,
+                   result);
     }
   }
   return result;

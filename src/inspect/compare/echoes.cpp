@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -136,12 +137,8 @@ bool moved_along(const Change& change, const Causes& causes) {
   return causes.first_on_way(change) != &change;
 }
 
-bool holds_uuid(const std::string& file, std::string_view uuid) {
-  const auto found = std::search(
-      file.begin(), file.end(), uuid.begin(), uuid.end(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) == b;
-      });
-  return found != file.end() && !uuid.empty();
+bool is_file_of(const std::string& file, const std::string& uuid) {
+  return !uuid.empty() && uuid_of_addon_file(file) == uuid;
 }
 
 // Contents without a header, as generation 1.5 has: the file that has the
@@ -150,7 +147,7 @@ bool contents_changed_beside(const Change& change, const Causes& causes) {
   const std::string folder = Causes::folder_of(change);
   const bool has_own = std::any_of(
       causes.files.begin(), causes.files.end(), [&](const std::string& file) {
-        return file.starts_with(folder) && holds_uuid(file, change.uuid);
+        return file.starts_with(folder) && is_file_of(file, change.uuid);
       });
   return std::any_of(
       causes.all.begin(), causes.all.end(), [&](const Change& other) {
@@ -158,13 +155,10 @@ bool contents_changed_beside(const Change& change, const Causes& causes) {
             Causes::folder_of(other) != folder) {
           return false;
         }
-        if (has_own) return holds_uuid(other.file, change.uuid);
+        if (has_own) return is_file_of(other.file, change.uuid);
         const bool is_beside =
             !change.scope.empty() || other.file.ends_with(".bin");
-        const std::size_t name =
-            other.file.size() -
-            std::min<std::size_t>(other.file.size(), 41);  // _UUID.bin
-        return is_beside && other.file[name] != '_';
+        return is_beside && uuid_of_addon_file(other.file).empty();
       });
 }
 

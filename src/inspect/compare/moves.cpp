@@ -5,12 +5,12 @@
 #include <string>
 #include <utility>
 
+#include "companion/ground/message_text.h"
 #include "inspect/compare/pairing.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 namespace {
-
-constexpr std::uint64_t kPage = 4096;
 
 // Where something stands: from `at` to `end`.
 struct Range {
@@ -35,7 +35,7 @@ const Field* in_use(const Field* segment) {
 // The range of a segment along its vma or its file_off.
 Range range_of(const Field& segment, std::string_view along) {
   const std::uint64_t at = number_at(segment, along);
-  return {at, at + number_at(segment, "len") * kPage};
+  return {at, at + number_at(segment, "len") * kPageSize};
 }
 
 // Why the next segment may stand elsewhere.
@@ -47,7 +47,7 @@ struct Push {
   std::uint64_t reach = 0;     // the end of these; what lies inside counts not
 
   bool explains(std::uint64_t by) const {
-    const bool is_short = by < kPage || by > std::uint64_t{0} - kPage;
+    const bool is_short = by < kPageSize || by > std::uint64_t{0} - kPageSize;
     return all_shifted || resized || (contents && is_short) || by == distance;
   }
 };

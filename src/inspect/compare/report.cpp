@@ -7,22 +7,15 @@
 #include <utility>
 #include <vector>
 
+#include "companion/ground/message_text.h"
 #include "inspect/json.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 namespace {
 
-constexpr std::uint64_t kPage = 4096;
 constexpr std::size_t kLongText = 40;
 constexpr std::size_t kTextHead = 16;
-
-std::string hex(std::uint64_t number) {
-  return number_text(number, Field::Radix::kHex);
-}
-
-std::string counted(std::uint64_t count, const char* one, const char* many) {
-  return std::to_string(count) + ' ' + (count == 1 ? one : many);
-}
 
 // Of two long texts, such as hashes, a piece from where they differ on.
 void shorten(std::string& a, std::string& b) {
@@ -79,7 +72,7 @@ std::string bytes_text(const Change& change) {
   std::string text;
   if (bytes.old_length != bytes.new_length) {
     text = std::to_string(bytes.old_length) + " -> " +
-           counted(bytes.new_length, "byte", "bytes");
+           counted(bytes.new_length, "byte");
   }
   const std::uint64_t common = std::min(bytes.old_length, bytes.new_length);
   if (bytes.bytes == 0) {
@@ -89,17 +82,17 @@ std::string bytes_text(const Change& change) {
   }
   if (!text.empty()) text += ", ";
   const std::uint64_t pages =
-      (std::max(common, bytes.first + 1) + kPage - 1) / kPage;
-  text += counted(bytes.bytes, "byte differs", "bytes differ") + " in " +
+      (std::max(common, bytes.first + 1) + kPageSize - 1) / kPageSize;
+  text += counted(bytes.bytes, "byte") +
+          (bytes.bytes == 1 ? " differs in " : " differ in ") +
           std::to_string(bytes.pages) + " of " +
-          counted(std::max(pages, bytes.pages), "page", "pages") +
-          ", first at ";
+          counted(std::max(pages, bytes.pages), "page") + ", first at ";
   const std::uint64_t old_at = change.old_offset + bytes.first;
   const std::uint64_t new_at = change.new_offset + bytes.first;
-  std::string place = hex(old_at);
-  if (old_at != new_at) place += " -> " + hex(new_at);
+  std::string place = hex_number(old_at);
+  if (old_at != new_at) place += " -> " + hex_number(new_at);
   if (change.address)
-    return text + hex(*change.address) + " (file " + place + ')';
+    return text + hex_number(*change.address) + " (file " + place + ')';
   return text + place;
 }
 

@@ -1,0 +1,30 @@
+#include "companion/builder_inputs.h"
+
+#include <filesystem>
+
+#include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
+
+namespace tova_fw_builder {
+
+std::string absolute_path(const std::string& path) {
+  return path.empty() ? path
+                      : path_text(std::filesystem::absolute(native_path(path)));
+}
+
+BuildInputs builder_inputs(const BuilderInputNames& names) {
+  BuildInputs inputs;
+  inputs.elf_list_path = absolute_path(names.elf_list);
+  inputs.key_list_path = absolute_path(names.key_list);
+  inputs.default_dir = absolute_path(names.default_dir);
+  // One that isn't here is searched in the default directory by its name.
+  inputs.image_def_path = try_open_input(names.definition)->is_open()
+                              ? absolute_path(names.definition)
+                              : names.definition;
+  if (!names.header.empty()) {
+    inputs.module_config_path = absolute_path(names.header);
+  }
+  return inputs;
+}
+
+}  // namespace tova_fw_builder
