@@ -41,8 +41,6 @@ class AddressLookup {
   std::vector<AddressOwner> owners_of(std::uint32_t address) const;
 
  private:
-  struct Found;
-
   std::vector<const ImageSegment*> segments_at(std::uint32_t address) const;
   NamedOffset file_place(std::uint32_t address) const;
 

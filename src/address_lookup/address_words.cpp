@@ -52,8 +52,11 @@ void find_addresses(std::istream& in,
   std::array<char, 4097> line;
   while (in.good()) {
     in.getline(line.data(), line.size());
+    // The end of the line is counted, too, where it was reached.
+    const auto length =
+        static_cast<std::size_t>(in.gcount() - (in.good() ? 1 : 0));
     if (in.fail() && !in.eof() && in.gcount() != 0) in.clear();
-    const auto words = words_of(line.data());
+    const auto words = words_of({line.data(), length});
     for (const std::string_view word : words) {
       if (!is_prefixed(word) && word.size() != 8 && words.size() != 1) continue;
       if (const auto address = parse_address(word)) take(*address);

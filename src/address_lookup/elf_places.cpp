@@ -7,6 +7,7 @@
 
 #include "companion/ground/naming.h"
 #include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 #include "input_map/section_table.h"
 #include "input_map/symbol_list.h"
 
@@ -25,8 +26,9 @@ bool comes_before(const ElfSymbol& a, const ElfSymbol& b) {
 
 std::string found_path(const std::string& path, const std::string& list) {
   if (try_open_input(path)->is_open()) return path;
-  const auto beside = std::filesystem::path(list).parent_path() / path;
-  return try_open_input(beside.string())->is_open() ? beside.string() : path;
+  const std::string beside =
+      path_text(native_path(list).parent_path() / native_path(path));
+  return try_open_input(beside)->is_open() ? beside : path;
 }
 
 }  // namespace

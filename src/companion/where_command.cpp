@@ -46,11 +46,11 @@ Words sort_words(const std::vector<std::string>& all) {
   for (const std::string& word : all) {
     std::error_code error;
     const auto address = parse_address(word);
-    // A file may be named like a number without a prefix.
-    const bool may_be_file = !word.starts_with("0x") && !word.starts_with("0X");
+    const bool is_surely_address =
+        address && (word.starts_with("0x") || word.starts_with("0X"));
     if (word == "-") {
       words.questions.emplace_back();
-    } else if ((!address || may_be_file) &&
+    } else if (!is_surely_address &&
                std::filesystem::exists(native_path(word), error)) {
       words.files.push_back(word);
     } else if (address) {

@@ -28,4 +28,10 @@ inline std::string padded(std::string_view text, int width) {
   return width < 0 ? blanks.append(text) : std::string(text).append(blanks);
 }
 
+// What of a name stands in a line. The builder takes 1023 characters of a line,
+// and a file may name one text of any length any number of times.
+inline std::string_view name_in_line(std::string_view name) {
+  return name.substr(0, 1023);
+}
+
 }  // namespace tova_fw_builder

@@ -52,6 +52,13 @@ LoadAddresses::LoadAddresses(const ElfFile& elf) {
   if (elf_getphdrnum(elf.get(), &count) != 0) {
     throw elf_error("its segments can't be counted");
   }
+  // Each section may be looked for in all of them.
+  constexpr std::size_t kMaxSegments = 4096;
+  if (count > kMaxSegments) {
+    throw std::runtime_error("it has " + std::to_string(count) +
+                             " segments; more than " +
+                             std::to_string(kMaxSegments) + " aren't taken");
+  }
   for (std::size_t i = 0; i < count; ++i) {
     GElf_Phdr segment;
     if (gelf_getphdr(elf.get(), static_cast<int>(i), &segment) == nullptr) {

@@ -114,7 +114,9 @@ void ElfTables::write_sections(std::ostream& out) const {
     if (!is_listed(*file_, names, i)) continue;
     const GElf_Shdr& section = file_->sections()[i];
     out << padded(std::to_string(index++), -3) << ' '
-        << padded(shown_name(file_->name(names.sections, section.sh_name)), 13);
+        << padded(shown_name(name_in_line(
+                      file_->name(names.sections, section.sh_name))),
+                  13);
     for (const std::uint64_t number :
          {section.sh_size, section.sh_addr, load_addresses.of(section),
           section.sh_offset}) {

@@ -119,7 +119,7 @@ void ElfTables::write_symbols(std::ostream& out) const {
     const std::string_view name = elf.name(table.strings, symbol.entry.st_name);
     if (name.empty() || is_special(elf.header().e_machine, name)) continue;
     out << digits(address_of(elf, symbol)) << ' ' << letter_of(symbol) << ' '
-        << name << '\n';
+        << name_in_line(name) << '\n';
   }
 }
 

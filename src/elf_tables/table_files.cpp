@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <stdexcept>
 
@@ -64,6 +65,12 @@ void check_output(const std::string& output,
   }
 }
 
+// However it is spelled, and whether or not it is there yet.
+bool is_same_place(const std::string& a, const std::string& b) {
+  return fs::weakly_canonical(fs::absolute(a)) ==
+         fs::weakly_canonical(fs::absolute(b));
+}
+
 }  // namespace
 
 std::vector<TableFiles> name_table_files(const std::vector<std::string>& elfs,
@@ -84,7 +91,7 @@ std::vector<TableFiles> name_table_files(const std::vector<std::string>& elfs,
     for (const std::string& output : {files[i].sections, files[i].symbols}) {
       check_blanks(output);
       check_output(output, elfs);
-      if (fs::path(output) == fs::absolute(list)) {
+      if (is_same_place(output, list)) {
         throw std::runtime_error(list + ": the list has the name of a table");
       }
     }
@@ -94,12 +101,14 @@ std::vector<TableFiles> name_table_files(const std::vector<std::string>& elfs,
 
 void write_table_files(const TableFiles& files) {
   const ElfTables tables(files.elf);
-  OutputFile sections(files.sections);
-  OutputFile symbols(files.symbols);
-  tables.write_sections(sections.stream());
-  tables.write_symbols(symbols.stream());
-  naming(files.sections, [&] { sections.commit(); });
-  naming(files.symbols, [&] { symbols.commit(); });
+  std::optional<OutputFile> sections;
+  std::optional<OutputFile> symbols;
+  naming(files.sections, [&] { sections.emplace(files.sections); });
+  naming(files.symbols, [&] { symbols.emplace(files.symbols); });
+  tables.write_sections(sections->stream());
+  tables.write_symbols(symbols->stream());
+  naming(files.sections, [&] { sections->commit(); });
+  naming(files.symbols, [&] { symbols->commit(); });
 }
 
 std::string elf_list_text(const std::vector<TableFiles>& files) {

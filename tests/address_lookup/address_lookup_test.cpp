@@ -71,6 +71,8 @@ TEST(AddressWords, InLogs) {
   EXPECT_EQ("deadbeef ",
             found("deadbeef 123456789 x12345678 0x1ffffffff 0012345678"));
   EXPECT_EQ("", found(""));
+  // As a console may leave them in a log.
+  EXPECT_EQ("10 20 ", found(std::string("pc 0x10\0 lr 0x20\n", 16)));
   // Cut where the room for a line ends.
   EXPECT_EQ("12345678 ", found(std::string(4096, ' ') + "12345678 x\n"));
 }

@@ -188,11 +188,14 @@ TEST(ElfTables, SectionNames) {
   SmallElf elf;
   elf.sections = {{".a b", kProgbits, 0, 0, 0x200, 1},
                   {".\x01\x7F\n", kProgbits, 0, 0, 0x200, 1},
-                  {std::string(60, 'x'), kProgbits, 0, 0, 0x200, 1}};
+                  {std::string(60, 'x'), kProgbits, 0, 0, 0x200, 1},
+                  {std::string(2000, 'y'), kProgbits, 0, 0, 0x200, 1}};
   const Lines lines = section_lines(elf);
   EXPECT_EQ("0 .a b 00000001", lines.at(0).substr(0, 15));
   EXPECT_EQ("1 .^A^\xBF^J 00000001", lines.at(2).substr(0, 18));
   EXPECT_EQ("2 " + std::string(60, 'x') + " 0", lines.at(4).substr(0, 64));
+  // As much as the builder takes of a line.
+  EXPECT_EQ("3 " + std::string(1023, 'y') + " 0", lines.at(6).substr(0, 1027));
 }
 
 SmallElf elf_with_symbols() {
@@ -205,20 +208,22 @@ SmallElf elf_with_symbols() {
 
 TEST(ElfTables, SymbolsByTheirOrderAndKind) {
   SmallElf elf = elf_with_symbols();
+  const std::string endless(2000, 'n');
   elf.symbols = {
-      {"z_first", 0x1004, 0, 0x02, 1},  {"section", 0x1000, 0, 0x03, 1},
-      {"file.c", 0, 0, 0x04, 0xFFF1},   {"twice", 0x1010, 0, 0x02, 1},
-      {"twice", 0x1020, 0, 0x02, 1},    {"konst", 0x2000, 0, 0x11, 2},
-      {"zeroed", 0x3000, 0, 0x11, 3},   {"undefined", 0, 0, 0x10, 0},
-      {"weak", 0x1030, 0, 0x22, 1},     {"weak_data", 0x2000, 0, 0x21, 2},
-      {"block", 4, 0x30, 0x11, 0xFFF2}, {"fixed", 0x1234, 0, 0x10, 0xFFF1},
-      {"odd", 0x1041, 0, 0x12, 1},      {"no.such", 0x55, 0, 0x10, 99},
-      {"remark", 2, 0, 0x00, 4},
+      {endless, 0x1000, 0, 0x12, 1},      {"z_first", 0x1004, 0, 0x02, 1},
+      {"section", 0x1000, 0, 0x03, 1},    {"file.c", 0, 0, 0x04, 0xFFF1},
+      {"twice", 0x1010, 0, 0x02, 1},      {"twice", 0x1020, 0, 0x02, 1},
+      {"konst", 0x2000, 0, 0x11, 2},      {"zeroed", 0x3000, 0, 0x11, 3},
+      {"undefined", 0, 0, 0x10, 0},       {"weak", 0x1030, 0, 0x22, 1},
+      {"weak_data", 0x2000, 0, 0x21, 2},  {"block", 4, 0x30, 0x11, 0xFFF2},
+      {"fixed", 0x1234, 0, 0x10, 0xFFF1}, {"odd", 0x1041, 0, 0x12, 1},
+      {"no.such", 0x55, 0, 0x10, 99},     {"remark", 2, 0, 0x00, 4},
   };
   elf.sections.push_back({".comment", kProgbits, 0, 0, 0x300, 4});
   elf.sections.push_back({".strings", kStrtab, 0, 0, 0x300, 4});
   const std::string expected =
-      "00001004 t z_first\n00001010 t twice\n00001020 t twice\n"
+      "00001000 T " + endless.substr(0, 1023) +
+      "\n00001004 t z_first\n00001010 t twice\n00001020 t twice\n"
       "00002000 R konst\n00003000 B zeroed\n00001030 W weak\n"
       "00002000 V weak_data\n00000030 C block\n00001234 A fixed\n"
       "00001041 T odd\n00000055 A no.such\n00000002 n remark\n";

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "elf_tables/small_elf.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {
@@ -41,6 +42,10 @@ TEST(TableFiles, Refusals) {
             refusal({elf}, {"other"}, elf));
   EXPECT_EQ(dir.file("a.symbols") + ": the list has the name of a table",
             refusal({"/a"}, {}, dir.file("a.symbols")));
+  for (const std::string spelled : {"./a.symbols", "none/../a.symbols"}) {
+    EXPECT_EQ(dir.file(spelled) + ": the list has the name of a table",
+              refusal({"/a"}, {}, dir.file(spelled)));
+  }
   EXPECT_EQ("two ELFs can't have the name a",
             refusal({"/x", "/y"}, {"a", "a"}, list));
   EXPECT_EQ("there are more names than ELFs",
@@ -64,6 +69,17 @@ TEST(TableFiles, ListAndRefusedElf) {
   EXPECT_EQ("it is no ELF", message_of([&] { write_table_files(files); }));
   EXPECT_EQ("old", read_file(files.sections));
   EXPECT_EQ("", read_file(files.symbols));
+}
+
+TEST(TableFiles, TroubleIsThatOfTheOutput) {
+  const TempDir dir;
+  SmallElf elf;
+  elf.sections = {{".text"}};
+  const TableFiles files = {dir.write("elf", elf.bytes()), dir.file("s"),
+                            dir.file("no/folder")};
+  EXPECT_EQ(0u, message_of([&] {
+                  write_table_files(files);
+                }).find(files.symbols + ": cannot be written"));
 }
 
 }  // namespace
