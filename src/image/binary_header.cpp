@@ -11,7 +11,7 @@
 #include "image/module_entry.h"
 #include "image/records/binary_header.h"
 #include "image/symbol_table.h"
-#include "layout/kelp15_addons.h"
+#include "layout/kelp15_file_base.h"
 
 namespace tova_fw_builder {
 

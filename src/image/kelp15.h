@@ -2,7 +2,7 @@
 // Generation 1.5: the binary holds module contents alone, addon modules stand
 // in files of their own, and the loader's header is in the manifest, the only
 // one that can be signed and read back. Rules of the addon files:
-// layout/kelp15_addons.
+// layout/kelp15_file_base.
 #pragma once
 
 #include <array>

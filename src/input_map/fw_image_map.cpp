@@ -37,6 +37,16 @@ FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
 
 }  // namespace
 
+void FwImageMap::add_section(std::shared_ptr<SectionHeader> header) {
+  const auto [place, is_new] = sections.try_emplace(header->name, header);
+  if (is_new) return;
+  // The later one decides, whatever the first is: its bytes would be lost.
+  if (header->load) {
+    throw std::runtime_error("Duplicated section found: " + header->name);
+  }
+  log_info("Duplicated non-loadable section found: ", header->name);
+}
+
 void FwImageMap::add_stream_section(const std::string& name,
                                     std::shared_ptr<std::istream> stream) {
   auto header = std::make_shared<SectionHeader>();

@@ -68,6 +68,11 @@ struct FwImageMap {
   void read_image_map(const std::string& memmap_path,
                       const std::string& elf_path, const std::string& nm_path);
 
+  // Adds a section of a table. Of several with one name the first one stays;
+  // throws std::runtime_error "Duplicated section found: " and the name if a
+  // later one is loadable, else logs it.
+  void add_section(std::shared_ptr<SectionHeader> header);
+
   // Adds `stream` as a section of that name in place of any earlier one. With
   // no flag set and no address it serves as a replacement alone.
   void add_stream_section(const std::string& name,

@@ -93,16 +93,6 @@ void read_flags(Header& header, std::string_view line) {
   }
 }
 
-void store_header(FwImageMap& map, std::shared_ptr<Header> header) {
-  const auto [place, is_new] = map.sections.try_emplace(header->name, header);
-  if (is_new) return;
-  // The later one decides, whatever the first is: its bytes would be lost.
-  if (header->load) {
-    throw std::runtime_error("Duplicated section found: " + header->name);
-  }
-  log_info("Duplicated non-loadable section found: ", header->name);
-}
-
 }  // namespace
 
 void read_section_table(FwImageMap& map, std::istream& table,
@@ -126,7 +116,7 @@ void read_section_table(FwImageMap& map, std::istream& table,
         read_flags(*header, line);
         header->stream = elf;
         log_row(*header);
-        store_header(map, std::exchange(header, nullptr));
+        map.add_section(std::exchange(header, nullptr));
         map.parse_state = kEntryLine;
     }
   }

@@ -13,7 +13,7 @@
 #include "crypto/sha_hash.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
-#include "layout/kelp15_addons.h"
+#include "layout/kelp15_file_base.h"
 #include "layout/records/addon_file.h"
 #include "layout/section_group.h"
 

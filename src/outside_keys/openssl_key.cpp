@@ -13,6 +13,7 @@
 #include <bit>
 #include <climits>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <vector>

@@ -1,4 +1,4 @@
-// layout/kelp15_addons.h
+// layout/kelp15_file_base.h
 // What generation 1.5 alone does with addon modules: each stands in a file of
 // its own.
 #pragma once

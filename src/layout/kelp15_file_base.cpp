@@ -1,6 +1,6 @@
 // Addon modules of generation 1.5. The loader's table counts offsets through
 // all files, as if they stood one behind the other.
-#include "layout/kelp15_addons.h"
+#include "layout/kelp15_file_base.h"
 
 #include "layout/section_group.h"
 
