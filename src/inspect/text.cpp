@@ -64,17 +64,19 @@ class Printer {
   void print_line(const Field& field, std::size_t width, std::size_t indent) {
     const std::string head = std::string(indent, ' ') +
                              padded(std::string(field.name), width) + "  ";
-    std::string value =
+    const std::string value =
         field.has_members() ? std::string("none") : value_text(field);
     out_ << head;
-    if (field.kind == Field::Kind::kText) {
-      for (; value.size() > kDigitsPerLine && value.find(' ') == value.npos;
-           value.erase(0, kDigitsPerLine)) {
-        out_ << value.substr(0, kDigitsPerLine) << '\n'
-             << std::string(head.size(), ' ');
+    std::string_view rest = value;
+    if (field.kind == Field::Kind::kText && rest.find(' ') == rest.npos) {
+      for (std::size_t end = length_of_characters(rest, kDigitsPerLine);
+           end < rest.size();
+           end = length_of_characters(rest, kDigitsPerLine)) {
+        out_ << rest.substr(0, end) << '\n' << std::string(head.size(), ' ');
+        rest.remove_prefix(end);
       }
     }
-    out_ << value;
+    out_ << rest;
     if (!field.note.empty()) {
       out_ << "  " << colours_.faint << field.note << colours_.plain;
     }

@@ -13,18 +13,15 @@ bool is_continuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// A line of a file, with a mark for each control character but the tab: unlike
+// A line of a file, with a mark for what isn't printable but the tab: unlike
 // printable(), it leaves each character in its column, where the caret points.
 std::string in_its_columns(std::string_view line) {
   std::string safe;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const auto c = static_cast<unsigned char>(line[i]);
-    // C2 80 to C2 9F are control characters, too.
-    const bool is_c1 = c == 0xC2 && i + 1 < line.size() &&
-                       static_cast<unsigned char>(line[i + 1]) < 0xA0;
-    const bool is_control = (c < 0x20 && c != '\t') || c == 0x7F || is_c1;
-    safe += is_control ? '?' : line[i];
-    if (is_c1) ++i;
+  while (!line.empty()) {
+    const std::size_t length = length_of_characters(line, 1);
+    const bool is_shown = line[0] == '\t' || printable_length(line) == length;
+    safe += is_shown ? line.substr(0, length) : "?";
+    line.remove_prefix(length);
   }
   return safe;
 }

@@ -63,6 +63,14 @@ TEST(Field, NothingSteersTheTerminal) {
       {"\xed\xa0\x80", "\\xed\\xa0\\x80"},           // a surrogate
       {"\xf4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},  // beyond U+10FFFF
       {"\xf0\x80\x80\x80", "\\xf0\\x80\\x80\\x80"},  // overlong
+      // U+202E turns what follows, U+2028 ends a line; their neighbours don't.
+      {"a\u202Eb", "a\\xe2\\x80\\xaeb"},
+      {"\u2028\u2029", "\\xe2\\x80\\xa8\\xe2\\x80\\xa9"},
+      {"\u2066\u2069", "\\xe2\\x81\\xa6\\xe2\\x81\\xa9"},
+      {"\u200E\u200F", "\\xe2\\x80\\x8e\\xe2\\x80\\x8f"},
+      {"\u061C", "\\xd8\\x9c"},
+      {"\u2027\u202F\u2065\u206A\u200D\u2010\u061B",
+       "\u2027\u202F\u2065\u206A\u200D\u2010\u061B"},
   };
   for (const auto& c : cases) EXPECT_EQ(c.printed, printable(c.text));
 }

@@ -104,14 +104,17 @@ TEST(Forms, Text) {
       text_of(small_tree(), true));
 }
 
-// Long hexadecimal numbers are broken, words aren't.
+// Long hexadecimal numbers and paths are broken between characters, words
+// aren't.
 TEST(Forms, LongTexts) {
   Inspected inspected;
   inspected.root = object_field("");
   inspected.root.add(text_field("n", std::string(100, 'a')));
+  inspected.root.add(text_field("path", std::string(63, '/') + "\u00E4\u00F6"));
   inspected.root.add(text_field("words", std::string(70, 'a') + " b"));
   EXPECT_EQ("\n  n      " + std::string(64, 'a') + "\n         " +
-                std::string(36, 'a') + "\n  words  " + std::string(70, 'a') +
+                std::string(36, 'a') + "\n  path   " + std::string(63, '/') +
+                "\u00E4\n         \u00F6\n  words  " + std::string(70, 'a') +
                 " b\n",
             text_of(inspected, false));
 }

@@ -29,6 +29,11 @@ TEST(ReportText, NoControlCharacterReachesTheTerminal) {
   // In the line itself each stays in its column.
   EXPECT_NE(std::string::npos,
             tree.printed(true).find("\n    max_data 0 ?[31m??x\n"));
+  // So does a mark that turns what follows.
+  EXPECT_EQ(
+      "t:1:10: warning: 'x\\xe2\\x80\\xaey' is ignored: ignore takes no more "
+      "[extra-words]\n    ignore . x?y\n             ^~~\n",
+      LintTree("t=ignore . x\u202Ey/").printed(true));
   const std::string text =
       LintTree("t=max_data 0 " + std::string(5000, 'x') + "/").printed(true);
   EXPECT_LT(text.size(), 200u);

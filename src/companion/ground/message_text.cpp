@@ -8,9 +8,22 @@ namespace tova_fw_builder {
 
 namespace {
 
-// The bytes of the UTF-8 character that `text` begins with; 0 if it begins
-// with none, or with a control character.
-std::size_t character_length(std::string_view text) {
+bool is_continuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+// What a terminal obeys instead of showing it, beyond ASCII: C1 controls, marks
+// that change the direction of text, and ends of lines and paragraphs.
+bool steers(unsigned character) {
+  return (character >= 0x80 && character < 0xA0) || character == 0x061C ||
+         character == 0x200E || character == 0x200F ||
+         (character >= 0x2028 && character <= 0x202E) ||
+         (character >= 0x2066 && character <= 0x2069);
+}
+
+}  // namespace
+
+std::size_t printable_length(std::string_view text) {
   const auto byte = [&text](std::size_t i) -> unsigned {
     return i < text.size() ? static_cast<unsigned char>(text[i]) : 0;
   };
@@ -19,10 +32,14 @@ std::size_t character_length(std::string_view text) {
   const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
   if (first < 0xC2 || first > 0xF4) return 0;
   for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
+    if (i >= text.size() || !is_continuation(text[i])) return 0;
   }
   const unsigned second = byte(1);
-  const bool refused = (first == 0xC2 && second < 0xA0) ||   // C1 controls
+  const unsigned character =
+      length == 2
+          ? (first & 0x1F) << 6 | (second & 0x3F)
+          : (first & 0x0F) << 12 | (second & 0x3F) << 6 | (byte(2) & 0x3F);
+  const bool refused = (length < 4 && steers(character)) ||
                        (first == 0xE0 && second < 0xA0) ||   // overlong
                        (first == 0xED && second >= 0xA0) ||  // surrogates
                        (first == 0xF0 && second < 0x90) ||
@@ -30,17 +47,24 @@ std::size_t character_length(std::string_view text) {
   return refused ? 0 : length;
 }
 
-}  // namespace
-
 std::string printable(std::string_view text) {
   std::string result;
   while (!text.empty()) {
-    const std::size_t length = character_length(text);
+    const std::size_t length = printable_length(text);
     if (length == 0) result += "\\x" + hexadecimal(text.substr(0, 1));
     result += text.substr(0, length);
     text.remove_prefix(length == 0 ? 1 : length);
   }
   return result;
+}
+
+std::size_t length_of_characters(std::string_view text, std::size_t count) {
+  std::size_t length = 0;
+  for (; count > 0 && length < text.size(); --count) {
+    ++length;
+    while (length < text.size() && is_continuation(text[length])) ++length;
+  }
+  return length;
 }
 
 std::string counted(std::uint64_t number, std::string_view noun) {

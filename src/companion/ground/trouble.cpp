@@ -3,6 +3,8 @@
 #include <iostream>
 #include <utility>
 
+#include "companion/ground/message_text.h"
+
 namespace tova_fw_builder {
 namespace {
 
@@ -27,11 +29,8 @@ void report_trouble(std::string_view file, std::string_view text) {
   std::string line = "tova_fw: ";
   if (!file.empty()) line.append(file).append(": ");
   line.append(text);
-  for (char& c : line) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  }
   std::cout.flush();
-  std::cerr << line << std::endl;
+  std::cerr << printable(line) << std::endl;
 }
 
 void Troubles::add(Trouble trouble) {
