@@ -66,8 +66,8 @@ void add_diff_command(CLI::App& program, Status& status) {
   command->add_flag("--all", options->all,
                     "Show echoes, too: what only follows from other changes");
   command->add_flag("--ignore-dates", options->ignore_dates,
-                    "Leave out the dates of the builds and what follows from "
-                    "them alone");
+                    "Leave out the dates of the builds, the folders in their "
+                    "paths, and what follows from these alone");
   command->add_flag("--json", options->json, "Print one JSON document");
   add_colour_option(*command, options->colour);
   command->footer(

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "inspect/compare/folder_parts.h"
 #include "inspect/recognise.h"
 
 namespace tova_fw_builder {
@@ -60,11 +61,14 @@ std::vector<Change> compare_lines(const ByteSource& old_source,
   }
   const std::size_t old_end = olds.size() - tail;
   const std::size_t new_end = news.size() - tail;
-  if (std::max(old_end, new_end) - head > kMostLines) return {};
 
   std::vector<Change> changes;
+  std::size_t counted = 0;
   for (std::size_t i = head; i < std::max(old_end, new_end); ++i) {
-    if (i < old_end && i < new_end && olds[i] == news[i]) continue;
+    const bool in_both = i < old_end && i < new_end;
+    counted += !in_both || !differ_in_folders(olds[i], news[i]);
+    if (counted > kMostLines) return {};
+    if (in_both && olds[i] == news[i]) continue;
     Change change = line_change(i);
     if (i < old_end) change.old_value = text_field("", olds[i]);
     if (i < new_end) change.new_value = text_field("", news[i]);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "inspect/compare/folder_parts.h"
 #include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
@@ -162,6 +163,17 @@ bool contents_changed_beside(const Change& change, const Causes& causes) {
       });
 }
 
+// Two folders were compared, and this is the place of a file in what tells of
+// such places: package descriptor, dependency file, ELF list.
+bool is_folder(const Change& change, const Causes& causes) {
+  const bool holds_paths =
+      change.pattern == "files[].path" ||
+      (change.pattern == "lines[]" &&
+       (change.file.ends_with(".d") || change.file.ends_with(".elfs")));
+  return holds_paths && !causes.files.empty() &&
+         differ_in_folders(change.old_value.text, change.new_value.text);
+}
+
 // Another file ahead of this one, such as the manifest before it was signed.
 bool told_before(const Change& change, const Causes& causes) {
   return !change.bytes && causes.first_like(change)->file != change.file;
@@ -177,6 +189,7 @@ struct Rule {
 };
 
 constexpr std::string_view kAlways = "";  // in place of a cause
+constexpr std::string_view kFolder = "the folder";
 
 constexpr Rule kRules[] = {
     // What stands in a place that others were moved from.
@@ -294,6 +307,7 @@ constexpr Rule kRules[] = {
     {"modules", {"/modules[]"}, nullptr, "the modules of the image"},
     {"build_date", {"/css.date"}, nullptr, "the date of the manifest"},
     {"comments[]", {"*"}, nullptr, "when the builder itself was made"},
+    {"", {kAlways}, is_folder, kFolder},
     {"files[].path", {kAlways}, moved_along, "moved as the file ahead did"},
     {"", {kAlways}, told_before, "another file of the folder tells the same"},
 };
@@ -321,9 +335,10 @@ std::set<std::string> files_with_causes(const Causes& causes) {
   return files;
 }
 
-bool is_date(const Change& change) {
-  return change.pattern == "css.date" || change.pattern == "build_date" ||
-         change.path == "comments[0]";
+// When and where the build was made.
+bool is_date_or_folder(const Change& change) {
+  return change.echo == kFolder || change.pattern == "css.date" ||
+         change.pattern == "build_date" || change.path == "comments[0]";
 }
 
 }  // namespace
@@ -359,8 +374,9 @@ void leave_out_dates(std::vector<Change>& changes,
   std::vector<Change> rest;
   for (bool again = true; again;) {
     rest.clear();
-    std::copy_if(changes.begin(), changes.end(), std::back_inserter(rest),
-                 [](const Change& change) { return !is_date(change); });
+    std::copy_if(
+        changes.begin(), changes.end(), std::back_inserter(rest),
+        [](const Change& change) { return !is_date_or_folder(change); });
     std::vector<bool> was_echo;
     was_echo.reserve(rest.size());
     for (const Change& change : rest) was_echo.push_back(!change.echo.empty());

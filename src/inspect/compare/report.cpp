@@ -17,6 +17,11 @@ namespace {
 constexpr std::size_t kLongText = 40;
 constexpr std::size_t kTextHead = 16;
 
+// Of UTF-8, any byte of a character but its first.
+bool is_inside_character(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
 // Of two long texts, such as hashes, a piece from where they differ on.
 void shorten(std::string& a, std::string& b) {
   const bool is_long = std::min(a.size(), b.size()) > kLongText &&
@@ -24,13 +29,16 @@ void shorten(std::string& a, std::string& b) {
   if (!is_long) return;
   const auto first =
       std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
-  const auto at = static_cast<std::size_t>(first - a.begin());
+  auto at = static_cast<std::size_t>(first - a.begin());
+  while (at > 0 && (is_inside_character(a[at]) || is_inside_character(b[at]))) {
+    --at;
+  }
   const std::size_t from = at < kTextHead ? 0 : at;
   for (std::string* text : {&a, &b}) {
-    const bool is_cut = text->size() - std::min(from, text->size()) > kTextHead;
-    *text = (from > 0 ? "..." : "") +
-            text->substr(std::min(from, text->size()), kTextHead) +
-            (is_cut ? "..." : "");
+    const std::string rest = text->substr(std::min(from, text->size()));
+    const std::size_t kept = length_of_characters(rest, kTextHead);
+    *text = (from > 0 ? "..." : "") + rest.substr(0, kept) +
+            (kept < rest.size() ? "..." : "");
   }
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "inspect/compare/folder_parts.h"
 #include "inspect/compare/report.h"
 #include "inspect/sample_files.h"
 #include "support/temp_dir.h"
@@ -67,6 +68,11 @@ TEST(CompareFiles, WhatIsPrinted) {
       {"", "\x01", "contents: 0 -> 1 byte\n"},
       {"a\nb\n", "a\nc\n", "lines[2]: b -> c\n"},
       {"a\n", "a\nb\x7f\n", "lines[2]: added, b\\x7f\n"},
+      // Characters that differ in their last byte alone are shown whole.
+      {std::string(38, 'x') + "\u00E4\u00E4\u00E4",
+       std::string(38, 'x') + "\u00E4\u00F6" + std::string(20, 'y'),
+       "lines[1]: ...\u00E4\u00E4 -> ...\u00F6" + std::string(15, 'y') +
+           "...\n"},
       // A structure inside another file, and the bytes around it.
       {Bytes().text("boot").text(manifest_15(true)).text("tail"),
        Bytes()
@@ -130,8 +136,8 @@ class Folders : public testing::Test {
       if (bytes != nullptr) dir_.write(folder + name, bytes);
     }
   }
-  Comparison compare() const {
-    return compare_paths(dir_.file("old"), dir_.file("new"), false);
+  Comparison compare(bool ignore_dates = false) const {
+    return compare_paths(dir_.file("old"), dir_.file("new"), ignore_dates);
   }
 
   TempDir dir_;
@@ -154,6 +160,68 @@ TEST_F(Folders, FilesByNameAlsoBelow) {
       "only in OLD: gone\nonly in NEW: sub/new\n",
       printed(found));
   EXPECT_EQ("sub/deep", comparison_json(found)["changes"][1]["file"]);
+}
+
+// One build in two folders; the dependency file is longer than the texts whose
+// lines are told.
+TEST_F(Folders, PlacesOfTheBuild) {
+  std::string paths[2];
+  for (int i = 0; i < 20; ++i) {
+    paths[0] += "binary_parts: /a/def" + std::to_string(i) + "\n";
+    paths[1] += "binary_parts: /b/c/def" + std::to_string(i) + "\n";
+  }
+  std::string moved = package_descriptor();
+  for (auto at = moved.find("/tmp"); at != moved.npos;
+       at = moved.find("/tmp")) {
+    moved.replace(at, 4, "/x/y");
+  }
+  put("fw.d", paths[0].c_str(), paths[1].c_str());
+  put("fw.elfs", "/a/e\n", "e\n");
+  put("fw.pkg", package_descriptor().c_str(), moved.c_str());
+  Comparison found = compare();
+  EXPECT_FALSE(found.is_equal());
+  EXPECT_EQ(
+      "fw.elfs\n  lines[1]: /a/e -> e\n"
+      "22 echoes are folded away (--all shows them): path 2, lines 20\n",
+      printed(found));
+  EXPECT_EQ("the folder", found.changes[1].echo);
+  put("fw.elfs", "/a/e\n", "/b/e\n");
+  EXPECT_TRUE(compare(true).is_equal());
+
+  // Another file, a file of another kind, and files that stand alone.
+  put("fw.elfs", "/a/e\n/a/f\n", "/b/e\n/b/g\n");
+  put("fw.txt", "/a/h\n", "/b/h\n");
+  EXPECT_EQ("fw.elfs: lines[2] /a/f -> /b/g\nfw.txt: lines[1] /a/h -> /b/h\n",
+            told(compare(true).changes));
+  EXPECT_FALSE(
+      compare_paths(dir_.file("old/fw.pkg"), dir_.file("new/fw.pkg"), true)
+          .is_equal());
+}
+
+TEST(FolderParts, OfEachWord) {
+  const struct {
+    const char* old_text;
+    const char* new_text;
+    bool only_folders;
+  } cases[] = {
+      {"/a/x", "/b/x", true},
+      {"C:\\a\\x", "D:/b/x", true},
+      {"k: /a/x  /a/y", "k: /b/x  /c/y", true},
+      {"/a/x", "/a/x", false},
+      {"/a/x", "/a/y", false},
+      {"/a/x", "x", false},
+      {"/a/x 1", "/b/x 2", false},
+      {"/a/x", "/b/x /b/y", false},
+      {"/a/x ", "/b/x", false},
+      {"/a/", "/b/", false},
+      {"a", "b", false},
+      {"", "/b/x", false},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.only_folders, differ_in_folders(c.old_text, c.new_text))
+        << c.new_text;
+    EXPECT_EQ(c.only_folders, differ_in_folders(c.new_text, c.old_text));
+  }
 }
 
 // What can't be read is named, and the rest is compared.
