@@ -161,8 +161,8 @@ void add_attach_command(CLI::App& program, Status&) {
       ->type_name("FILE");
   command
       ->add_option("--signature", options->signature,
-                   "256 bytes, most significant first: raw, hexadecimal or "
-                   "base64")
+                   "256 bytes, most significant first: raw, hexadecimal, also "
+                   "with colons, or base64 of either alphabet")
       ->type_name("FILE")
       ->required();
   command->add_option("-o,--output", options->output, "The signed manifest")

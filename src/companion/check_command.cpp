@@ -131,6 +131,10 @@ void print_summary(const Checked& checked, bool all_hold) {
     }
     failed += (failed.empty() ? "" : ", ") + std::string(line.id);
   }
+  if (checked.lines.empty()) {  // an option was wrong
+    std::cout << "nothing was checked\n";
+    return;
+  }
   std::cout << (checked.summary.empty() ? "no image" : checked.summary) << "  "
             << (!failed.empty()           ? "FAILED: " + failed
                 : !all_hold               ? "files are missing"

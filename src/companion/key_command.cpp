@@ -29,13 +29,14 @@ constexpr char kHalvesDiffer[] =
 
 struct KeyFacts {
   std::string path;
-  bool pair;
-  bool halves_match;  // of a pair
-  int bits;
-  std::uint32_t exponent;
-  std::vector<std::uint8_t> modulus;  // most significant byte first
-  PublicKeyHash hash;
-  std::string problem;  // why no manifest can be signed with it
+  bool is_unfit = false;  // nothing but the path and the problem is known
+  bool pair = false;
+  bool halves_match = false;  // of a pair
+  int bits = 0;
+  std::uint32_t exponent = 0;
+  std::vector<std::uint8_t> modulus = {};  // most significant byte first
+  PublicKeyHash hash = {};
+  std::string problem = {};  // why no manifest can be signed with it
 };
 
 KeyFacts facts_of(const std::string& path, const KeyMaterial& key) {
@@ -60,11 +61,23 @@ KeyFacts facts_of(const std::string& path, const KeyMaterial& key) {
   return facts;
 }
 
-void print_text(const KeyFacts& facts) {
-  std::cout << printable(facts.path) << ": "
-            << (facts.pair ? "key pair" : "public key") << "\n  bits      "
-            << facts.bits << "\n  exponent  " << facts.exponent
-            << "\n  hash      " << hexadecimal(facts.hash) << "\n  halves    ";
+KeyFacts facts_of_file(const std::string& path,
+                       const std::string& passphrase_file) {
+  const auto passphrase = passphrase_in(passphrase_file);
+  return naming(path, [&]() -> KeyFacts {
+    try {
+      return facts_of(path,
+                      *load_any_key(path, passphrase ? &*passphrase : nullptr));
+    } catch (const UnfitKey& error) {
+      return {.path = path, .is_unfit = true, .problem = error.what()};
+    }
+  });
+}
+
+void print_numbers(const KeyFacts& facts) {
+  std::cout << "  bits      " << facts.bits << "\n  exponent  "
+            << facts.exponent << "\n  hash      " << hexadecimal(facts.hash)
+            << "\n  halves    ";
   if (facts.pair) {
     std::cout << (facts.halves_match ? "belong together"
                                      : "DON'T belong together");
@@ -72,6 +85,15 @@ void print_text(const KeyFacts& facts) {
     std::cout << "the public one alone";
   }
   std::cout << '\n';
+}
+
+void print_text(const KeyFacts& facts) {
+  std::cout << printable(facts.path) << ": "
+            << (facts.is_unfit ? "unfit key"
+                : facts.pair   ? "key pair"
+                               : "public key")
+            << '\n';
+  if (!facts.is_unfit) print_numbers(facts);
   if (is_sample_key(facts.hash)) {
     std::cout
         << "  This is the key of the sample: everyone has it. Never trust "
@@ -84,15 +106,19 @@ void print_text(const KeyFacts& facts) {
 }
 
 Json json_of(const KeyFacts& facts) {
-  Json key = {{"path", facts.path},
-              {"format", facts.pair ? "key-pair" : "public-key"},
-              {"bits", facts.bits},
-              {"exponent", facts.exponent},
-              {"modulus", hexadecimal(facts.modulus)},
-              {"public_key_hash", hexadecimal(facts.hash)},
-              {"halves_match", nullptr},
-              {"sample_key", is_sample_key(facts.hash)},
-              {"problems", Json::array()}};
+  Json key = {
+      {"path", facts.path},       {"format", "unfit-key"},
+      {"bits", nullptr},          {"exponent", nullptr},
+      {"modulus", nullptr},       {"public_key_hash", nullptr},
+      {"halves_match", nullptr},  {"sample_key", is_sample_key(facts.hash)},
+      {"problems", Json::array()}};
+  if (!facts.is_unfit) {
+    key["format"] = facts.pair ? "key-pair" : "public-key";
+    key["bits"] = facts.bits;
+    key["exponent"] = facts.exponent;
+    key["modulus"] = hexadecimal(facts.modulus);
+    key["public_key_hash"] = hexadecimal(facts.hash);
+  }
   if (facts.pair) key["halves_match"] = facts.halves_match;
   if (!facts.problem.empty()) {
     key["problems"].push_back({{"offset", 0}, {"text", facts.problem}});
@@ -112,8 +138,7 @@ Status show_keys(const ShowOptions& options) {
   Json files = Json::array();
   for (const std::string& path : options.keys) {
     try {
-      const KeyFacts facts =
-          facts_of(path, *load_key(path, options.passphrase_file));
+      const KeyFacts facts = facts_of_file(path, options.passphrase_file);
       if (!facts.problem.empty()) status = worse_of(status, Status::kNo);
       if (options.json) {
         files.push_back(json_of(facts));
@@ -222,17 +247,19 @@ void add_key_command(CLI::App& program, Status& status) {
   }
   CLI::App* import =
       key->add_subcommand("import", "Make a key file of a PEM or DER key");
-  add_conversion(*import, "PEM or DER, also encrypted", text_of_key);
+  add_conversion(*import, "PEM or DER, also encrypted, or a key file",
+                 text_of_key);
   import->footer(
       "Only RSA keys of 2048 bits are taken, with the exponent 65537 or an "
       "odd\n"
       "one of one byte. Private key files get mode 0600.\n"
       "Example:\n  tova_fw key import release.pem -o release.key");
   CLI::App* export_command =
-      key->add_subcommand("export", "Make a PEM key of a key file");
-  add_conversion(*export_command, "Key file", pem_of_key);
+      key->add_subcommand("export", "Make a PEM key of a key in any form");
+  add_conversion(*export_command, "Key file, PEM or DER", pem_of_key);
   export_command->footer(
-      "The PEM is not encrypted; private ones get mode 0600.\n"
+      "The PEM is not encrypted, whatever the key was; private ones get mode "
+      "0600.\n"
       "Example:\n  tova_fw key export release.key --public -o release.pem");
 }
 

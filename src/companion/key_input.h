@@ -2,11 +2,16 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "crypto/secret_buffer.h"
 #include "signing/keys/key_material.h"
 
 namespace tova_fw_builder {
+
+// The passphrase in a file; nothing if its name is empty.
+std::optional<SecretBuffer> passphrase_in(const std::string& file);
 
 // Reads a key in any form, with the passphrase in `passphrase_file`, or from
 // the terminal if that is empty and one is needed. What is thrown names the

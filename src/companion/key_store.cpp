@@ -2,11 +2,15 @@
 
 #include <exception>
 #include <filesystem>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 
 #include "companion/ground/input_file.h"
 #include "companion/ground/naming.h"
+#include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
 #include "driver/ground/native_path.h"
 #include "signing/keys/key_list.h"
 
@@ -17,10 +21,37 @@ namespace fs = std::filesystem;
 
 // The builder's text for what is no key file shows the file's first bytes,
 // which may be somebody's private key.
-std::string reason_of(const std::exception& error) {
-  const std::string_view text = error.what();
-  return text.starts_with("Key type not recognized") ? "it is no key file"
-                                                     : std::string(text);
+std::string reason_of(const std::exception& error, const std::string& key) {
+  const std::string text = error.what();
+  return "its key file " + key +
+         (text.starts_with("Failed to open file") ? " can't be opened"
+          : text.starts_with("Key type not recognized")
+              ? " is none: make one with 'tova_fw key import'"
+              : " is damaged or cut off");
+}
+
+// Why the first line that isn't taken is refused. Nothing of a line is shown
+// that doesn't begin like one of a key list.
+std::string why_refused(const std::string& list) {
+  const auto text = open_input(list);
+  LineReader lines(*text);
+  std::string_view line;
+  for (int number = 1; lines.next(line) && !line.empty(); ++number) {
+    LineFields words(line);
+    const std::string_view kind = words.word();
+    const std::string key(words.word());
+    if ((kind != "debug" && kind != "production") || key.empty()) {
+      return "this is no key list: its line " + std::to_string(number) +
+             " has to be 'debug' or 'production' and the path of a key file";
+    }
+    try {
+      std::istringstream alone{std::string(line)};
+      KeyList{alone};
+    } catch (const std::exception& error) {
+      return reason_of(error, key);
+    }
+  }
+  return "it was changed while it was read";
 }
 
 // Works in another directory as long as it lives.
@@ -45,18 +76,20 @@ class WorkingDirectory {
 std::string key_store_of(const std::string& list) {
   try {
     return KeyList(list).stream->str();
-  } catch (const std::exception& error) {
+  } catch (const std::exception&) {
     std::uint8_t first = 0;
     naming(list, [&] { read_head(list, {&first, 1}); });
     const fs::path path = fs::absolute(native_path(list));
     if (!fs::is_regular_file(path)) {
-      throw FileError({list, reason_of(error)});
+      throw FileError({list,
+                       "a line of it isn't taken: give a file, not a pipe, to "
+                       "hear which"});
     }
+    const WorkingDirectory beside(path.parent_path());
     try {
-      const WorkingDirectory beside(path.parent_path());
       return KeyList(path_text(path)).stream->str();
-    } catch (const std::exception& other) {
-      throw FileError({list, reason_of(other)});
+    } catch (const std::exception&) {
+      throw FileError({list, why_refused(path_text(path))});
     }
   }
 }

@@ -103,8 +103,18 @@ Inspected inspect_scripted(const ByteSource& source, const std::string& path,
   });
 }
 
-// Shows one file; false if nothing in it is known.
-bool show_file(const std::string& path, const Options& options, bool is_first) {
+std::string unknown_text(const ByteSource& source) {
+  constexpr std::uint64_t kHead = 4096;
+  const bool is_pem =
+      source.bytes(0, kHead).find("-----BEGIN ") != std::string::npos;
+  return std::string("nothing known is in it (") +
+         (is_pem ? "'tova_fw key show' shows keys in PEM)"
+                 : "--as FORMAT takes it as what it should be)");
+}
+
+// Shows one file, and yields what is to be told if nothing in it is known.
+std::string show_file(const std::string& path, const Options& options,
+                      bool is_first) {
   const ByteSource source = ByteSource::open(path);
   const Inspected inspected = options.script.empty()
                                   ? inspect_as(source, options)
@@ -116,7 +126,9 @@ bool show_file(const std::string& path, const Options& options, bool is_first) {
     if (!is_first) std::cout << '\n';
     print_text(path, inspected, options);
   }
-  return !options.as.empty() || !options.script.empty() || is_known(inspected);
+  const bool known =
+      !options.as.empty() || !options.script.empty() || is_known(inspected);
+  return known ? "" : unknown_text(source);
 }
 
 Status show_files(const Options& options) {
@@ -125,12 +137,9 @@ Status show_files(const Options& options) {
   if (options.json) std::cout << "{\n  \"schema\": 1,\n  \"files\": [";
   for (const std::string& path : options.files) {
     try {
-      const bool known = show_file(path, options, is_first);
+      const std::string unknown = show_file(path, options, is_first);
       is_first = false;
-      if (known) continue;
-      troubles.add(path,
-                   "nothing known is in it (--as FORMAT takes it as what it "
-                   "should be)");
+      if (!unknown.empty()) troubles.add(path, unknown);
     } catch (const FileError& error) {
       troubles.add(trouble_of(error));
     } catch (const std::exception& error) {

@@ -111,9 +111,15 @@ PublicKeyHash trusted_key_hash(const std::string& text) {
     throw std::runtime_error(
         "this is neither a hash of 64 hexadecimal digits nor a file");
   }
-  const auto key = load_any_key(text);
-  require_manifest_key(*key);
-  return digest_public_key(*key);
+  try {
+    const auto key = load_any_key(text);
+    require_manifest_key(*key);
+    return digest_public_key(*key);
+  } catch (const LockedKey&) {
+    throw std::runtime_error(
+        "the key is encrypted: give its public half, which 'tova_fw key export "
+        "--public' makes");
+  }
 }
 
 }  // namespace tova_fw_builder

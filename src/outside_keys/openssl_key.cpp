@@ -86,10 +86,10 @@ OSSL_PARAM parameter(const Number& number) {
 void fetch(EVP_PKEY* from, const Number& number) {
   OSSL_PARAM wanted[] = {parameter(number), OSSL_PARAM_construct_end()};
   if (EVP_PKEY_get_params(from, wanted) != 1 || !OSSL_PARAM_modified(wanted)) {
-    refuse(std::string("its ") + number.label +
-           " is missing or has more than " +
-           std::to_string(number.place.size() * 8) +
-           " bits: key files have no room for it");
+    throw UnfitKey(std::string("its ") + number.label +
+                   " is missing or has more than " +
+                   std::to_string(number.place.size() * 8) +
+                   " bits: key files have no room for it");
   }
   turn_to_native(number);
 }
@@ -133,13 +133,22 @@ int answer_passphrase(char* place, int size, int, void* data) {
   return static_cast<int>(std::string_view(place).size());
 }
 
+// What the first block of PEM says that it is; empty without one.
+std::string_view pem_label(std::string_view text) {
+  constexpr std::string_view kBegin = "-----BEGIN ";
+  const std::size_t begin = text.find(kBegin);
+  if (begin == text.npos) return "";
+  text.remove_prefix(begin + kBegin.size());
+  return text.substr(0, text.find("-----"));
+}
+
 [[noreturn]] void refuse_undecoded(std::span<const std::uint8_t> bytes,
                                    const Passphrase& passphrase) {
   if (passphrase.asked) {
-    refuse(passphrase.answered
-               ? "the passphrase doesn't open the key"
-               : "the key is encrypted, and there is no passphrase: give "
-                 "--passphrase-file, or run it on a terminal");
+    if (passphrase.answered) refuse("the passphrase doesn't open the key");
+    throw LockedKey(
+        "the key is encrypted, and there is no passphrase: give "
+        "--passphrase-file, or run it on a terminal");
   }
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()),
                               bytes.size());
@@ -147,6 +156,15 @@ int answer_passphrase(char* place, int size, int, void* data) {
     refuse(
         "a certificate is no key; take its key out of it with 'openssl x509 "
         "-pubkey -noout'");
+  }
+  const std::string_view label = pem_label(text);
+  if (label == "OPENSSH PRIVATE KEY") {
+    refuse(
+        "this key has a form of OpenSSH's own; 'ssh-keygen -p -m PEM -f COPY' "
+        "makes PEM of a copy");
+  }
+  if (label.ends_with("PRIVATE KEY") || label.ends_with("PUBLIC KEY")) {
+    refuse("this PEM is damaged or cut off");
   }
   refuse("this is no key: neither a key file, nor PEM, nor DER");
 }
@@ -175,14 +193,14 @@ Key decode(std::span<const std::uint8_t> bytes, Passphrase& passphrase) {
 void require_rsa_2048(EVP_PKEY* key) {
   if (EVP_PKEY_is_a(key, "RSA") != 1) {
     const char* kind = EVP_PKEY_get0_type_name(key);
-    refuse(std::string("this is a key for ") +
-           (kind == nullptr ? "something else" : kind) +
-           "; manifests are signed with RSA");
+    throw UnfitKey(std::string("this is a key for ") +
+                   (kind == nullptr ? "something else" : kind) +
+                   "; manifests are signed with RSA");
   }
   const int bits = EVP_PKEY_get_bits(key);
   if (bits != kBits) {
-    refuse("this is an RSA key of " + std::to_string(bits) +
-           " bits; manifests have room for 2048");
+    throw UnfitKey("this is an RSA key of " + std::to_string(bits) +
+                   " bits; manifests have room for 2048");
   }
 }
 

@@ -7,12 +7,26 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <stdexcept>
 #include <string>
 
 #include "crypto/secret_buffer.h"
 #include "signing/keys/key_material.h"
 
 namespace tova_fw_builder {
+
+// A whole key with which no manifest can be signed: one of another kind or
+// length, or with a number that has no room in a key file.
+class UnfitKey : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// An encrypted key, and nowhere to take a passphrase from.
+class LockedKey : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 bool outside_keys_are_known();
 
@@ -24,9 +38,9 @@ bool outside_keys_are_known();
 // for on the terminal, with `name` in the prompt. Of a passphrase, 1023 bytes
 // count.
 //
-// Throws std::runtime_error with the reason: no key, a certificate, no or a
-// wrong passphrase, another kind of key, another length, a number that has no
-// room in a key file, more work to decrypt than anyone would wait for.
+// Throws UnfitKey, LockedKey, or std::runtime_error with the reason: no key, a
+// damaged one, a certificate, a wrong passphrase, more work to decrypt than
+// anyone would wait for.
 std::unique_ptr<KeyMaterial> read_outside_key(
     std::span<const std::uint8_t> bytes, const SecretBuffer* passphrase,
     const std::string& name);

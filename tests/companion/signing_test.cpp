@@ -94,7 +94,14 @@ TEST_F(Signing, AttachMakesTheFileOfSign) {
   const std::vector<std::uint8_t> bytes(raw.begin(), raw.end());
   dir_.write("release.hex", hexadecimal(bytes) + "\n");
   dir_.write("release.base64", base64(bytes).insert(100, "\r\n"));
-  for (const char* form : {"sig", "hex", "base64"}) {
+  std::string colons;
+  for (const auto byte : bytes) colons += hexadecimal({&byte, 1}) + ':';
+  dir_.write("release.colons", "    " + colons.insert(45, "\n    "));
+  std::string url = base64(bytes);
+  std::ranges::replace(url, '+', '-');
+  std::ranges::replace(url, '/', '_');
+  dir_.write("release.url", url.substr(0, url.find('=')));
+  for (const char* form : {"sig", "hex", "base64", "colons", "url"}) {
     EXPECT_EQ(0, attach("release", std::string("release.") + form).status);
     EXPECT_EQ(kReleaseFile, file_hash("out")) << form;
   }
@@ -126,7 +133,7 @@ TEST_F(Signing, AttachRefusesWithAReason) {
       {good.substr(1), "release", "this has 255"},
       {good + good, "release", "this has 512"},
       {"", "release", "this has 0"},
-      {"zz", "release", "this has 2"},
+      {"z!", "release", "this has 2"},
       {std::string(5000, '0'), "release", "this has more"},
   };
   for (const auto& c : cases) {

@@ -97,14 +97,6 @@ hash=$(hash_of pair key.key)
   head -c 319 "$keys/test-key-pair.key"
   tail -c +320 key.key
 } >mixed.key
-if python3 -c 'import jsonschema' 2>/dev/null; then
-  "$tool" key show --json mixed.key "$keys/test-key-pair.key" >more.json ||
-    [[ $? == 1 ]]
-  python3 -c 'import json, sys, jsonschema
-schema, *shown = [json.load(open(name)) for name in sys.argv[1:]]
-for document in shown: jsonschema.validate(document, schema)' \
-    "$root/docs/schema/key-show.json" shown.json more.json
-fi
 "$tool" key show "$keys/test-key-public.pem" | grep -q 'Never trust it'
 status=0
 "$tool" key show mixed.key >log || status=$?
@@ -143,7 +135,7 @@ pss.pem|a key for RSA-PSS
 65539.pem|exponent is 65539
 primes.pem|not those of an RSA key
 certificate.pem|a certificate is no key
-cut.pem|no key
+cut.pem|this PEM is damaged or cut off
 cut.key|damaged or cut off
 long|too long
 /dev/null|no key
@@ -163,6 +155,32 @@ done <<'TABLE'
 700|8|don't belong together
 1500|8|not those of an RSA
 TABLE
+
+# What can't sign manifests is an answer, and one that a program can read.
+status=0
+"$tool" key show --json ec.pem public.pem 3072.pem >unfit.json || status=$?
+[[ $status == 1 && $(jq -c '.files[] | [.format, .bits]' unfit.json |
+  paste -s -d ' ') == \
+  '["unfit-key",null] ["public-key",2048] ["unfit-key",null]' ]] ||
+  die "$status $(<unfit.json)"
+"$tool" key show ec.pem >log || true
+grep -q 'with it: this is a key for EC' log
+
+"$tool" key show --json mixed.key "$keys/test-key-pair.key" >more.json ||
+  [[ $? == 1 ]]
+if python3 -c 'import jsonschema' 2>/dev/null; then
+  python3 -c 'import json, sys, jsonschema
+schema, *shown = [json.load(open(name)) for name in sys.argv[1:]]
+for document in shown: jsonschema.validate(document, schema)' \
+    "$root/docs/schema/key-show.json" shown.json more.json unfit.json
+fi
+
+# A locked key is no key to trust; check has no passphrase to take.
+status=0
+setsid -w "$tool" check --trust locked8.pem "$manifest" </dev/null >log 2>&1 ||
+  status=$?
+[[ $status == 2 ]] && grep -q "locked8.pem: the key is encrypted: give its \
+public half, which 'tova_fw key export --public' makes" log
 
 # What is to be signed, in each form; and every form of the signature gives the
 # file that the builder signs.

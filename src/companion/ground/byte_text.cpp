@@ -14,6 +14,9 @@ std::string without_white_space(std::string_view text) {
   return rest;
 }
 
+// The characters of the alphabet for URLs and file names stand for others.
+char usual_character(char c) { return c == '-' ? '+' : c == '_' ? '/' : c; }
+
 }  // namespace
 
 std::string hexadecimal(std::span<const std::uint8_t> bytes) {
@@ -47,7 +50,8 @@ std::string base64(std::span<const std::uint8_t> bytes) {
 
 std::optional<std::vector<std::uint8_t>> from_hexadecimal(
     std::string_view text) {
-  const std::string digits = without_white_space(text);
+  std::string digits = without_white_space(text);
+  std::erase(digits, ':');
   if (digits.size() % 2 != 0) return std::nullopt;
   std::vector<std::uint8_t> bytes(digits.size() / 2);
   for (std::size_t i = 0; i < digits.size(); ++i) {
@@ -60,16 +64,15 @@ std::optional<std::vector<std::uint8_t>> from_hexadecimal(
 
 std::optional<std::vector<std::uint8_t>> from_base64(std::string_view text) {
   std::string digits = without_white_space(text);
-  if (digits.size() % 4 != 0) return std::nullopt;
-  std::size_t padding = 0;
-  while (padding < 2 && digits.ends_with('=')) {
+  if (digits.ends_with('=') && digits.size() % 4 != 0) return std::nullopt;
+  for (int padding = 0; padding < 2 && digits.ends_with('='); ++padding) {
     digits.pop_back();
-    ++padding;
   }
+  if (digits.size() % 4 == 1) return std::nullopt;
   std::vector<std::uint8_t> bytes;
   std::uint32_t group = 0;
   for (std::size_t i = 0; i < digits.size(); ++i) {
-    const std::size_t value = kBase64.find(digits[i]);
+    const std::size_t value = kBase64.find(usual_character(digits[i]));
     if (value == kBase64.npos) return std::nullopt;
     group = group << 6 | static_cast<std::uint32_t>(value);
     // The first character of four completes no byte.

@@ -33,12 +33,16 @@ TEST(ByteText, FormsOfTheRfc) {
 
 TEST(ByteText, OnlyWholeBytesAreTaken) {
   EXPECT_EQ((Bytes{0xAB, 0xCD}), from_hexadecimal(" A\tb\nC\r\nd\n"));
+  EXPECT_EQ((Bytes{0xAB, 0xCD, 0xEF}), from_hexadecimal("ab:\n  CD:ef"));
   EXPECT_EQ((Bytes{'f', 'o'}), from_base64("Z m\n8\n=\n"));
+  // RFC 4648, 5 and 3.2: the other alphabet, and without padding.
+  EXPECT_EQ((Bytes{0xFB, 0xEF, 0xFF, 0x00}), from_base64("--__AA"));
+  EXPECT_EQ((Bytes{'f'}), from_base64("Zg"));
   for (const char* text : {"a", "abc", "0x12", "ag", "a-"}) {
     EXPECT_EQ(std::nullopt, from_hexadecimal(text)) << text;
   }
-  for (const char* text : {"Zg", "Zg=", "Z===", "====", "Zg==Zg==", "Zm9-",
-                           "Zm9_", "=Zm9", "Zm=8"}) {
+  for (const char* text : {"Z", "Zm9vY", "Zg=", "Z===", "====", "Zg==Zg==",
+                           "Zm9:", "=Zm9", "Zm=8"}) {
     EXPECT_EQ(std::nullopt, from_base64(text)) << text;
   }
 }
