@@ -116,6 +116,9 @@ std::string why_refused(const std::vector<std::uint8_t>& file,
 }
 
 void attach(const Options& options) {
+  require_no_input(options.output,
+                   {options.manifest, options.key, options.passphrase_file,
+                    options.signature});
   const auto file = naming(options.manifest, [&] {
     auto bytes = read_manifest_bytes(options.manifest);
     manifest_to_sign(bytes, options.debug);
@@ -137,7 +140,7 @@ void attach(const Options& options) {
   std::ostringstream signed_bytes;
   manifest->write_raw(signed_bytes);
   naming(options.output,
-         [&] { write_output_file(options.output, signed_bytes.str()); });
+         [&] { write_output(options.output, signed_bytes.str()); });
 }
 
 }  // namespace
@@ -165,7 +168,9 @@ void add_attach_command(CLI::App& program, Status&) {
                    "with colons, or base64 of either alphabet")
       ->type_name("FILE")
       ->required();
-  command->add_option("-o,--output", options->output, "The signed manifest")
+  command
+      ->add_option("-o,--output", options->output,
+                   "The signed manifest; - prints it")
       ->type_name("SIGNED")
       ->required();
   command->footer(

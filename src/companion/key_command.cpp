@@ -188,13 +188,14 @@ std::unique_ptr<KeyMaterial> load_whole_key(const ConvertOptions& options) {
 using MakeText = SecretBuffer (*)(KeyMaterial& key, bool public_only);
 
 void convert(const ConvertOptions& options, MakeText make_text) {
+  require_no_input(options.to, {options.from, options.passphrase_file});
   const auto key = load_whole_key(options);
   const SecretBuffer text = make_text(*key, options.public_only);
   naming(options.to, [&] {
-    write_output_file(options.to,
-                      {reinterpret_cast<char*>(text.data()), text.size()},
-                      options.public_only ? OutputFile::Rights::kUsual
-                                          : OutputFile::Rights::kPrivate);
+    write_output(options.to,
+                 {reinterpret_cast<char*>(text.data()), text.size()},
+                 options.public_only ? OutputFile::Rights::kUsual
+                                     : OutputFile::Rights::kPrivate);
   });
 }
 
@@ -221,7 +222,10 @@ void add_show(CLI::App& key, Status& status) {
 void add_conversion(CLI::App& command, const char* from, MakeText make_text) {
   const auto options = std::make_shared<ConvertOptions>();
   command.add_option("KEY", options->from, from)->required();
-  command.add_option("-o,--output", options->to, "The file to write")
+  command
+      .add_option("-o,--output", options->to,
+                  "The file to write; - prints it, but no private key on a "
+                  "terminal")
       ->type_name("FILE")
       ->required();
   command.add_flag("--public", options->public_only, "The public half alone");

@@ -48,6 +48,16 @@ Status status_of(const LintReport& report, bool strict) {
   return Status::kYes;
 }
 
+std::vector<std::string> files_of(const BuildInputs& inputs,
+                                  const LintReport& report) {
+  std::vector<std::string> files = {inputs.elf_list_path, inputs.key_list_path,
+                                    inputs.module_config_path.value_or("")};
+  for (const SourceMap::File& source : report.sources) {
+    files.push_back(source.path);
+  }
+  return files;
+}
+
 Status lint_definition(const Options& options) {
   if (options.list_rules) return list_rules();
   if (options.inputs.definition.empty()) {
@@ -56,13 +66,15 @@ Status lint_definition(const Options& options) {
   for (const std::string& name : options.disabled) check_rule_name(name);
   const std::string folder = current_directory();
   const std::string sarif_path = absolute_path(options.sarif);
+  const BuildInputs inputs = builder_inputs(options.inputs);
   LintReport report;
   try {
-    report = lint({builder_inputs(options.inputs), options.disabled});
+    report = lint({inputs, options.disabled});
   } catch (const std::exception& error) {
     report_trouble(options.inputs.definition, error.what());
     return Status::kTrouble;
   }
+  require_no_input(sarif_path, files_of(inputs, report));
   Status status = status_of(report, options.strict);
   if (!options.sarif.empty()) {
     try {

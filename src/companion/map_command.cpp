@@ -13,6 +13,7 @@
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
+#include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "layout/build_core.h"
@@ -66,13 +67,12 @@ struct Output {
   std::string path = absolute_path(name);
 
   bool is_wanted() const { return !name.empty(); }
-  bool is_printed() const { return name == "-" || name == "/dev/stdout"; }
+  bool is_printed() const { return names_standard_output(name); }
 
   // Yields whether all was written.
   bool write(const std::string& text) const {
-    if (is_printed()) std::cout << text;
-    return is_printed() ||
-           with_file(name, [&] { write_output_file(path, text); });
+    return with_file(name,
+                     [&] { write_output(is_printed() ? name : path, text); });
   }
 };
 
@@ -80,6 +80,18 @@ struct Outputs {
   Output json;
   Output html;
 };
+
+// What the map was made of, wherever that is named.
+void add_files(const BuildInputs& inputs, const BoundMap& bound,
+               std::vector<std::string>& files) {
+  const auto& definitions = bound.out_map->files_read;
+  files.insert(files.end(), definitions.begin(), definitions.end());
+  files.insert(files.end(), {inputs.key_list_path, inputs.elf_list_path,
+                             inputs.module_config_path.value_or("")});
+  for (const ElfListEntry& entry : bound.elfs) {
+    files.insert(files.end(), {entry.elf, entry.memmap, entry.nm});
+  }
+}
 
 // Yields whether all was written.
 bool write_answer(const Answer& answer, const Options& options,
@@ -120,8 +132,12 @@ Status show_map(const Options& options) {
   if (outputs.json.is_printed() && outputs.html.is_printed()) {
     throw CLI::ValidationError("--json and --html can't both be printed");
   }
+  if (are_one_file(outputs.json.path, outputs.html.path)) {
+    throw CLI::ValidationError("--json and --html can't be one file");
+  }
   const BuildInputs inputs = builder_inputs(options.inputs);
 
+  const std::string baseline = absolute_path(options.baseline);
   std::optional<MapSizes> before;
   if (!options.baseline.empty() && !with_file(options.baseline, [&] {
         before = read_sizes(*open_input(options.baseline));
@@ -129,13 +145,17 @@ Status show_map(const Options& options) {
     return Status::kTrouble;
   }
   Answer answer;
+  std::vector<std::string> files = {baseline};
   if (!with_file(options.inputs.definition, [&] {
         const BoundMap bound = bind_out_map(inputs);
+        add_files(inputs, bound, files);
         answer.map = measure_memory(*bound.out_map, bound.elfs);
         answer.budgets = check_budgets(answer.map, budgets);
       })) {
     return Status::kTrouble;
   }
+  require_no_input(outputs.json.path, files);
+  require_no_input(outputs.html.path, files);
   if (before) answer.changes = compare_sizes(*before, sizes_of(answer.map));
   const Colours colour = colours(wants_colour(options.colour));
   return write_answer(answer, options, outputs, colour)

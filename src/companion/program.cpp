@@ -12,6 +12,7 @@
 #include "companion/diff_command.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/status.h"
+#include "companion/ground/system_files.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_command.h"
 #include "companion/lint_command.h"
@@ -60,6 +61,7 @@ Status run(CLI::App& program, const std::vector<std::string>& arguments,
 
 int run_program(const std::vector<std::string>& arguments) {
   std::ios_base::sync_with_stdio(false);
+  take_size_limit_as_error();
   set_log_level(kLogError - 1);  // the builder's code has nothing to say here
 
   Status status = Status::kYes;

@@ -4,7 +4,6 @@
 #include "companion/to_sign_command.h"
 
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,7 +21,7 @@ namespace {
 struct Options {
   std::string manifest;
   std::string form = "message";
-  std::string output;
+  std::string output = "-";
   bool debug = false;
   bool hexadecimal = false;
   bool base64 = false;
@@ -52,17 +51,14 @@ std::string text_of(const std::vector<std::uint8_t>& bytes,
 }
 
 void write_bytes_to_sign(const Options& options) {
+  require_no_input(options.output, {options.manifest});
   const std::string text = naming(options.manifest, [&] {
     const auto file = read_manifest_bytes(options.manifest);
     const auto manifest = manifest_to_sign(file, options.debug);
     note_debug_mark(options.manifest, file, options.debug);
     return text_of(bytes_to_sign(*manifest, options.form), options);
   });
-  if (options.output.empty()) {
-    std::cout << text;
-  } else {
-    naming(options.output, [&] { write_output_file(options.output, text); });
-  }
+  naming(options.output, [&] { write_output(options.output, text); });
 }
 
 }  // namespace
@@ -84,7 +80,7 @@ void add_to_sign_command(CLI::App& program, Status&) {
               {"message", "digest", "digest-info"});
   command
       ->add_option("-o,--output", options->output,
-                   "The file to write; else the standard output")
+                   "The file to write; else, or with -, the standard output")
       ->type_name("FILE");
   auto* hexadecimal_flag = command->add_flag("--hex", options->hexadecimal,
                                              "Write hexadecimal digits");

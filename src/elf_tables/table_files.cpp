@@ -55,22 +55,6 @@ void check_blanks(const std::string& path) {
   }
 }
 
-void check_output(const std::string& output,
-                  const std::vector<std::string>& elfs) {
-  for (const std::string& elf : elfs) {
-    std::error_code is_new;
-    if (fs::equivalent(output, elf, is_new)) {
-      throw std::runtime_error(output + ": the output would destroy an input");
-    }
-  }
-}
-
-// However it is spelled, and whether or not it is there yet.
-bool is_same_place(const std::string& a, const std::string& b) {
-  return fs::weakly_canonical(fs::absolute(a)) ==
-         fs::weakly_canonical(fs::absolute(b));
-}
-
 }  // namespace
 
 std::vector<TableFiles> name_table_files(const std::vector<std::string>& elfs,
@@ -81,7 +65,7 @@ std::vector<TableFiles> name_table_files(const std::vector<std::string>& elfs,
     throw std::runtime_error("there are more names than ELFs");
   }
   const std::vector<std::string> all = complete_names(elfs, names);
-  check_output(list, elfs);
+  require_no_input(list, elfs);
   std::vector<TableFiles> files;
   for (std::size_t i = 0; i < elfs.size(); ++i) {
     const std::string base = (fs::absolute(folder) / all[i]).string();
@@ -90,8 +74,8 @@ std::vector<TableFiles> name_table_files(const std::vector<std::string>& elfs,
     check_blanks(files[i].elf);
     for (const std::string& output : {files[i].sections, files[i].symbols}) {
       check_blanks(output);
-      check_output(output, elfs);
-      if (is_same_place(output, list)) {
+      require_no_input(output, elfs);
+      if (are_one_file(output, list)) {
         throw std::runtime_error(list + ": the list has the name of a table");
       }
     }

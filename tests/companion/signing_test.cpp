@@ -4,6 +4,7 @@
 
 #include "companion/ground/byte_text.h"
 #include "inspect/byte_source.h"
+#include "outside_keys/outside_key.h"
 #include "run_tool.h"
 #include "signing/manifest_sample.h"
 #include "signing/sign_command.h"
@@ -144,6 +145,60 @@ TEST_F(Signing, AttachRefusesWithAReason) {
     EXPECT_NE(std::string::npos, run.err.find(c.reason)) << run.err;
     EXPECT_EQ("old", read_file("out")) << c.reason;
   }
+}
+
+// Each input of each command, by its name, a link and a hard link.
+TEST_F(Signing, OutputsAreNoInputs) {
+  dir_.write("pass", "x");
+  dir_.write("sig", read_file("release.sig"));
+  const struct {
+    std::vector<std::string> words;
+    std::vector<std::string> inputs;
+  } commands[] = {
+      {{"to-sign", "man", "--release"}, {"man"}},
+      {{"attach", "man", "--release", "--key", "public", "--signature", "sig",
+        "--passphrase-file", "pass"},
+       {"man", "public", "sig", "pass"}},
+      {{"key", "import", "pair", "--passphrase-file", "pass"},
+       {"pair", "pass"}},
+      {{"key", "export", "pair", "--public"}, {"pair"}},
+  };
+  for (const auto& command : commands) {
+    if (command.words[0] == "key" && !outside_keys_are_known()) continue;
+    for (const std::string& input : command.inputs) {
+      const std::string before = read_file(input);
+      std::filesystem::create_symlink(input, "link");
+      std::filesystem::create_hard_link(input, "hard");
+      for (const std::string& output :
+           {input, "./" + input, std::string("link"), std::string("hard")}) {
+        auto words = command.words;
+        words.insert(words.end(), {"-o", output});
+        const Outcome run = run_tool(words);
+        EXPECT_EQ(2, run.status) << words[0] << output;
+        EXPECT_EQ("tova_fw: " + output + ": is an input of this command" +
+                      (output == input ? "" : ", " + input) +
+                      ": name another output\n",
+                  run.err);
+        EXPECT_TRUE(before == read_file(input)) << words[0] << output;
+      }
+      std::filesystem::remove("link");
+      std::filesystem::remove("hard");
+    }
+  }
+}
+
+TEST_F(Signing, DashIsTheStandardOutput) {
+  const std::string message = run_tool({"to-sign", "man", "--release"}).out;
+  EXPECT_EQ(message, run_tool({"to-sign", "man", "--release", "-o", "-"}).out);
+  const Outcome attached =
+      run_tool({"attach", "man", "--release", "--key", "public", "--signature",
+                "release.sig", "-o", "-"});
+  EXPECT_TRUE(read_file("release") == attached.out);
+  EXPECT_FALSE(std::filesystem::exists("-"));
+  if (!outside_keys_are_known()) return;
+  EXPECT_EQ(sample_public_file(),
+            run_tool({"key", "import", "public", "--public", "-o", "-"}).out);
+  EXPECT_FALSE(std::filesystem::exists("-"));
 }
 
 // What a signature wouldn't cover as `sign` makes it. The words are those at

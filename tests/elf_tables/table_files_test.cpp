@@ -36,9 +36,9 @@ TEST(TableFiles, Refusals) {
   };
   const std::string list = dir.file("list");
   EXPECT_EQ("no exception", refusal({elf}, {"other"}, list));
-  EXPECT_EQ(elf + ": the output would destroy an input",
+  EXPECT_EQ(elf + ": is an input of this command: name another output",
             refusal({elf}, {}, list));
-  EXPECT_EQ(elf + ": the output would destroy an input",
+  EXPECT_EQ(elf + ": is an input of this command: name another output",
             refusal({elf}, {"other"}, elf));
   EXPECT_EQ(dir.file("a.symbols") + ": the list has the name of a table",
             refusal({"/a"}, {}, dir.file("a.symbols")));

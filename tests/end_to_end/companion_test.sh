@@ -68,6 +68,13 @@ has err 'tova_fw: standard output: cannot be written'
 status=0
 "$tool" show gen-1.8/firmware.man >&- 2>../err || status=$?
 [[ $status == 2 ]] || die "status $status with a closed standard output"
+status=0
+python3 -c 'import os, subprocess, sys
+read, write = os.pipe()
+os.close(read)
+sys.exit(subprocess.run(sys.argv[1:], stdout=write).returncode)' \
+  "$tool" show gen-1.8/firmware.man 2>../err || status=$?
+[[ $status == 2 && ! -s ../err ]] || die "a reader that went: $(<../err)"
 run 0 --version
 run 0 show --help
 has out 'Example: tova_fw show --long firmware.bin firmware.man'

@@ -33,6 +33,14 @@ for generation in 1.5 1.8 2.5 3.0; do
   [[ ! -s out && ! -s err ]] || die "$(cat out err)"
 done
 lint 0 gen_1.8.def --default-dir definitions
+inputs=(definitions/{gen_1.8,base_modules}.def "${linked[@]:1:1}" fw.elfs
+  keys/trusted-keys.list)
+before=$(sha256sum "${inputs[@]}")
+for input in "${inputs[@]}"; do
+  lint 2 definitions/gen_1.8.def "${linked[@]}" --sarif "$input"
+  grep -q "$input: is an input of this command" err || die "$(<err)"
+done
+[[ $(sha256sum "${inputs[@]}") == "$before" ]] || die "an input is gone"
 
 # A warning, an error, and both forms of output.
 sed -i 's/^version_major 2$/version_major 70000/' definitions/base_modules.def

@@ -117,6 +117,20 @@ sed -i '/export/d' definitions/*.def
 map 0 --baseline old.json --long
 has out ' +4104 0 4104 (no symbol) .bss.reverb reverb'
 
+# An output may be none of the inputs, wherever these are named.
+inputs=(definitions/{gen_1.8,base_modules}.def src/audio_config.h fw.elfs
+  keys/trusted-keys.list linked/mixer.{elf,sections,symbols} old.json)
+before=$(sha256sum "${inputs[@]}")
+for input in "${inputs[@]}"; do
+  for option in --json --html; do
+    map 2 --baseline old.json "$option" "$input"
+    grep -q "$input: is an input of this command" err || die "$(<err)"
+  done
+done
+[[ $(sha256sum "${inputs[@]}") == "$before" ]] || die "an input is gone"
+map 2 --json twice --html definitions/../twice
+[[ ! -e twice ]] || die "two outputs in one file"
+
 # What can't be read or written, and what the builder refuses, in its words.
 for baseline in nothing . out fw.elfs; do map 2 --baseline "$baseline"; done
 for text in '' '{' '[]' '{"schema":1,"image":{},"symbols_total":1e9}' \

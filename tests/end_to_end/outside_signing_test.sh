@@ -182,6 +182,20 @@ setsid -w "$tool" check --trust locked8.pem "$manifest" </dev/null >log 2>&1 ||
 [[ $status == 2 ]] && grep -q "locked8.pem: the key is encrypted: give its \
 public half, which 'tova_fw key export --public' makes" log
 
+# Private numbers go through a pipe, and to no terminal; nothing of them is
+# left where a file has no room.
+cmp key.key <("$tool" key import key.pem -o -)
+status=0
+python3 -c 'import os, pty, sys
+sys.exit(os.waitstatus_to_exitcode(pty.spawn(sys.argv[1:])))' \
+  "$tool" key import key.pem -o - </dev/null >log || status=$?
+[[ $status == 2 ]] && grep -q 'not shown on a terminal: name a file' log
+status=0
+(ulimit -f 1 && exec "$tool" key import key.pem -o limited.key) 2>log ||
+  status=$?
+[[ $status == 2 && $(<log) == *'limited.key: cannot be written: File too large' ]]
+[[ $(echo limited*) == 'limited*' ]] || die 'a part of a private key is left'
+
 # What is to be signed, in each form; and every form of the signature gives the
 # file that the builder signs.
 digest=$({ head -c 128 "$manifest"; tail -c +645 "$manifest" | head -c 3452; } |

@@ -89,7 +89,7 @@ tables 2 linked/mixer.elf
 tables 2 -o named
 cp linked/mixer.elf mixer.sections
 tables 2 mixer.sections -o .
-grep -q 'mixer.sections: the output would destroy an input' err
+grep -q 'mixer.sections: is an input of this command' err
 cmp linked/mixer.elf mixer.sections
 
 # Any bytes: cut at each place of the headers, and with each byte changed.

@@ -3,10 +3,13 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <system_error>
 
+#include "companion/ground/standard_output.h"
 #include "companion/ground/system_files.h"
+#include "companion/ground/trouble.h"
 #include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
@@ -94,6 +97,43 @@ void write_output_file(const std::string& path, std::string_view bytes,
   OutputFile file(path, rights);
   file.stream().write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   file.commit();
+}
+
+void write_output(const std::string& name, std::string_view bytes,
+                  OutputFile::Rights rights) {
+  if (!names_standard_output(name)) {
+    write_output_file(name, bytes, rights);
+  } else if (rights == OutputFile::Rights::kUsual) {
+    std::cout << bytes;
+  } else if (standard_output_is_terminal()) {
+    throw std::runtime_error(
+        "private numbers are not shown on a terminal: name a file");
+  } else {
+    print_private(bytes);
+  }
+}
+
+void require_no_input(const std::string& output,
+                      const std::vector<std::string>& inputs) {
+  const fs::path place = native_path(output);
+  std::error_code ignored;
+  // A device, such as a terminal, can well be both.
+  if (!fs::is_regular_file(place, ignored)) return;
+  for (const std::string& input : inputs) {
+    if (!fs::equivalent(place, native_path(input), ignored)) continue;
+    throw FileError({output, "is an input of this command" +
+                                 (input == output ? "" : ", " + input) +
+                                 ": name another output"});
+  }
+}
+
+bool are_one_file(const std::string& a, const std::string& b) {
+  std::error_code error;
+  const auto place = [&error](const std::string& name) {
+    return fs::weakly_canonical(fs::absolute(native_path(name)), error);
+  };
+  return !a.empty() && !b.empty() && place(a) == place(b) && !error &&
+         !fs::is_other(native_path(a), error);
 }
 
 }  // namespace tova_fw_builder

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tova_fw_builder {
 
@@ -61,5 +62,21 @@ class OutputFile {
 // Writes the whole file. Throws as OutputFile does.
 void write_output_file(const std::string& path, std::string_view bytes,
                        OutputFile::Rights rights = OutputFile::Rights::kUsual);
+
+// The same, but names_standard_output() prints the bytes. Throws
+// std::runtime_error, too, for private ones that a terminal would show.
+void write_output(const std::string& name, std::string_view bytes,
+                  OutputFile::Rights rights = OutputFile::Rights::kUsual);
+
+// To be called ahead of the first output of a command. Throws FileError of
+// `output` "is an input of this command: name another output" if it is one of
+// the files `inputs`, by whatever name or link; they may be empty, or missing.
+void require_no_input(const std::string& output,
+                      const std::vector<std::string>& inputs);
+
+// Whether the second of two outputs would be written over the first, however
+// they are spelled, and whether or not they are there yet. Empty names are none
+// and a device takes both.
+bool are_one_file(const std::string& a, const std::string& b);
 
 }  // namespace tova_fw_builder

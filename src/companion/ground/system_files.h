@@ -17,4 +17,11 @@ bool give_usual_rights(const std::string& file, const std::string& path);
 
 bool standard_output_is_terminal();
 
+// Whether the standard output is a pipe that nobody reads any more.
+bool standard_output_is_unread();
+
+// From here on a file that would grow beyond the limit of its size is an error
+// of the write and no signal, which would leave a part of it behind.
+void take_size_limit_as_error();
+
 }  // namespace tova_fw_builder

@@ -1,6 +1,8 @@
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 
 #include "companion/ground/system_files.h"
@@ -26,5 +28,12 @@ bool give_usual_rights(const std::string& file, const std::string& path) {
 }
 
 bool standard_output_is_terminal() { return isatty(STDOUT_FILENO) == 1; }
+
+bool standard_output_is_unread() {
+  pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+  return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
+}
+
+void take_size_limit_as_error() { std::signal(SIGXFSZ, SIG_IGN); }
 
 }  // namespace tova_fw_builder

@@ -34,4 +34,10 @@ bool give_usual_rights(const std::string&, const std::string&) { return true; }
 
 bool standard_output_is_terminal() { return _isatty(_fileno(stdout)) != 0; }
 
+// Nothing tells it here, so that it is told as an output that can't be written.
+bool standard_output_is_unread() { return false; }
+
+// There is no such limit.
+void take_size_limit_as_error() {}
+
 }  // namespace tova_fw_builder

@@ -60,6 +60,27 @@ TEST(OutputFile, FollowsLinksAndWritesDevices) {
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
+TEST(OutputFile, TwoOutputsInOnePlace) {
+  const TempDir dir;
+  fs::create_directory(dir.file("sub"));
+  fs::create_symlink("sub", dir.file("link"));
+  fs::current_path(dir.path());
+  const struct {
+    const char* a;
+    const char* b;
+    bool are_one;
+  } cases[] = {
+      {"x", "x", true},         {"x", "sub/../x", true},
+      {"x", "none/../x", true}, {"sub/x", "link/x", true},
+      {"x", "y", false},        {"x", "sub/x", false},
+      {"", "", false},          {"/dev/null", "/dev/null", false},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.are_one, are_one_file(c.a, c.b)) << c.a << ' ' << c.b;
+    EXPECT_EQ(c.are_one, are_one_file(c.b, c.a));
+  }
+}
+
 TEST(OutputFile, FailuresHaveAReason) {
   const TempDir dir;
   EXPECT_EQ("cannot be written: No such file or directory",
