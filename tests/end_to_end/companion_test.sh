@@ -13,7 +13,7 @@ run() {  # run STATUS ARGUMENT...: leaves the outputs in the files out and err
 }
 
 has() {  # has FILE TEXT: one of the lines, blanks squeezed
-  tr -s ' ' <"../$1" | grep -qFx -- "$2" || die "no line '$2' in: $(cat "../$1")"
+  grep -qFx -- "$2" <(tr -s ' ' <"../$1") || die "no line '$2' in: $(cat "../$1")"
 }
 
 # The sample's files are known by their content, and nothing is wrong in them.

@@ -30,7 +30,7 @@ map() {  # map STATUS ARGUMENT...: leaves the outputs in the files out and err
   [[ $status == "$1" ]] || die "${*:2}: status $status, not $1: $(cat out err)"
 }
 has() {  # has FILE TEXT: one of the lines, blanks squeezed
-  tr -s ' ' <"$1" | grep -qFx -- "$2" || die "no line '$2' in: $(cat "$1")"
+  grep -qFx -- "$2" <(tr -s ' ' <"$1") || die "no line '$2' in: $(cat "$1")"
 }
 
 # The section tables tell the numbers: text of the four modules 492 + 188 + 192
