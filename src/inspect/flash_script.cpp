@@ -2,12 +2,15 @@
 #include "inspect/flash_script.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
+#include "companion/ground/trouble.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/native_path.h"
 #include "driver/ground/wire.h"
@@ -21,6 +24,7 @@ namespace {
 constexpr auto kHex = Field::Radix::kHex;
 constexpr auto kBytes = Field::Shown::kBytes;
 constexpr std::size_t kMostParts = 4096;
+constexpr std::uint64_t kMostHashed = 0x7fffffff;  // build_img refuses more
 
 constexpr Column kColumns[] = {
     {"line", "line"},     {"statement", "statement"}, {"offset", "offset"},
@@ -33,8 +37,13 @@ struct Part {
   std::string statement;
   std::optional<std::uint64_t> offset;
   std::uint64_t length;
-  std::string what;      // the file, the numbers
-  std::string expected;  // the bytes, where the script tells them
+  std::string what;  // the file, the numbers
+  // What has to stand there: these bytes, or those of a file, or its hash; or
+  // zeros.
+  std::string expected = {};
+  std::string file = {};
+  bool is_hash = false;
+  bool is_zeros = false;
   bool is_marked = false;
 };
 
@@ -74,18 +83,14 @@ class Script {
       case ImageStatement::kSize:
         return append_size(statement.name);
       case ImageStatement::kSha:
-        return append("sha", 32, statement.name);
+        return append_hash(statement.name);
     }
   }
 
   void add(std::string statement, std::optional<std::uint64_t> offset,
            std::uint64_t length, std::string what) {
-    parts_.push_back({line_number_,
-                      std::move(statement),
-                      offset,
-                      length,
-                      std::move(what),
-                      {}});
+    parts_.push_back(
+        {line_number_, std::move(statement), offset, length, std::move(what)});
   }
 
   void append(std::string statement, std::uint64_t length, std::string what) {
@@ -111,7 +116,19 @@ class Script {
       parts_.back().is_marked = true;
       marked_.push_back(parts_.back().offset);
     }
-    if (!length) place_.reset();
+    if (length) {
+      parts_.back().file = prefix_ + statement.name;
+    } else {
+      place_.reset();
+    }
+  }
+
+  void append_hash(const std::string& name) {
+    const auto length = length_of(name);
+    append("sha", 32, name);
+    if (!length || *length > kMostHashed) return;
+    parts_.back().file = prefix_ + name;
+    parts_.back().is_hash = true;
   }
 
   void go_to_offset(std::uint64_t target) {
@@ -124,6 +141,7 @@ class Script {
     }
     if (place_ && *place_ < target) {
       append("offset", target - *place_, "zeros");
+      parts_.back().is_zeros = true;
     }
     place_ = target;
   }
@@ -191,8 +209,70 @@ void check_overlaps(const std::vector<Part>& parts, Inspected& out) {
   }
 }
 
+// What the statements have written, read from their files, and each hashed
+// once.
+class Expected {
+ public:
+  // What has to stand there; empty where the script doesn't tell it.
+  ByteSource of(const Part& part) {
+    if (part.file.empty()) return ByteSource::of(part.expected);
+    if (!part.is_hash) return ByteSource::open(part.file);
+    const auto [found, is_new] = hashes_.try_emplace(part.file);
+    if (is_new) found->second = sha256_of(ByteSource::open(part.file));
+    return ByteSource::of({found->second.begin(), found->second.end()});
+  }
+
+ private:
+  std::map<std::string, std::array<std::uint8_t, 32>> hashes_;
+};
+
+// The place of the first byte in a span of the image that isn't the one that
+// has to stand there; `at` is where the span begins in what is expected.
+std::optional<std::uint64_t> first_other(const ByteSource& image, Span span,
+                                         const ByteSource* expected,
+                                         std::uint64_t at) {
+  std::optional<std::uint64_t> found;
+  std::uint64_t offset = span.offset;
+  image.pieces(span.offset, span.length, [&](std::string_view piece) {
+    const std::string there =
+        expected ? expected->bytes(at + offset - span.offset, piece.size())
+                 : std::string(piece.size(), '\0');
+    const auto other = std::ranges::mismatch(piece, there).in1;
+    if (other != piece.end()) {
+      found = offset + static_cast<std::uint64_t>(other - piece.begin());
+    }
+    offset += piece.size();
+    return !found;
+  });
+  return found;
+}
+
+// Compares what is left of a part with what was written.
+void check_bytes(const ByteSource& image, const Part& part,
+                 const std::vector<Span>& left, Expected& all, Inspected& out) {
+  if (left.empty()) return;
+  try {
+    const ByteSource expected = all.of(part);
+    if (expected.size() == 0 && !part.is_zeros) return;
+    for (const Span& span : left) {
+      const auto other =
+          first_other(image, span, part.is_zeros ? nullptr : &expected,
+                      span.offset - *part.offset);
+      if (!other) continue;
+      add_problem(out, *other,
+                  line_text(part) + ": the image has other bytes there");
+      return;
+    }
+  } catch (const FileError& error) {
+    add_problem(out, *part.offset,
+                line_text(part) + ": " + error.trouble().file + ' ' +
+                    error.trouble().text);
+  }
+}
+
 Field decode_part(const ByteSource& image, const Part& part,
-                  const std::vector<Span>& left, Inspected& out) {
+                  const std::vector<Span>& left, Expected& expected,
+                  Inspected& out) {
   Field field = object_field("");
   field.add(number_field("line", part.line));
   field.add(text_field("statement", part.statement));
@@ -203,13 +283,11 @@ Field decode_part(const ByteSource& image, const Part& part,
   field.add(text_field(
       "what", part.what + (part.is_marked ? ", in the partition table" : "")));
   Field bytes = list_field("bytes", kBytes);
-  std::uint64_t kept = 0;
   for (const Span span : left) {
     Field piece = text_field("", "");
     piece.kind = part.statement == "offset" ? Field::Kind::kPadding
                                             : Field::Kind::kContents;
     bytes.add(placed(std::move(piece), span.offset, span.length));
-    kept += span.length;
   }
   field.add(std::move(bytes));
   if (!part.offset) return field;
@@ -218,10 +296,8 @@ Field decode_part(const ByteSource& image, const Part& part,
   if (!is_inside) {
     add_problem(out, std::min(*part.offset, out.length),
                 line_text(part) + " lies behind the end of the image");
-  } else if (!part.expected.empty() && kept == part.length &&
-             image.bytes(*part.offset, part.length) != part.expected) {
-    add_problem(out, *part.offset,
-                line_text(part) + ": the image has other bytes there");
+  } else {
+    check_bytes(image, part, left, expected, out);
   }
   return field;
 }
@@ -250,8 +326,9 @@ Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
   }
   Field statements = list_field("statements");
   statements.columns = kColumns;
+  Expected expected;
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    statements.add(decode_part(image, parts[i], left[i], out));
+    statements.add(decode_part(image, parts[i], left[i], expected, out));
   }
   out.root.add(std::move(statements));
   Field rest = list_field("padding", kBytes);

@@ -6,6 +6,7 @@
 
 #include "inspect/bytes.h"
 #include "inspect/sample_files.h"
+#include "support/bytes.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {
@@ -19,6 +20,10 @@ std::string problems_of(const Inspected& inspected) {
   return text;
 }
 
+// By sha256sum, of 5 letters a.
+constexpr char kHashOfA[] =
+    "ed968e840d10d2d313a870bc131a4e2c311d7ad09bdf32b3418147221f51a6e2";
+
 // As build_img makes it: the table at 0, zeros to 0x48, 5 bytes of file a, its
 // length, and two numbers.
 std::string image() {
@@ -28,6 +33,8 @@ std::string image() {
 TEST(FlashScript, NamesEveryPart) {
   const TempDir dir;
   dir.write("a", "aaaaa");
+  dir.write("b", "aaaba");
+  const std::string plain = image().replace(0, 72, 72, '\0');
   const struct {
     const char* script;
     std::string image;
@@ -38,19 +45,33 @@ TEST(FlashScript, NamesEveryPart) {
       {"pt\noffset 48\nbin a n\nsize a\ndw 1234\n", image(),
        "0: line 1 (pt): the image has other bytes there\n"},
       // A number of the table, of `size` and of `dw` that the image lacks.
-      {"offset 48\nbin a\ndd 5\ndw 4321\n", image(),
+      {"offset 48\nbin a\ndd 5\ndw 4321\n", plain,
        "81: line 4 (dw): the image has other bytes there\n"},
       {"pt\noffset 48\nbin a\nsize a\ndw 1234\n", image(),
        "0: line 1 (pt): the image has other bytes there\n"},
       // The second file goes over the end of the first one.
-      {"offset 48\nbin a\noffset 4c\ndb 61\ndd 5\ndw 1234\n", image(),
+      {"offset 48\nbin a\noffset 4c\ndb 61\ndd 5\ndw 1234\n", plain,
        "76: line 4 (db) writes over 1 bytes of line 2 (bin)\n"},
       // Behind a file that is missing, nothing is known up to an offset.
-      {"offset 48\nbin none\ndd 7\noffset 4d\ndd 5\ndw 1234\n", image(),
+      {"offset 48\nbin none\ndd 7\noffset 4d\ndd 5\ndw 1234\n", plain,
        "72: line 2: PREFIXnone is not there\n"
        "72: 5 bytes that no statement wrote\n"},
-      {"offset 50\ndd 5\n", image().substr(0, 0x52),
+      {"offset 50\ndd 5\n", std::string(0x52, '\0'),
        "80: line 2 (dd) lies behind the end of the image\n"},
+      // Bytes of the file that aren't in the image, up to where another part
+      // goes over them; zeros that are none; a hash.
+      {"pt\noffset 48\nbin b\nsize b\ndw 1234\n", plain,
+       "75: line 3 (bin): the image has other bytes there\n"},
+      {"offset 48\nbin b\noffset 4b\ndb 61 61\ndd 5\ndw 1234\n", plain,
+       "75: line 4 (db) writes over 2 bytes of line 2 (bin)\n"},
+      {"offset 48\nbin a\ndd 5\ndw 1234\n", image(),
+       "0: line 1 (offset): the image has other bytes there\n"},
+      {"sha a\n", bytes_of(kHashOfA), ""},
+      {"sha a\nsha a\n",
+       bytes_of(kHashOfA) + bytes_of(kHashOfA).replace(31, 1, 1, 'x'),
+       "63: line 2 (sha): the image has other bytes there\n"},
+      {"sha none\n", std::string(32, 'x'),
+       "0: line 1: PREFIXnone is not there\n"},
       {"offset 8000000000000000\ndd 1\n", "",
        "0: line 1: the offset is out of "
        "range\n"},
