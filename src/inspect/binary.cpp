@@ -48,6 +48,20 @@ bool is_generation_30(const Inspected& out, std::uint64_t header_offset,
   return places.all_at_contents && !only_room;
 }
 
+// The modules of 3.0 are listed ahead of what would be hashed.
+void check_no_hashes(Inspected& out) {
+  for (const Field& module : find(out.root, "modules")->members) {
+    const Field* hash = find(module, "hash");
+    if (hash == nullptr ||
+        hash->text.find_first_not_of('0') == hash->text.npos) {
+      continue;
+    }
+    add_problem(out, hash->offset,
+                "the hash of " + printable(text_at(module, "name")) +
+                    " is not zero, as all are in 3.0");
+  }
+}
+
 // The contents of each segment, for the list of bytes.
 Field decode_contents(std::uint64_t header_offset, Inspected& out) {
   Field contents = object_field("contents", kBytes);
@@ -123,6 +137,7 @@ void decode_binary(const ByteSource& source, Inspected& out) {
     contents.offset = kContentsOffset;
     contents.length = out.length - std::min(out.length, contents.offset);
     out.root.add(std::move(contents));
+    check_no_hashes(out);
   } else {
     const std::uint64_t room = kSignedHeaderOffset - header_offset;
     find(out.root, "header_offset")->note =

@@ -2,6 +2,7 @@
 // search for what begins in it. A header inside a manifest isn't told again.
 #include <algorithm>
 
+#include "companion/ground/message_text.h"
 #include "inspect/decoders.h"
 #include "inspect/recognise.h"
 #include "layout/records/out_map.h"
@@ -49,10 +50,13 @@ void search(const ByteSource& source, const Visit& visit) {
 void decode_embedded(const ByteSource& source, Inspected& out) {
   Field& list = out.root.add(list_field("embedded"));
   list.columns = kFoundColumns;
+  bool are_more = false;
   search(source, [&](std::uint64_t offset, std::string_view bytes) {
     const Found found = structure_at(bytes);
     const std::uint64_t length = std::min(found.length, out.length - offset);
-    if (length == 0 || list.members.size() == kMostFound) {
+    if (length == 0) return std::uint64_t{0};
+    if (list.members.size() == kMostFound) {
+      are_more = true;
       return std::uint64_t{0};
     }
     Field entry = object_field("");
@@ -78,8 +82,8 @@ void decode_embedded(const ByteSource& source, Inspected& out) {
       out.title += ", " + std::to_string(out.length / kPageSize) + " pages";
     }
   } else {
-    out.title = "contents with " + std::to_string(count) +
-                (count == 1 ? " structure" : " structures") + " inside";
+    out.title = "contents with " + counted(count, "structure") + " inside" +
+                (are_more ? ", and more, which are not listed" : "");
   }
   out.root.add(std::move(contents));
 }

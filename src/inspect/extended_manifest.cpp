@@ -139,7 +139,18 @@ void decode_extended_manifest(const ByteSource& source, Inspected& out) {
   }
   out.title = "extended manifest of " + std::to_string(count) +
               (count == 1 ? " module" : " modules");
-  if (!header.is_whole() || at > out.length || modules.members.size() < count) {
+  if (modules.members.size() < count && limit < out.length) {
+    add_problem(out, std::min(at, out.length),
+                "only " + std::to_string(modules.members.size()) + " of " +
+                    std::to_string(count) +
+                    " modules can be shown: tova_fw reads no more than " +
+                    std::to_string(limit) + " bytes of records");
+    Field rest = shown(text_field("contents", ""), kBytes);
+    rest.kind = Field::Kind::kContents;
+    at = std::min(at, out.length);
+    out.root.add(placed(std::move(rest), at, out.length - at));
+  } else if (!header.is_whole() || at > out.length ||
+             modules.members.size() < count) {
     add_problem(out, std::min(at, out.length),
                 "the file ends ahead of its last record");
   } else if (at < out.length) {

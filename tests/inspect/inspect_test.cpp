@@ -215,6 +215,26 @@ TEST(Inspect, StructuresInside) {
 
 // One changed number, and what is told of it. Places of a binary count from its
 // header at 64: 116 + 64 is the first module's entry, 232 + 64 the second.
+// What isn't read or listed is told as such, not as damage.
+TEST(Inspect, LimitsAreTold) {
+  constexpr unsigned kModules = 5000;  // more than 192 KiB
+  Bytes extended;
+  extended.text("$TE1").u32(16 + 40 * kModules).u32(1).u32(kModules);
+  for (unsigned i = 0; i < kModules; ++i) extended.u32(40).fill(36);
+  const Inspected long_one = inspect_bytes(extended);
+  ASSERT_EQ(1u, long_one.problems.size());
+  EXPECT_EQ(
+      "only 4915 of 5000 modules can be shown: tova_fw reads no more than "
+      "196608 bytes of records",
+      long_one.problems[0].text);
+  Bytes many;
+  many.text("x");
+  for (int i = 0; i < 4097; ++i) many.text("$TE1").u32(16).u32(1).u32(0);
+  EXPECT_EQ(
+      "contents with 4096 structures inside, and more, which are not listed",
+      inspect_bytes(many).title);
+}
+
 TEST(Inspect, DamageIsToldWhereItIs) {
   const std::size_t one = 64 + 52;
   const std::size_t two = one + 116;
