@@ -80,4 +80,9 @@ endif()
 foreach(key IN LISTS TRUST)
   list(APPEND options --trust "${key}")
 endforeach()
-check_by_companion(${options} "${signed}")
+# With all that was built: a release has to hold down to its contents.
+string(REGEX REPLACE "[.]man$" "" base "${MANIFEST}")
+file(READ "${base}.log" image_log)
+addon_files("${image_log}" addons)
+check_by_companion(${options} "${signed}" "${base}.bin" "${base}.man.ext"
+  "${base}.pkg" ${addons})
