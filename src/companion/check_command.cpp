@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -19,6 +18,7 @@
 #include "driver/ground/native_path.h"
 #include "inspect/check/check.h"
 #include "inspect/field.h"
+#include "inspect/recognise.h"
 #include "outside_keys/any_key.h"
 
 namespace tova_fw_builder {
@@ -36,15 +36,27 @@ struct Options {
   ColourWhen colour = ColourWhen::kAuto;
 };
 
+// A key file, not a file of the image that a key has got into.
+bool is_key(const CheckedFile& file) {
+  const Format format = recognise(file.source);
+  return format == Format::kKeyPair || format == Format::kPublicKey;
+}
+
 // The files of the command line, folders replaced by what they hold.
 struct Given {
   std::vector<CheckedFile> files;
-  std::set<std::string> in_folders;
   Troubles troubles;
 
-  void open(const std::string& path) {
+  void open(const std::string& path, bool in_folder) {
     try {
-      files.push_back(checked_file(path, ByteSource::open(path)));
+      CheckedFile file = checked_file(path, ByteSource::open(path));
+      file.in_folder = in_folder;
+      if (!is_key(file)) {
+        files.push_back(std::move(file));
+      } else if (!in_folder) {
+        troubles.add(path, "a key is no part of an image: --trust " + path +
+                               " demands a signature that was made with it");
+      }
     } catch (const std::exception& error) {
       troubles.add(trouble_of(error));
     }
@@ -69,10 +81,7 @@ struct Given {
     }
     if (error) troubles.add(folder, "cannot be read: " + error.message());
     std::ranges::sort(paths);
-    for (const std::string& path : paths) {
-      open(path);
-      in_folders.insert(path);
-    }
+    for (const std::string& path : paths) open(path, true);
     if (!paths.empty() || error) return;
     troubles.add(folder,
                  folders.empty()
@@ -89,7 +98,7 @@ void open_files(const std::vector<std::string>& paths, Given& given) {
     if (fs::is_directory(native_path(path), error)) {
       given.open_folder(path);
     } else {
-      given.open(path);
+      given.open(path, false);
     }
   }
 }
@@ -107,6 +116,11 @@ CheckOptions check_options(const Options& options) {
   return wanted;
 }
 
+bool is_failed(const CheckLine& line) {
+  return line.result == CheckResult::kFailed;
+}
+bool is_gap(const CheckLine& line) { return line.is_gap; }
+
 Json checks_json(const Checked& checked, const Troubles& troubles) {
   Json lines = Json::array();
   for (const CheckLine& line : checked.lines) {
@@ -117,30 +131,33 @@ Json checks_json(const Checked& checked, const Troubles& troubles) {
   }
   return {{"schema", 1},
           {"holds", holds(checked) && !troubles.any()},
+          {"not_checked", ids_of(checked, is_gap)},
           {"checks", std::move(lines)},
           {"troubles", troubles_json(troubles)}};
 }
 
+std::string joined(const std::vector<std::string_view>& ids) {
+  std::string text;
+  for (const std::string_view id : ids) {
+    text.append(text.empty() ? "" : ", ").append(id);
+  }
+  return text;
+}
+
+std::string verdict(const Checked& checked, bool all_hold) {
+  const auto failed = ids_of(checked, is_failed);
+  const auto gaps = ids_of(checked, is_gap);
+  if (!failed.empty()) return "FAILED: " + joined(failed);
+  if (checked.lines.empty()) return "nothing was checked";
+  if (!all_hold) return "files are missing";
+  if (checked.summary.empty()) return "nothing is wrong in itself";
+  if (gaps.empty()) return "all checks hold";
+  return "no check fails; not checked: " + joined(gaps);
+}
+
 void print_summary(const Checked& checked, bool all_hold) {
-  std::string failed;
-  for (const CheckLine& line : checked.lines) {
-    if (line.result != CheckResult::kFailed) continue;
-    if ((' ' + failed + ',').find(' ' + std::string(line.id) + ',') !=
-        std::string::npos) {
-      continue;
-    }
-    failed += (failed.empty() ? "" : ", ") + std::string(line.id);
-  }
-  if (checked.lines.empty()) {  // an option was wrong
-    std::cout << "nothing was checked\n";
-    return;
-  }
   std::cout << (checked.summary.empty() ? "no image" : checked.summary) << "  "
-            << (!failed.empty()           ? "FAILED: " + failed
-                : !all_hold               ? "files are missing"
-                : checked.summary.empty() ? "nothing is wrong in itself"
-                                          : "all checks hold")
-            << '\n';
+            << verdict(checked, all_hold) << '\n';
 }
 
 void print_lines(const Checked& checked, const Colours& colour) {
@@ -159,34 +176,14 @@ void print_lines(const Checked& checked, const Colours& colour) {
   }
 }
 
-// Whether a file of a folder has to be one of the image: by the package
-// descriptor, or by the name of a manifest.
-bool is_expected(const std::string& path, const Checked& checked) {
-  for (const char* tail : {".man", ".man.ext", ".man.signed"}) {
-    if (path.ends_with(tail)) return true;
-  }
-  return std::ranges::count(checked.listed,
-                            path_text(native_path(path).filename()));
-}
-
 // Files in which nothing is known must not pass for checked ones.
 void report_unknown(const Checked& checked, const Options& options,
                     Given& given) {
-  bool any_known = false;
-  std::set<std::size_t> unknown(checked.unknown.begin(), checked.unknown.end());
-  for (std::size_t i = 0; i < given.files.size(); ++i) {
-    const std::string& path = given.files[i].path;
-    if (!unknown.contains(i)) {
-      any_known = true;
-    } else if (!given.in_folders.contains(path) || is_expected(path, checked)) {
-      given.troubles.add(
-          path,
-          "nothing known is in it, and it belongs to none of the other files "
-          "(contents of generation 1.5 need their manifest)");
-    }
+  for (const UnknownFile& unknown : checked.unknown) {
+    given.troubles.add(unknown.file->path, unknown.text);
   }
   if (given.troubles.any()) return;
-  if (!any_known) {
+  if (!checked.has_known) {
     given.troubles.add(options.files[0], "no file of an image is in it");
   } else if (checked.summary.empty() && given.files.size() > 1) {
     given.troubles.add(
@@ -242,8 +239,8 @@ void add_check_command(CLI::App& program, Status& status) {
       ->take_all()
       ->allow_extra_args(false);
   command->add_flag("--release", options->release,
-                    "Refuse debug signatures, unsigned manifests and the key "
-                    "of the sample");
+                    "Refuse debug signatures, unsigned manifests, the key of "
+                    "the sample, and contents that aren't given");
   command
       ->add_option("--key-list", options->key_list,
                    "Compare the store of trusted keys in the contents with "

@@ -55,13 +55,22 @@ says 'not checked' key-trusted 'give the signed one'
 check 0 '' package.bin firmware.man.signed
 says ok module-hash 'package.bin: 4 modules, 49152 bytes'
 check 0 '' firmware.man.signed
-says 'not checked' module-hash 'mixer: .*: give NAME_5a3c0004'
+says 'not checked' module-hash 'mixer: .*: give NAME_5A3C0004'
 check 1 key-store --key-list "$keys/trusted-keys.list" firmware.man
 check 0 '' --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
 says ok key-store 'stand at 0x3040'
 check 0 '' --summary .
 [[ $(<"$work/out") == 'firmware 1.4.0.27  generation 1.5  24576 bytes  signed '`
   `'debug 966d4e58…  all checks hold' ]] || die "$(cat "$work/out")"
+
+# What was left unchecked is told in the summary, too, if somebody could have
+# given what it needs.
+check 0 '' --summary firmware.man.signed firmware.man.ext firmware.pkg
+[[ $(<"$work/out") == *'signed debug 966d4e58…  no check fails; not checked: '`
+  `'module-hash' ]] || die "$(cat "$work/out")"
+check 0 '' --json firmware.man.signed
+[[ $(jq -c .not_checked "$work/out") == \
+  '["module-hash","extended-manifest","package"]' ]] || die "$(cat "$work/out")"
 
 # What can't be read or is of no image is named, and the rest is checked.
 check 2 '' nothing firmware.bin.txt firmware.man.signed
@@ -70,13 +79,23 @@ check 2 '' firmware.bin
 check 2 '' ../rom
 check 2 '' --trust firmware.bin firmware.man.signed
 check 2 '' --trust deadbeef firmware.man.signed
+check 2 '' --trust deadbeef --summary firmware.man.signed
+[[ $(<"$work/out") == 'no image  nothing was checked' ]] || die "$(cat "$work/out")"
+# A key is no part of an image; in a folder it is passed over.
+check 2 '' firmware.man.signed "$keys/test-key-public.key"
+grep -q 'a key is no part of an image' "$work/err" || die "$(cat "$work/err")"
 # In a folder, files are passed over that have nothing to do with the image, and
 # none that it can't do without.
 mkdir ../some
-cp firmware.man.signed package.bin flash.img ../some
+cp firmware.man.signed package.bin flash.img "$keys/test-key-public.key" ../some
 check 0 '' ../some
+says 'not checked' structure 'flash.img: structures stand in it'
+truncate -s 40000 ../some/package.bin
+check 1 length ../some
+: >../some/firmware.pkg
+check 2 length ../some
 cp ../gen-1.8/* ../some
-rm ../some/{package.bin,flash.img,firmware.man.signed}
+rm ../some/{package.bin,flash.img,firmware.man.signed,test-key-public.key}
 bytes ../some/firmware.bin 6144 00
 check 2 '' ../some
 cp ../gen-1.8/firmware.bin ../some
@@ -100,7 +119,8 @@ for trust in "$hash" "${hash^^}" "$work/own-public.key" "$work/own-pair.key"; do
 done
 check 1 key-trusted --trust "$other" .
 check 1 'key-trusted sample-key' --trust "$keys/test-key-public.key" .
-check 1 'signature key-trusted' --release --trust "$hash" firmware.man
+check 1 'signature key-trusted' --release --trust "$hash" firmware{.man,*.bin}
+check 1 module-hash --release --trust "$hash" firmware.man.signed
 check 1 key-trusted --trust "$hash" ../made/gen-1.8
 sign "$work/own" debug
 check 1 debug-signature --release --trust "$hash" .
@@ -141,6 +161,7 @@ done <<'TABLE'
 1.8|structure length|truncate -s +1 firmware.man.ext
 3.0|length|truncate -s 73728 firmware.bin
 3.0|length|truncate -s -4096 firmware.bin
+3.0|length|truncate -s -8192 firmware.bin
 3.0|length|truncate -s +4096 firmware.bin
 3.0|length pages|truncate -s -1 firmware.bin
 1.5|structure signed-part|put firmware.man css.header_len 00040000
@@ -173,6 +194,9 @@ done <<'TABLE'
 2.5|package|sed -i 's|/firmware.bin|/other.bin|' firmware.pkg
 1.5|package|sed -i '12{h;d};13G' firmware.pkg
 1.5|package|sed -i 's/5B04.bin/5B14.bin/' firmware.pkg
+1.5|package|sed -i /5B05.bin/d firmware.pkg
+1.5|structure package|put firmware.man header.build_ver 1c # the signed one is of another build
+3.0|structure|put firmware.bin modules[0].hash 01
 1.5|package|sed -i 's|/[^ ]*/||' firmware.pkg; rm firmware_*06*.bin
 1.5|signature|flip firmware.man.signed 0x200
 1.5|structure signature|flip firmware.man.signed 0xf00

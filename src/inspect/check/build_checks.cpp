@@ -49,6 +49,17 @@ void check_image_digest(const ImageFiles& image, Report& report) {
                     "the digest is not that of " + pair.binary->path);
     }
   }
+  if (!image.digest_pairs.empty() || !image.options.release) return;
+  for (const CheckedFile* metadata : image.metadata) {
+    report.failed(*metadata,
+                  "--release asks for the contents: give the binary, too");
+  }
+  for (const CheckedFile* binary : image.binaries) {
+    if (is_30(*binary)) continue;
+    report.failed(*binary,
+                  "--release asks for the digest of the whole binary: "
+                  "give the manifest of 1.8 or 2.5, too");
+  }
 }
 
 void check_image_length(const ImageFiles& image, Report& report) {

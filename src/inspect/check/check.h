@@ -14,10 +14,9 @@ namespace tova_fw_builder {
 struct Checked {
   // By the order of the checks; each has at least one.
   std::vector<CheckLine> lines;
-  // Indices of files in which nothing is known and that belong to no other.
-  std::vector<std::size_t> unknown;
-  // The names of the files that the package descriptors list, without folders.
-  std::vector<std::string> listed;
+  // Files in which nothing is known though they have to be of the image.
+  std::vector<UnknownFile> unknown;
+  bool has_known = false;  // there is a file with a form of its own
   // The image in a few words, for one line of a log; empty without a header.
   std::string summary;
 };
@@ -31,6 +30,10 @@ Checked check_image(const std::vector<CheckedFile>& files,
                     const CheckOptions& options);
 
 bool holds(const Checked& checked);
+
+// The ids of such lines, each once, in the order of the checks.
+std::vector<std::string_view> ids_of(const Checked& checked,
+                                     bool (*is_it)(const CheckLine& line));
 
 // "ok", "FAILED", "not checked".
 std::string_view result_name(CheckResult result);

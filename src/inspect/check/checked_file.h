@@ -19,6 +19,8 @@ struct CheckedFile {
   std::string path;
   ByteSource source;
   Inspected inspected;
+  bool in_folder =
+      false;  // nobody named it: it lies in a folder that was given
 };
 
 struct CheckOptions {
@@ -28,6 +30,19 @@ struct CheckOptions {
   std::optional<std::string> key_store;
 };
 
+// In which nothing is known, and which no other file tells of.
+struct UnknownFile {
+  enum class Kind {
+    kTrouble,  // it has to be of the image: it was given, or is named so
+    kLength,   // contents, and the manifest tells another length
+    kBeside,   // in a folder, and it may be contents
+  };
+  const CheckedFile* file = nullptr;
+  Kind kind = Kind::kTrouble;
+  bool is_gap = false;  // of kBeside: it looks like contents of the image
+  std::string text;     // what to tell of it
+};
+
 enum class CheckResult { kOk, kFailed, kNotChecked };
 
 struct CheckLine {
@@ -35,6 +50,9 @@ struct CheckLine {
   CheckResult result = CheckResult::kNotChecked;
   std::string file;  // its path; empty if none is at hand
   std::string text;  // what was found; of what isn't checked, the cure
+  // Not checked, though the image has what the check is for: something wasn't
+  // given. No gap is what nobody asked for and what the format doesn't have.
+  bool is_gap = false;
 };
 
 }  // namespace tova_fw_builder

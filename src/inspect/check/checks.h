@@ -13,6 +13,10 @@ void check_length(const ImageFiles& image, Report& report);
 void check_pages(const ImageFiles& image, Report& report);
 void check_segments_apart(const ImageFiles& image, Report& report);
 
+// one_image_check.cpp: whether they are of one image, a part of
+// check_structure.
+void check_one_image(const ImageFiles& image, Report& report);
+
 // length_30.cpp: the length of a binary of 3.0, a part of check_length.
 void check_length_30(const CheckedFile& binary, Report& report);
 

@@ -58,7 +58,7 @@ void plan_digests(ImageFiles& image) {
 
 ImageFiles sort_files(const std::vector<CheckedFile>& files,
                       const CheckOptions& options) {
-  ImageFiles image{options, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}};
+  ImageFiles image{options, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}};
   for (const CheckedFile& file : files) sort_file(file, image);
   for (const CheckedFile* binary : image.binaries) {
     if (!is_30(*binary)) image.plans.push_back(plan_binary(*binary));
@@ -87,13 +87,14 @@ std::string image_version(const Field& root) {
   return version;
 }
 
-void Report::add(CheckResult result, std::string file, std::string text) {
+void Report::add(CheckResult result, std::string file, std::string text,
+                 bool is_gap) {
   const bool is_told = std::ranges::any_of(lines_, [&](const CheckLine& line) {
     return line.id == id_ && line.result == result && line.file == file &&
            line.text == text;
   });
   if (!is_told) {
-    lines_.push_back({id_, result, std::move(file), std::move(text)});
+    lines_.push_back({id_, result, std::move(file), std::move(text), is_gap});
   }
 }
 

@@ -44,6 +44,9 @@ struct ImageFiles {
   // Of a key list's store, in each file of contents.
   std::deque<KeyStoreSearch> searches;
 
+  // In which nothing is known; they may be contents that were damaged.
+  std::vector<UnknownFile> unknown;
+
   Digests digests;  // of the contents in the plans and the pairs
 };
 
@@ -72,10 +75,18 @@ class Report {
     ++failures_;
     add(CheckResult::kFailed, "", std::move(text));
   }
+  // What could be checked if something more was given.
   void not_checked(const CheckedFile& file, std::string text) {
-    add(CheckResult::kNotChecked, file.path, std::move(text));
+    add(CheckResult::kNotChecked, file.path, std::move(text), true);
   }
   void not_checked(std::string text) {
+    add(CheckResult::kNotChecked, "", std::move(text), true);
+  }
+  // What nobody asked for, or what the format or the image doesn't have.
+  void not_due(const CheckedFile& file, std::string text) {
+    add(CheckResult::kNotChecked, file.path, std::move(text));
+  }
+  void not_due(std::string text) {
     add(CheckResult::kNotChecked, "", std::move(text));
   }
 
@@ -84,7 +95,8 @@ class Report {
 
  private:
   // Two manifests of one image say the same of its contents: once is enough.
-  void add(CheckResult result, std::string file, std::string text);
+  void add(CheckResult result, std::string file, std::string text,
+           bool is_gap = false);
 
   std::string_view id_;
   std::vector<CheckLine>& lines_;

@@ -65,14 +65,17 @@ Told told_by(const Field& root) {
   return told;
 }
 
-// Whether all is clear, all gaps are in the file and are zeros, and no
-// segment begins with a page of them.
+// Whether all is clear, what the file has of the gaps is zeros, and all of one,
+// and no segment begins with a page of them.
 bool is_borne_out(const Told& told, const CheckedFile& binary) {
   const std::uint64_t length = binary.inspected.length;
   const bool gaps = std::ranges::all_of(told.gaps, [&](const Span& gap) {
-    return gap.offset + gap.length < length && is_zero(binary.source, gap);
+    return gap.offset >= length || is_zero(binary.source, gap);
   });
-  return told.is_clear && gaps && !told.gaps.empty() &&
+  const bool has_one = std::ranges::any_of(told.gaps, [&](const Span& gap) {
+    return gap.offset + gap.length < length;
+  });
+  return told.is_clear && gaps && has_one &&
          std::ranges::none_of(told.heads, [&](const Span& head) {
            return head.offset < length && is_zero(binary.source, head);
          });
@@ -99,8 +102,9 @@ void check_length_30(const CheckedFile& binary, Report& report) {
   } else {
     report.not_checked(
         binary, std::to_string(length - told.least) +
-                    " bytes belong to no segment: zeros ahead of addons, or "
-                    "the file has grown; the header of 3.0 doesn't tell");
+                    " bytes more than its segments have: zeros ahead of "
+                    "addons, which the header of 3.0 doesn't tell, so that "
+                    "nobody knows whether the file was cut or has grown");
   }
 }
 

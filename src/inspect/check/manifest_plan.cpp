@@ -25,15 +25,17 @@ class ManifestPlanner {
       : manifest_(manifest), bare_(bare), package_(nullptr) {
     if (!packages.empty()) package_ = &packages[0]->inspected.root;
     std::vector<RoleQuestion> questions;
+    const std::size_t base_modules = named_modules();
     for (const Field& module :
          find(manifest.inspected.root, "modules")->members) {
+      const bool is_base = questions.size() < base_modules;
       questions.push_back({is_loadable(module), {}, {}, 0});
       if (!is_loadable(module)) continue;
       modules_.push_back({place_of(module), false, 0});
-      questions.back() = question(modules_.back().place);
+      questions.back() = question(modules_.back().place, is_base);
       make_relative(modules_.back().place);
     }
-    const Roles roles = roles_of(questions, main_length(manifest));
+    const Roles roles = find_roles(questions);
     place_modules(questions, roles);
     is_sure_ = roles.is_sure && in_main_ == main_length(manifest);
   }
@@ -55,12 +57,30 @@ class ManifestPlanner {
     std::uint64_t offset;  // in the main binary
   };
 
-  RoleQuestion question(const ModulePlace& place) const {
+  // The descriptor names the modules ahead of the first addon or library.
+  std::size_t named_modules() const {
+    return package_ == nullptr ? 0
+                               : words_of(text_at(*package_, "modules")).size();
+  }
+
+  // A module behind these that has no line of its own in the descriptor is one
+  // of the main binary, unless the places alone say that a line is missing.
+  Roles find_roles(std::vector<RoleQuestion>& questions) const {
+    const std::uint64_t total = main_length(manifest_);
+    const Roles roles = roles_of(questions, total);
+    if (roles.is_sure || package_ == nullptr) return roles;
+    for (RoleQuestion& question : questions) {
+      if (!question.is_addon) question.is_addon = false;
+    }
+    return roles_of(questions, total);
+  }
+
+  RoleQuestion question(const ModulePlace& place, bool is_base) const {
     RoleQuestion question{true, {}, {}, length_of(place)};
     const Field& module = *place.module;
     if (is_listed_addon(module)) {
       question.is_addon = true;
-    } else if (package_ != nullptr || question.length == 0 ||
+    } else if (is_base || question.length == 0 ||
                number_at(module, "type.library") != 0) {
       question.is_addon = false;
     }
@@ -78,7 +98,7 @@ class ManifestPlanner {
     for (std::size_t i = 0; i < questions.size(); ++i) {
       if (!questions[i].is_loadable) continue;
       Placed& placed = *next++;
-      placed.is_addon = roles.is_addon[i];
+      placed.is_addon = placed.place.is_addon = roles.is_addon[i];
       if (placed.is_addon) continue;
       placed.offset = in_main_;
       in_main_ += placed.place.length;
@@ -170,6 +190,15 @@ class ManifestPlanner {
     return length;
   }
 
+  // As the builder writes it.
+  static std::string uuid_in_name(const Field& module) {
+    std::string uuid(text_at(module, "uuid"));
+    std::ranges::transform(uuid, uuid.begin(), [](char c) {
+      return 'a' <= c && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    return uuid;
+  }
+
   std::string main_name() const {
     const std::string_view told =
         package_ == nullptr ? "" : text_at(*package_, "files[0].path");
@@ -187,17 +216,26 @@ class ManifestPlanner {
           "descriptor, too";
     }
     if (file == nullptr && place.unknown.empty()) {
+      place.is_missing = true;
       place.unknown =
           "its contents are not at hand: give " +
           (placed.is_addon
-               ? "NAME" + addon_file_suffix(text_at(*place.module, "uuid"))
+               ? "NAME" + addon_file_suffix(uuid_in_name(*place.module))
                : main_name());
     }
     return place;
   }
 
+  ContentsPlan empty_plan() const {
+    ContentsPlan plan{&manifest_, {}};
+    plan.is_sure = is_sure_;
+    if (is_sure_) plan.joined_length = joined_length();
+    return plan;
+  }
+
   ContentsPlan separate(const CheckedFile* main) const {
-    ContentsPlan plan{&manifest_, {}, {}};
+    ContentsPlan plan = empty_plan();
+    plan.has_main = main != nullptr;
     if (main != nullptr) plan.bare.push_back({main, main_length(manifest_)});
     for (const Placed& placed : modules_) {
       const CheckedFile* file =
@@ -215,7 +253,9 @@ class ManifestPlanner {
   }
 
   ContentsPlan together(const CheckedFile& joined) const {
-    ContentsPlan plan{&manifest_, {}, {{&joined, joined_length()}}};
+    ContentsPlan plan = empty_plan();
+    plan.bare.push_back({&joined, joined_length()});
+    plan.has_main = plan.is_joined = true;
     std::uint64_t addons = in_main_;
     for (const Placed& placed : modules_) {
       plan.modules.push_back(
@@ -234,6 +274,16 @@ class ManifestPlanner {
 };
 
 }  // namespace
+
+std::vector<std::string> words_of(std::string_view text) {
+  std::vector<std::string> words;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    words.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return words;
+}
 
 std::string base_name(std::string_view path) {
   return std::string(path.substr(path.find_last_of("/\\") + 1));

@@ -3,6 +3,8 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "companion/ground/message_text.h"
 #include "inspect/check/checks.h"
@@ -70,6 +72,38 @@ struct Hashed {
   std::uint64_t bytes = 0;
 };
 
+// UUID and hash of the modules whose contents were hashed by some plan, such as
+// that of a joined package.
+using Compared = std::set<std::pair<std::string_view, std::string_view>>;
+
+std::pair<std::string_view, std::string_view> key_of(const Field& module) {
+  return {text_at(module, "uuid"), text_at(module, "hash")};
+}
+
+Compared compared_modules(const ImageFiles& image) {
+  Compared compared;
+  for (const ContentsPlan& plan : image.plans) {
+    for (const ModulePlace& place : plan.modules) {
+      if (place.unknown.empty()) compared.insert(key_of(*place.module));
+    }
+  }
+  return compared;
+}
+
+// A release gate must not pass on a manifest alone.
+void report_missing(const ImageFiles& image, const Compared& compared,
+                    const ContentsPlan& plan, const ModulePlace& place,
+                    Report& report) {
+  const std::string text = name_of(*place.module) + ": " + place.unknown;
+  if (compared.contains(key_of(*place.module))) {
+    report.not_due(*plan.header, text);
+  } else if (image.options.release) {
+    report.failed(*plan.header, text + "; --release asks for all contents");
+  } else {
+    report.not_checked(*plan.header, text);
+  }
+}
+
 void check_place(const ImageFiles& image, const ContentsPlan& plan,
                  const ModulePlace& place, Hashed& hashed, Report& report) {
   const CheckedFile& file = place.file ? *place.file : *plan.header;
@@ -91,6 +125,10 @@ void check_place(const ImageFiles& image, const ContentsPlan& plan,
     for (const Span& span : place.spans) hashed.bytes += span.length;
   } else if (place.doubt.empty()) {
     report.failed(file, name + ": the contents are not those that were hashed");
+  } else if (image.options.release &&
+             file.inspected.format == Format::kEmbedded) {
+    report.failed(
+        file, name + ": " + place.doubt + "; --release asks for all hashes");
   } else {
     report.not_checked(file, name + ": " + place.doubt);
   }
@@ -140,11 +178,11 @@ void check_symbols_kept(const ImageFiles& image, Report& report) {
       report.ok(*manifest, "the symbol table is whole");
     } else if (names->offset + names->length + names->number >
                number_at(root, "css.size") * 4) {
-      report.not_checked(*manifest,
-                         "not signed yet; signing will cut off the symbol "
-                         "table: export less, or expect no symbols");
+      report.not_due(*manifest,
+                     "not signed yet; signing will cut off the symbol "
+                     "table: export less, or expect no symbols");
     } else {
-      report.not_checked(*manifest, "not signed; signing will keep the table");
+      report.not_due(*manifest, "not signed; signing will keep the table");
     }
   }
 }
@@ -175,7 +213,7 @@ void check_uuids(const ImageFiles& image, Report& report) {
 void check_module_hash(const ImageFiles& image, Report& report) {
   for (const CheckedFile* binary : image.binaries) {
     if (is_30(*binary)) {
-      report.not_checked(*binary, "the modules of 3.0 have no hashes");
+      report.not_due(*binary, "the modules of 3.0 have no hashes");
     }
   }
   for (const CheckedFile* header : image.headers) {
@@ -183,9 +221,14 @@ void check_module_hash(const ImageFiles& image, Report& report) {
       check_built_in(*header, report);
     }
   }
+  const Compared compared = compared_modules(image);
   for (const ContentsPlan& plan : image.plans) {
     std::map<const CheckedFile*, Hashed> files;
     for (const ModulePlace& place : plan.modules) {
+      if (place.is_missing) {
+        report_missing(image, compared, plan, place, report);
+        continue;
+      }
       const CheckedFile* file = place.file ? place.file : plan.header;
       check_place(image, plan, place, files[file], report);
     }

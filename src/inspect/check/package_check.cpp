@@ -2,6 +2,8 @@
 // cut, and versions of modules stand in the extended manifest alone.
 #include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -47,55 +49,93 @@ void check_values(const CheckedFile& package, const CheckedFile& header,
   }
 }
 
-std::vector<std::string> words_of(std::string_view text) {
-  std::vector<std::string> words;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find(' '), text.size());
-    words.emplace_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return words;
-}
+// The UUIDs of those that have a file of their own in the descriptor.
+using Listed = std::set<std::string, std::less<>>;
 
-// Whether the descriptor has a file of the module's own.
-bool is_listed_addon(const CheckedFile& package, const Field& module) {
+Listed listed_addons(const CheckedFile& package) {
   const std::vector<Field>& files =
       find(package.inspected.root, "files")->members;
-  return std::any_of(files.begin() + (files.empty() ? 0 : 1), files.end(),
-                     [&](const Field& file) {
-                       return uuid_of_addon_file(text_at(file, "path")) ==
-                              text_at(module, "uuid");
-                     });
+  Listed listed;
+  for (std::size_t i = 1; i < files.size(); ++i) {
+    listed.insert(uuid_of_addon_file(text_at(files[i], "path")));
+  }
+  return listed;
 }
 
-// It names the modules ahead of the first addon or library.
-void check_modules(const CheckedFile& package, const CheckedFile& header,
-                   Report& report) {
+// It names the modules ahead of the first addon or library. Yields how many, or
+// all there are if they aren't the header's.
+std::size_t check_modules(const CheckedFile& package, const Listed& listed,
+                          const CheckedFile& header, Report& report) {
   constexpr std::size_t kNameLength = 8;  // in a header
   const std::vector<std::string> names =
       words_of(text_at(package.inspected.root, "modules"));
   const std::vector<Field>& modules =
       find(header.inspected.root, "modules")->members;
-  const auto end = std::ranges::find_if(modules, [&](const Field& module) {
-    return number_at(module, "type.library") != 0 ||
-           is_listed_addon(package, module);
-  });
-  const auto count = static_cast<std::size_t>(end - modules.begin());
-  if (names.size() != count) {
-    report.failed(package, "it names " + counted(names.size(), "module") +
-                               ", and " + header.path + " has " +
-                               std::to_string(count) +
-                               " ahead of addons and libraries");
-    return;
-  }
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < std::min(names.size(), modules.size()); ++i) {
     const std::string_view name = text_at(modules[i], "name");
     if (names[i].substr(0, kNameLength) == name) continue;
     report.failed(package, "module " + std::to_string(i) + " is " +
                                printable(names[i]) + ", and in " + header.path +
                                ' ' + printable(name));
-    return;
+    return modules.size();
   }
+  const auto end = std::ranges::find_if(modules, [&](const Field& module) {
+    return number_at(module, "type.library") != 0 ||
+           listed.contains(text_at(module, "uuid"));
+  });
+  const auto count = static_cast<std::size_t>(end - modules.begin());
+  const bool has_missing =
+      names.size() < count && is_loadable(modules[names.size()]);
+  if (names.size() != count && !has_missing) {
+    report.failed(package, "it names " + counted(names.size(), "module") +
+                               ", and " + header.path + " has " +
+                               std::to_string(count) +
+                               " ahead of addons and libraries");
+  }
+  return names.size();
+}
+
+std::string without_line(const Field& module) {
+  return printable(text_at(module, "name")) + ", " +
+         std::string(text_at(module, "uuid")) + ", has no line";
+}
+
+// Each addon has a line. Whether a module behind the first addon is one, too,
+// stands in no header: what starts by itself is, and in 1.5 the places tell.
+// Yields whether nothing is left unknown.
+bool check_complete(const CheckedFile& package, const Listed& listed,
+                    const CheckedFile& header, std::size_t named,
+                    const ImageFiles& image, Report& report) {
+  bool is_known = true;
+  const auto plan =
+      std::ranges::find(image.plans, &header, &ContentsPlan::header);
+  const bool is_15 = header.inspected.format == Format::kManifest15;
+  const bool is_sure = is_15 && plan != image.plans.end() && plan->is_sure;
+  const std::vector<Field>& modules =
+      find(header.inspected.root, "modules")->members;
+  for (std::size_t i = named; i < modules.size(); ++i) {
+    const Field& module = modules[i];
+    if (!is_loadable(module) || number_at(module, "type.library") != 0 ||
+        listed.contains(text_at(module, "uuid"))) {
+      continue;
+    }
+    const bool is_addon =
+        i == named || number_at(module, "type.auto_init") != 0 ||
+        (is_sure &&
+         std::ranges::any_of(plan->modules, [&](const ModulePlace& place) {
+           return place.module == &module && place.is_addon;
+         }));
+    if (is_addon) {
+      report.failed(package, without_line(module) + ": the addon is missing");
+    } else if (!is_sure) {
+      is_known = false;
+      report.not_checked(package,
+                         without_line(module) +
+                             ": it is missing, or it is no addon, which the "
+                             "header doesn't tell behind the first addon");
+    }
+  }
+  return is_known;
 }
 
 // The addons stand in the order of the modules.
@@ -176,6 +216,12 @@ void check_listed(const CheckedFile& package, const ImageFiles& image,
   }
   if (missing.empty()) return;
   // Of 1.5, a joined package may be there instead.
+  if (missing.size() == count &&
+      std::ranges::any_of(image.plans, &ContentsPlan::is_joined)) {
+    report.not_due(package,
+                   "none of its files is at hand; joined they are there");
+    return;
+  }
   if (missing.size() == count && image.binaries.empty()) {
     report.not_checked(package,
                        "none of its files is at hand: give them, or "
@@ -192,16 +238,21 @@ void check_listed(const CheckedFile& package, const ImageFiles& image,
 void check_package(const ImageFiles& image, Report& report) {
   for (const CheckedFile* package : image.packages) {
     const std::size_t before = report.failures();
+    const Listed listed = listed_addons(*package);
+    bool is_known = !image.headers.empty();
     for (const CheckedFile* header : image.headers) {
       check_values(*package, *header, report);
-      check_modules(*package, *header, report);
+      const std::size_t named =
+          check_modules(*package, listed, *header, report);
+      is_known &=
+          check_complete(*package, listed, *header, named, image, report);
       check_addons(*package, *header, report);
     }
     for (const CheckedFile* extended : image.extended) {
       check_versions(*package, *extended, report);
     }
     check_listed(*package, image, report);
-    if (report.failures() == before && !image.headers.empty()) {
+    if (report.failures() == before && is_known) {
       report.ok(*package,
                 "version, flags, features, date, modules and addons are those "
                 "of the image");

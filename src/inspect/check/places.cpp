@@ -115,7 +115,7 @@ std::uint64_t bytes_of(const Field& segment) {
 }
 
 ContentsPlan plan_binary(const CheckedFile& binary) {
-  ContentsPlan plan{&binary, {}, {}};
+  ContentsPlan plan{&binary, {}};
   const Field& root = binary.inspected.root;
   const std::uint64_t room =
       kSignedHeaderOffset - number_at(root, "header_offset");

@@ -20,6 +20,8 @@ struct ModulePlace {
   std::vector<Span> spans;            // in the file, rising
   std::uint64_t length = 0;  // in an addon's file or in the main binary of 1.5
   std::string unknown;       // why the spans aren't known; empty if they are
+  bool is_addon = false;     // of 1.5
+  bool is_missing = false;   // unknown for want of the file alone
   // Why a hash that differs is no proof; empty if it is one.
   std::string doubt;
   std::size_t digest = 0;  // of the contents, where the spans are known
@@ -35,7 +37,12 @@ struct BareFile {
 struct ContentsPlan {
   const CheckedFile* header = nullptr;
   std::vector<ModulePlace> modules;
-  std::vector<BareFile> bare;  // of 1.5
+  // Of 1.5:
+  std::vector<BareFile> bare = {};
+  std::uint64_t joined_length = 0;  // of a joined package; 0 if it isn't known
+  bool has_main = false;   // the main binary or the joined package is there
+  bool is_joined = false;  // they stand in a joined package
+  bool is_sure = false;    // which modules are addons
 };
 
 // Of a binary of 1.8 or 2.5: the contents are in it.
@@ -62,6 +69,9 @@ ModulePlace place_of(const Field& module);
 std::vector<const Field*> stored_segments(const Field& module);
 
 std::uint64_t bytes_of(const Field& segment);  // its pages
+
+// The words of a text that have one blank between them.
+std::vector<std::string> words_of(std::string_view text);
 
 // The last part of a path.
 std::string base_name(std::string_view path);

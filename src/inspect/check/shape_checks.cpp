@@ -165,6 +165,15 @@ void check_structure(const ImageFiles& image, Report& report) {
                              &image.packages, &image.others}) {
     check_files(*files, report);
   }
+  check_one_image(image, report);
+  for (const UnknownFile& unknown : image.unknown) {
+    if (unknown.kind != UnknownFile::Kind::kBeside) continue;
+    if (unknown.is_gap) {
+      report.not_checked(*unknown.file, unknown.text);
+    } else {
+      report.not_due(*unknown.file, unknown.text);
+    }
+  }
 }
 
 void check_length(const ImageFiles& image, Report& report) {
@@ -190,6 +199,11 @@ void check_length(const ImageFiles& image, Report& report) {
       if (done.emplace(bare.file, bare.expected).second) {
         compare_length(*bare.file, bare.expected, "the manifest", report);
       }
+    }
+  }
+  for (const UnknownFile& unknown : image.unknown) {
+    if (unknown.kind == UnknownFile::Kind::kLength) {
+      report.failed(*unknown.file, unknown.text);
     }
   }
   for (const CheckedFile* metadata : image.metadata) {

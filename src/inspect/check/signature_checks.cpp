@@ -78,7 +78,7 @@ void report_none_signed(const ImageFiles& image, bool is_failure,
   if (is_failure) {
     report.failed(text);
   } else {
-    report.not_checked(text);
+    report.not_due(text);
   }
 }
 
@@ -137,8 +137,8 @@ void check_key_trusted(const ImageFiles& image, Report& report) {
     const std::string text(
         text_at(manifest->inspected.root, "public_key_hash"));
     if (options.trusted.empty()) {
-      report.not_checked(*manifest, "tell whom you trust: --trust " + text +
-                                        " if this is your key");
+      report.not_due(*manifest, "tell whom you trust: --trust " + text +
+                                    " if this is your key");
     } else if (!fault_of(*manifest).empty()) {
       report.failed(*manifest, "the signature doesn't hold");
     } else if (is_sample_key(hash) || !is_trusted(hash, options)) {
@@ -159,8 +159,7 @@ void check_debug_signature(const ImageFiles& image, Report& report) {
     } else if (image.options.release) {
       report.failed(*manifest, "signed for debug: sign it for release");
     } else {
-      report.not_checked(*manifest,
-                         "signed for debug, which --release refuses");
+      report.not_due(*manifest, "signed for debug, which --release refuses");
     }
   }
 }
@@ -183,9 +182,9 @@ void check_sample_key(const ImageFiles& image, Report& report) {
                     "signed with the key of the sample, which everyone has: "
                     "sign with a key of your own");
     } else {
-      report.not_checked(*manifest,
-                         "signed with the key of the sample, which everyone "
-                         "has: --trust and --release refuse it");
+      report.not_due(*manifest,
+                     "signed with the key of the sample, which everyone "
+                     "has: --trust and --release refuse it");
     }
   }
 }
