@@ -261,6 +261,9 @@ TEST(Inspect, DamageIsToldWhereItIs) {
       {binary_18(), one + 93, 0, "209: a segment of type 0 stands in slot 1"},
       {binary_18(), one + 82, 3, "204: contents of eins lie outside the file"},
       {binary_18(), one + 90, 1, "204: contents of eins lie outside the file"},
+      // Where the signer's room is, ahead of the file.
+      {binary_18(), one + 89, 0x10,
+       "204: contents of eins lie outside the file"},
       {binary_18(), two + 96, 1, "324: a segment that isn't in use has values"},
       {binary_18(), two + 68, 1, "300: cfg_off is 1, and the module's"},
       {binary_18(), two + 71, '\x7F', "348: only 738 of 32513 configurations"},

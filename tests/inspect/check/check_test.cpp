@@ -75,6 +75,9 @@ TEST(Check, FaultsAreFoundByTheirChecks) {
       {"1.5", "entry", kBaseEntry + 101, "\x20", "segments-apart "},
       {"1.8", "entry", kAddonEntry + 89, "\xA0",
        "structure segments-apart image-digest "},
+      // Ahead of the file, where the signer's room is: nothing is hashed.
+      {"1.8", "entry", kAddonEntry + 88, std::string("\x00\x10\0\0", 4),
+       "structure segments-apart image-digest "},
       {"1.8", "entry", kAddonEntry + 82, "\x02",
        "structure module-hash image-digest "},
       {"3.0", "entry", kAddonEntry + 82, "\x02", "length "},
@@ -94,6 +97,7 @@ TEST(Check, FaultsAreFoundByTheirChecks) {
       {"1.5", "man", 4, "\xA0", "structure signed-part "},
       {"1.5", "man", 25, "\x01", "structure length signed-part "},
       {"1.5", "man", 20, "\x28", "package "},
+      {"1.5", "man", 36, "\x02", "structure "},  // exp_size
       {"1.5", "man", 50, "\x01", "structure "},
       {"1.8", "man", 40, "x", "image-digest "},
       {"2.5", "man", 87, "x", "image-digest "},
@@ -225,6 +229,41 @@ TEST(Check, FilesAloneAndTogether) {
   renamed.erase("firmware.pkg");
   EXPECT_NE(std::string::npos,
             lines_of(check(renamed), "module-hash").find("ok other: 1 module"));
+}
+
+// A hash that differs is a failure only where the contents surely stand.
+TEST(Check, DoubtAboutPlaces) {
+  for (const bool has_package : {true, false}) {
+    ImageSample image = image_sample("1.5");
+    image.at("firmware.man")[644 + 16] = 5;  // pages: one more than there are
+    image.at("firmware.bin")[0] = 'x';
+    if (!has_package) image.erase("firmware.pkg");
+    EXPECT_EQ("length ", failed(check(image)));
+    EXPECT_NE(std::string::npos,
+              lines_of(check(image), "module-hash")
+                  .find("not checked firmware.bin: base: which modules"));
+  }
+  // Two addons of one name have one file.
+  ImageSample image = image_sample("1.5");
+  image.at("firmware.man")
+      .replace(entries_offset("1.5") + kBaseEntry + 12, 16, 16, 'A');
+  EXPECT_NE(std::string::npos,
+            lines_of(check(image), "module-hash")
+                .find("addon1: another module has the same file"));
+}
+
+// Zeros at the end may be those ahead of an addon that was cut off, or its own.
+TEST(Check, LengthOf30InDoubt) {
+  ImageSample image = image_sample("3.0");
+  std::string& binary = image.at("firmware.bin");
+  binary[entries_offset("3.0") + kAddonEntry + 85] = '\x50';  // 8192 on
+  binary.resize(49152 - 4096);
+  binary.resize(49152 + 4096);
+  EXPECT_EQ("", failed(check(image)));
+  EXPECT_EQ("length ", gaps(check(image)));
+  EXPECT_NE(
+      std::string::npos,
+      lines_of(check(image), "length").find("whether the file was cut or has"));
 }
 
 TEST(Check, OneModuleMoreOrLess) {

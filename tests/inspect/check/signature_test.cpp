@@ -75,8 +75,10 @@ TEST_F(CheckSignature, TrustAndRelease) {
 // A release gate doesn't pass on what wasn't hashed for want of a file.
 TEST_F(CheckSignature, ReleaseAsksForAllContents) {
   const auto without = [](const char* generation,
-                          const std::vector<std::string>& names) {
+                          const std::vector<std::string>& names,
+                          bool joined = false) {
     ImageSample image = image_sample(generation);
+    if (joined) image["joined"] = image["firmware.bin"] + image[kAddonFile];
     if (generation == std::string("1.5")) {
       image["firmware.man"] = signed_manifest(false);
     }
@@ -89,6 +91,8 @@ TEST_F(CheckSignature, ReleaseAsksForAllContents) {
   EXPECT_EQ("module-hash package ", without("1.5", {"firmware.bin"}));
   EXPECT_EQ("module-hash package ", without("1.5", {kAddonFile}));
   EXPECT_EQ("module-hash ", without("1.5", {"firmware.bin", kAddonFile}));
+  // What a joined package has needn't be there once more.
+  EXPECT_EQ("package ", without("1.5", {kAddonFile}, true));
   EXPECT_EQ("image-digest ", without("1.8", {"firmware.man"}));
   EXPECT_EQ("image-digest ", without("2.5", {"firmware.bin"}));
   EXPECT_EQ("", without("3.0", {"firmware.man", "firmware.man.ext"}));

@@ -153,6 +153,17 @@ TEST(Echoes, ToldBefore) {
   EXPECT_EQ("", echoes_of(changes));
 }
 
+// Bytes have no value to be told alike by.
+TEST(Echoes, BytesAreToldOfEachFile) {
+  auto changes =
+      changes_of({"embedded a.bin:contents", "embedded b.bin:contents"});
+  for (Change& change : changes) {
+    change.old_value = change.new_value = {};
+    change.bytes = ByteDifference{4096, 4096, 1, 1, 0};
+  }
+  EXPECT_EQ("", echoes_of(changes));
+}
+
 TEST(Echoes, FilesThatMovedTogether) {
   auto changes = changes_of({"package-descriptor p:files[a].path",
                              "package-descriptor p:files[b].path",
