@@ -135,6 +135,8 @@ TEST_F(Signing, AttachRefusesWithAReason) {
       {good + good, "release", "this has 512"},
       {"", "release", "this has 0"},
       {"z!", "release", "this has 2"},
+      // 256 bytes are the signature, even if they could be digits.
+      {std::string(256, '0'), "release", "it is not by this key"},
       {std::string(5000, '0'), "release", "this has more"},
   };
   for (const auto& c : cases) {

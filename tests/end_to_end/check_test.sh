@@ -127,6 +127,7 @@ check 1 debug-signature --release --trust "$hash" .
 check 0 '' --trust "$hash" .
 sign "$keys/test-key" release
 check 1 sample-key --release .
+check 1 'key-trusted sample-key' --trust "$keys/test-key-public.key" .
 # The modulus of a trusted key with the exponent 1: anyone can make that.
 sign "$work/own" release
 put firmware.man.signed exponent 01000000

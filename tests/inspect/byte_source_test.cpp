@@ -24,9 +24,14 @@ TEST(ByteSource, PartsOfAFile) {
       std::uint64_t length;
       std::string found;
     } cases[] = {
-        {0, 3, counting(3)},    {98, 9, counting(2, 99)},      {100, 1, ""},
-        {~0ull, 5, ""},         {99, ~0ull, counting(1, 100)}, {10, 0, ""},
+        {0, 3, counting(3)},
+        {98, 9, counting(2, 99)},
+        {100, 1, ""},
+        {~0ull, 5, ""},
+        {99, ~0ull, counting(1, 100)},
+        {10, 0, ""},
         {5, 2, counting(2, 6)},
+        {101, ~0ull, ""},
     };
     EXPECT_EQ(100u, source.size());
     for (const auto& c : cases) {

@@ -21,6 +21,9 @@ Inspected small_tree() {
   out.length = 40;
   out.root = object_field("");
   Field& root = out.root;
+  Field contents = shown(text_field("contents", ""), Field::Shown::kBytes);
+  contents.kind = Field::Kind::kContents;
+  root.add(placed(std::move(contents), 0, 30));  // it gets what others leave
   root.add(noted(placed(number_field("date", 0x20, Field::Radix::kHex), 0, 4),
                  "a note"));
   root.add(shown(placed(bool_field("deep", true), 4, 1), Field::Shown::kLong));
@@ -50,9 +53,6 @@ Inspected small_tree() {
   list.members[0].add(
       shown(placed(number_field("hidden", 1), 19, 0), Field::Shown::kBytes));
   root.add(list_field("none"));
-  Field contents = shown(text_field("contents", ""), Field::Shown::kBytes);
-  contents.kind = Field::Kind::kContents;
-  root.add(placed(std::move(contents), 0, 30));
   Field padding = placed(text_field("padding", ""), 30, 10);
   padding.kind = Field::Kind::kPadding;
   root.add(shown(std::move(padding), Field::Shown::kBytes));
@@ -134,11 +134,12 @@ TEST(Forms, Json) {
   print_ranges_member(out, inspected, 2);
   out << "\n}";
   Json expected = Json::parse(R"json({
-    "date": 32, "deep": true, "flags": ["a", "b"], "no_flags": [], "cut": null,
-    "d": "(private)", "reserved": null, "odd": "0001",
+    "contents": null, "date": 32, "deep": true, "flags": ["a", "b"],
+    "no_flags": [], "cut": null, "d": "(private)", "reserved": null,
+    "odd": "0001",
     "modules": [{"name": "\u00e4", "size": 7, "kind": 7},
                 {"name": "b\n", "size": 1234, "kind": 1234}],
-    "none": [], "contents": null, "padding": null,
+    "none": [], "padding": null,
     "problems": [{"offset": 18, "text": "a problem\u001b"}]})json");
   expected["ranges"] = Json::parse(R"json([
     {"offset": 0, "length": 4, "path": "date", "value": 32},

@@ -146,7 +146,7 @@ TEST(Inspect, FieldsOfTheOtherFormats) {
       {{"bits", "2048"},
        {"exponent", "010001"},
        {"public_key_hash",
-        "5987b40da406ddd3721cae70ef85d78cce87c316850659c9ae09660c7f67b504"}});
+        "a5e236cb6ad086816d257bb4d59bc7a4d15580c0703d12a8cddcfafbfee8847f"}});
 }
 
 // A header at 0 is one of 3.0 or one behind a room of 8192 bytes.
@@ -275,9 +275,13 @@ TEST(Inspect, DamageIsToldWhereItIs) {
       {binary_30(), 30000, 1, "30000: padding is not zero"},
       {manifest_15(true), 0, 7, "0: module_type is 0x7, not 0x6"},
       {manifest_15(true), 12, 1, "12: reserved bits of module_id are set"},
+      {manifest_15(true), 36, 2, "36: exp_size is 0x2, not 0x1"},
       {manifest_15(true), 22, '\x13', "20: the date is none"},
       {manifest_15(true), 25, 5, "4096: the file ends 1024 bytes ahead of"},
       {manifest_15(true), 25, 3, "3072: 1024 bytes stand behind the manifest"},
+      // What an unsigned one has behind its size, the symbols' 36 bytes.
+      {manifest_15(true).append(36, '\0'), 20, 0x28,
+       "4096: 36 bytes stand behind the manifest"},
       {manifest_15(true), 25, '\x20',
        "24: size is beyond the longest manifest"},
       {manifest_15(true), 100, 1, "40: reserved bytes are not zero"},
@@ -289,6 +293,8 @@ TEST(Inspect, DamageIsToldWhereItIs) {
       {extended_manifest(), 4, 1, "4: the file has 124 bytes, and its heading"},
       {extended_manifest(), 12, 3, "124: the file ends ahead of its last"},
       {extended_manifest(), 12, 1, "84: 40 bytes stand behind the last module"},
+      {extended_manifest() + "xx", 123, 0,
+       "124: 2 bytes stand behind the last"},
       {extended_manifest(), 16, 1, "16: a module's length is 1, and its"},
       {extended_manifest(), 48, 1, "48: reserved bytes are not zero"},
       {package_descriptor(), 50, 'x', "50: a line that no package descriptor"},
@@ -371,7 +377,7 @@ TEST(Inspect, NumbersOfDamagedKeys) {
     const char* exponent;
     const char* modulus_head;
   } cases[] = {
-      {10, "-", "1111"},     // ahead of the exponent
+      {10, "-", "1211"},     // ahead of the exponent
       {44, "-", "-"},        // between the two
       {308, "010001", "-"},  // behind the modulus
   };

@@ -125,8 +125,8 @@ std::string public_part() {
   return Bytes()
       .text("(10:public-key(16:rsa-pkcs1-sha256(1:e3:")
       .text(std::string("\x01\x00\x01", 3))
-      .text(")(1:n256:")
-      .fill(256, '\x11')
+      .text(")(1:n256:\x12")
+      .fill(255, '\x11')
       .text(")))");
 }
 
@@ -138,8 +138,8 @@ std::string key_pair() {
   Bytes bytes;
   bytes.text("(8:sequence" + public_part());
   bytes.text("(11:private-key(16:rsa-pkcs1-sha256(1:e3:");
-  bytes.text(std::string("\x01\x00\x01", 3)).text(")(1:n256:");
-  bytes.fill(256, '\x11');
+  bytes.text(std::string("\x01\x00\x01", 3)).text(")(1:n256:\x12");
+  bytes.fill(255, '\x11');
   for (const char* number : {"d256", "p128", "q128", "a128", "b128", "c128"}) {
     bytes.text(std::string(")(1:") + number + ':');
     const int length = number[0] == 'd' ? 256 : 128;

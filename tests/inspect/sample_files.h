@@ -36,6 +36,6 @@ std::string manifest_15(bool is_signed);
 std::string metadata_18();
 std::string extended_manifest();
 std::string package_descriptor();
-// Modulus of bytes 11, private numbers of bytes "SECRET-...".
+// Modulus of bytes 11 behind a 12, private numbers of bytes "SECRET-...".
 std::string key_pair();
 std::string public_key();

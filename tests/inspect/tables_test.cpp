@@ -2,6 +2,8 @@
 // of a package descriptor. Put together by hand after docs/file-formats.md.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "inspect/binary_tables.h"
 #include "inspect/inspect.h"
 #include "inspect/sample_files.h"
@@ -74,6 +76,10 @@ TEST(SymbolTable, RecordsAndNames) {
       // The length of the names looks like one more record: 01 01 00 00.
       {symbol_table(2, {{0, 0, 32}}, std::string(256, 'x') + '\0', zeros),
        std::string(256, 'x') + "@0.0 end 277"},
+      // The names go on like a third one: 01, and a place that is larger yet.
+      {symbol_table(3, {{0, 0, 44}},
+                    "xxxxxxxx\1" + std::string(247, 'y') + '\0', zeros),
+       "xxxxxxxx\\x01" + std::string(247, 'y') + "@0.0 end 277"},
       // Names that don't follow one another, or lack their zero.
       {symbol_table(2, {{0, 0, 32}, {0, 0, 35}}, text("a\0b\0", 4)),
        "a@0.0 @0.0 end 36" + damaged},
@@ -89,6 +95,9 @@ TEST(SymbolTable, RecordsAndNames) {
        "a@2.0 end 22, a symbol's record points at no module, segment or name"},
       {symbol_table(1, {{0, 3, 20}}, text("a\0", 2)),
        "a@0.3 end 22, a symbol's record points at no module, segment or name"},
+      {text("\1\0\0\0\2", 5) +
+           symbol_table(1, {{0, 0, 20}}, text("a\0", 2)).substr(5),
+       "a@0.0 end 22, a symbol's record points at no module, segment or name"},
       {"abc", "end 0, the file ends ahead of the symbol table"},
   };
   for (const auto& c : cases) {
@@ -148,6 +157,9 @@ TEST(BinaryTables, CountsThatAreTooLarge) {
       {36, "\x01", "", 1, 0},
       {37, "\x01", "only 2 of 258 module entries can be shown", 2, 1},
       {52 + 116 + 70, "\x02", "", 2, 2},
+      // Of 44 bytes each, from 284 on to the file's end.
+      {52 + 116 + 71, "\x7F", "only 1110 of 32513 configurations can be shown",
+       2, 1110},
       {52 + 70, "\x01",
        "cfg_off is 0, and the module's configurations stand "
        "at 1",
@@ -171,6 +183,25 @@ TEST(BinaryTables, CountsThatAreTooLarge) {
                     [&](const Problem& p) { return p.text == problem; });
     EXPECT_EQ(!problem.empty(), told) << c.place;
   }
+}
+
+// A quick look tests a megabyte of padding in all, a whole one every byte.
+TEST(Inspect, PaddingIsTestedAsFarAsAsked) {
+  constexpr std::uint32_t kMiB = 1024 * 1024;
+  // Behind the contents, which a gap of two megabytes stands ahead of.
+  const ByteSource source = ByteSource::of(Bytes()
+                                               .fill(64)
+                                               .text(header_tables(8, 2 * kMiB))
+                                               .fill_to(2 * kMiB + 8192)
+                                               .text("x"));
+  const auto told = [&source](Depth depth) {
+    const auto problems = inspect(source, Format::kBinary, depth).problems;
+    return std::ranges::any_of(problems, [](const Problem& problem) {
+      return problem.text == "padding is not zero";
+    });
+  };
+  EXPECT_FALSE(told(Depth::kTables));
+  EXPECT_TRUE(told(Depth::kWhole));
 }
 
 }  // namespace

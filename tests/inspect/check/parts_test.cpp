@@ -144,6 +144,8 @@ TEST(Roles, PlacesTellWhoStandsWhere) {
       // first one's length.
       {{question('x', 4, 0), question('x', 4, 8)}, 8, "mm"},
       {{question('x', 4, 0), question('-', 0), question('x', 4, 8)}, 8, "mmm"},
+      // The first one is base firmware, which is counted as 8 all the same.
+      {{question('x', 4, 0), question('x', 4, 12)}, 8, "mm"},
       // Places that no way leads to: as long as there is room.
       {{question('x', 8, 0), question('x', 4, 999)}, 8, "ma?"},
       // Too short to fill the main binary.

@@ -2,9 +2,11 @@
 #include "inspect/compare/compare_files.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <filesystem>
 #include <sstream>
+#include <system_error>
 
 #include "inspect/compare/folder_parts.h"
 #include "inspect/compare/report.h"
@@ -119,6 +121,14 @@ TEST(CompareFiles, JsonOfAChange) {
                 "first": 5, "old_offset": 24640, "new_offset": 24640}}],
     "only_old": [], "only_new": []})"),
             json);
+  // In a structure that stands two bytes farther on.
+  const Json inside =
+      comparison_json(compare("boot" + manifest_15(true),
+                              "loader" + with(manifest_15(true), 4000, 'x')));
+  EXPECT_EQ("embedded[manifest-1.5].padding[0]", inside["changes"][0]["path"]);
+  const Json& bytes = inside["changes"][0]["bytes"];
+  EXPECT_EQ(4u + 1008, bytes["old_offset"]);
+  EXPECT_EQ(6u + 1008, bytes["new_offset"]);
   const Json added = comparison_json(compare("a\n", "a\nb\n"));
   EXPECT_EQ(Json::parse(R"([{"path": "lines[2]", "old": null, "new": "b",
                              "echo": false}])"),
@@ -239,6 +249,27 @@ TEST_F(Folders, TroublesAreNamed) {
   EXPECT_EQ(dir_.file("new/link"), found.troubles[1].file);
   EXPECT_EQ("cannot be read: No such file or directory",
             found.troubles[1].text);
+  EXPECT_FALSE(found.is_equal());
+}
+
+// Each folder on the way down is open while the next one is read.
+TEST_F(Folders, FoldersThatCannotBeOpened) {
+  put("fine", "a\n", "b\n");
+  std::string deep;
+  for (int i = 0; i < 40; ++i) deep += "sub/";
+  put(deep + "unseen", "a\n", "b\n");
+  rlimit usual{};
+  ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &usual));
+  rlimit few = usual;
+  few.rlim_cur = 32;
+  ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &few));
+  const Comparison found = compare();
+  setrlimit(RLIMIT_NOFILE, &usual);
+  EXPECT_EQ("fine: lines[1] a -> b\n", told(found.changes));
+  ASSERT_EQ(2u, found.troubles.size());
+  EXPECT_EQ("cannot be read: " +
+                std::make_error_code(std::errc::too_many_files_open).message(),
+            found.troubles[0].text);
   EXPECT_FALSE(found.is_equal());
 }
 

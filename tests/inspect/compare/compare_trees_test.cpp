@@ -83,6 +83,12 @@ TEST(CompareTrees, FieldsOfABinary) {
         {kOne + 97, "\x20"},
         {kOne + 101, std::string("\xA0\0\0", 3)}},
        grown},
+      // It grows, and what lies behind it stays: what moves farther on has a
+      // reason of its own.
+      {{{kOne + 82, "\x02"}, {kOne + 110, "\x01"}},
+       "modules[eins].segments[text].len 1 -> 2\n"
+       "modules[eins].segments[text].contents 4096 -> 8192, 0 in 0, first 0\n"
+       "modules[eins].segments[bss].vma 0x20000000 -> 0x20010000\n"},
       // A type's bits, and the number that they are.
       {{{kOne + 28, "\x21"}},
        "modules[eins].type.value 0x431 -> 0x421 [the number of what changed in "
