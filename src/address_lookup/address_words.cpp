@@ -40,8 +40,7 @@ std::optional<std::uint32_t> parse_address(std::string_view text) {
   const auto is_digit = [](char c) { return hex_digit_value(c) >= 0; };
   if (text.empty() || !std::ranges::all_of(text, is_digit)) return {};
   const ScannedNumber number = scan_number(text, 16);
-  if (number.overflow ||
-      number.magnitude > std::numeric_limits<std::uint32_t>::max()) {
+  if (number.magnitude > std::numeric_limits<std::uint32_t>::max()) {
     return {};
   }
   return static_cast<std::uint32_t>(number.magnitude);

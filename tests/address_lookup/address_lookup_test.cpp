@@ -167,6 +167,35 @@ TEST(ImageSegments, PlacesInTheFiles) {
             placed(sample, {kAddonFile, "firmware.man", "firmware.bin"}));
 }
 
+// The constants run below the text, and the addon a page behind them: so far
+// it is loaded from them, and so many zeros stand ahead of it.
+TEST(ImageSegments, ZerosAheadOfAddons) {
+  ImageSample sample = image_sample("3.0");
+  std::string& binary = sample["firmware.bin"];
+  const std::size_t entries = entries_offset("3.0");
+  binary.replace(entries + 96, 4, le32(0x0F000000));
+  binary.replace(entries + 2 * kEntry + 84, 4, le32(0x0F002000));
+  binary.insert(0xB000, 4096, '\0');
+  EXPECT_EQ(
+      "base text firmware.bin@8000\nbase rodata firmware.bin@a000\n"
+      "addon1 text firmware.bin@c000\n",
+      placed(sample, {"firmware.bin"}));
+}
+
+TEST(ImageSegments, FilesOfTheirOwnCountAheadOfAPackage) {
+  ImageSample sample = image_sample("1.5");
+  sample["joined"] = sample["firmware.bin"] + sample[kAddonFile];
+  EXPECT_EQ(
+      "base text joined@0\nbase rodata joined@2000\n"
+      "addon1 text joined@3000\n",
+      placed(sample, {"firmware.man", "firmware.pkg", "joined"}));
+  EXPECT_EQ(
+      "base text firmware.bin@0\nbase rodata firmware.bin@2000\n"
+      "addon1 text joined@3000\n",
+      placed(sample,
+             {"firmware.man", "firmware.pkg", "joined", "firmware.bin"}));
+}
+
 TEST(ImageSegments, NoPlaceWhereTheHeaderIsDamaged) {
   // The addon in the same bytes as the constants of the base.
   ImageSample sample = image_sample("1.8");
@@ -175,6 +204,10 @@ TEST(ImageSegments, NoPlaceWhereTheHeaderIsDamaged) {
   ASSERT_LT(place, 0x6040u);
   binary.replace(place, 4, le32(0xA000));
   EXPECT_EQ("", placed(sample, {"firmware.bin"}));
+  // Pages of 1.5 that the modules don't fill: which stand there isn't known.
+  sample = image_sample("1.5");
+  sample["firmware.man"][entries_offset("1.5") - 36] = 9;
+  EXPECT_EQ("", placed(sample, {"firmware.man", "firmware.bin"}));
   // Contents of 3.0 that are neither packed nor spaced.
   sample = image_sample("3.0");
   sample["firmware.bin"].pop_back();

@@ -57,7 +57,7 @@ TEST(ElfTables, SectionsAndFlagsInAllFormsOfElf) {
       {".bss", kNobits, kAlloc | kWrite, 0xFFFF0000, 0x9000, 0x10000, 64},
       {".comment", kProgbits, 0, 0, 0x500, 0x12, 1},
       {".odd", kNobits, kWrite, 0, 0x500, 1, 3},
-      {"", 0, kAlloc, 7, 7, 7, 1},  // no section at all
+      {"", 0, kAlloc, 7, 7, 0x10000000, 1},  // no section at all
       {".noload", kNobits, kAlloc | kExec, 0x4000, 0x500, 0x20, 8},
   };
   const Lines expected = {

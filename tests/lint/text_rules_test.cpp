@@ -23,6 +23,7 @@ t=binary_ver 1.6/ => 1:12 refused
 t=module m/uuid 0/ => 2:6 refused
 t=@instance_count 1/ => 5:16 refused
 t=@instance_count N # more/ => 5:18 refused
+t=@instance_count 00/ => 5:16 refused
 t=@affinity_mask 0x3/ => 5:15 refused
 t=@domain_types LL DP XX/ => 5:20 refused
 t=@group on_demand txt/ => 5:17 refused
@@ -31,8 +32,10 @@ t=@stack_size zz/ => 5:12 refused
 t=memory_class a 10 zz/ => 1:19 refused
 t=memory_class a 10 100000000/ => 1:19 refused
 t=@pin 0/sample_rates 1 2 # all/ => 6:18 refused
+t=@pin 0/sample_rates -80000000 zz/ => 6:24 refused
 t=@pin 0/stream_type 100/ => 6:13 refused
 t=@sched_caps 1/ => 5:12 refused
+t=@sched_caps 10000 1/ => 5:12 refused
 t=@entry 1/entry 2/ => 6:1 refused
 t=/include a/|a=/module m/tpye 1/ => a:3:1 refused
 t=include b/ => 1:9 refused
@@ -211,6 +214,13 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:3:1: note: group text begins here and 'setcion' ends it\n"
        "t:1:1: note: module 'm' begins here and 'setcion' ends it; 2 "
        "statements up to line 7 would be left out\n"},
+      // The group behind it opens for its own sections.
+      {"t=module m/tpye 1/group text/section .a/section .b//module n/",
+       "t:2:1: error: [tpye] Unknown parameter; did you mean 'type'? "
+       "[refused]\n"
+       "t:1:1: note: module 'm' begins here and 'tpye' ends it; 3 statements "
+       "up "
+       "to line 5 would be left out\n"},
       // A section can't stand where no group was.
       {"t=module m/secton .a/",
        "t:2:1: error: [secton] Unknown parameter [refused]\n"
@@ -244,6 +254,9 @@ TEST(TextRules, SayWhatWasMeant) {
       {"t=define BOARD x/include $(BORAD)/",
        "t:2:9: error: Not recognized define : BORAD; did you mean 'BOARD'? "
        "[refused]\n"},
+      {"t=define A x/define B y/include $(A)$(B)/",
+       "t:3:9: error: Not recognized define : A)$(B; a name holds one macro at "
+       "the most [refused]\n"},
       {"t=max_data 0/hw_buf_size 1/max_data 8/",
        "t:3:1: warning: max_data stands here once more: this one counts "
        "[repeated-statement]\n"

@@ -71,15 +71,18 @@ TEST(Symbols, OfSectionsThatOverlap) {
 
 TEST(LeftOut, TakesRoomAndIsInNoGroup) {
   // Neither what takes no room, nor has no size, nor is a dyn_mem section, nor
-  // the one whose bytes go into another's place. The largest comes first.
+  // the one whose bytes go into another's place, of the first ELF that has one.
+  // The largest comes first.
   const MemoryMap map = measure(
       "dyn_mem heap\nmodule M\nuuid 5A3C0001-7B1E-4C52-9D40-0000000000AB\n"
       "group text\nsection ep a < source\n",
       {{"a 10 1000 1000 text;source 8 5000 5000 text;heap 10 2000 2000 bss;"
         "info 10 0 0 debug;none 0 3000 3000 bss;alone 4 3000 3000 bss;"
         "large 40 4000 4000 rodata;",
-        "00004000 R constant\n00003000 B variable\n"}});
-  EXPECT_EQ("large@0.elf 4000 64\nalone@0.elf 3000 4\n", left_out_of(map));
+        "00004000 R constant\n00003000 B variable\n"},
+       {"source 20 6000 6000 bss;"}});
+  EXPECT_EQ("large@0.elf 4000 64\nsource@1.elf 6000 32\nalone@0.elf 3000 4\n",
+            left_out_of(map));
   EXPECT_EQ("constant large/ 4000 64\nvariable alone/ 3000 4\n",
             symbols_of(map));
 }
