@@ -24,8 +24,11 @@ bool builder_refuses(const BuildInputs& inputs) {
   map.default_dir = inputs.default_dir;
   try {
     read_modules_config(map, *inputs.module_config_path);
-    read_image_layout(map, read_image_defs(map, inputs.image_def_path));
-    return false;
+    auto text = read_image_defs(map, inputs.image_def_path);
+    // An include has lost all of it: no generation is known.
+    const bool is_lost = !text->good();
+    read_image_layout(map, std::move(text));
+    return is_lost;
   } catch (const std::exception&) {
     return true;
   }

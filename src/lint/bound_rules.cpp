@@ -11,6 +11,7 @@
 #include "lint/elf_facts.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
+#include "memory_map/address_coverage.h"
 
 namespace tova_fw_builder {
 
@@ -34,6 +35,14 @@ class SectionNames {
   const FwImageMap& map_;
   std::size_t asked_ = 0;
 };
+
+std::string symbol_question(const FwImageMap& map, std::string_view name) {
+  Nearest near(name);
+  for (const FwImageMap::SymbolMap& symbols : map.symbols) {
+    for (const auto& symbol : symbols.entries) near.offer(symbol.name);
+  }
+  return near.question();
+}
 
 // An optional module may be absent as a whole.
 bool is_absent(const LinkedModule& module) {
@@ -130,17 +139,20 @@ void find_uncarried_sections(const Linked& linked, Findings& out) {
   for_each_section(linked, [&](const LinkedModule& module, const LinkedGroup&,
                                const LinkedSection& section) {
     if (!module.is_built_in || !section.header) return;
-    if (!section.header->contents || section.header->size == 0) return;
-    if (carried.contains(section.name)) return;
+    if (section.header->size == 0 || carried.contains(section.name)) return;
+    const bool has_bytes = section.header->contents;
+    const std::string size = counted(section.header->size, "byte");
     out.add(section.spot,
-            quoted(section.name) +
-                " stands in built-in modules alone, so its " +
-                counted(section.header->size, "byte") +
-                " are in no image: list it in a loadable module, too");
+            quoted(section.name) + " stands in built-in modules alone, so " +
+                (has_bytes ? "its " + size + " are in no image"
+                           : "no group has its " + size + " of memory") +
+                ": list it in a loadable module, too")
+        .level = has_bytes ? Level::kError : Level::kWarning;
   });
 }
 
 void find_missing_exports(const Linked& linked, Findings& out) {
+  std::size_t asked = 0;
   for (const LintStatement& statement : linked.definition->statements) {
     if (statement.key() != "export" || word_at(statement, 1) == "o") continue;
     const std::string name(name_of(statement, BlockKind::kModule));
@@ -152,7 +164,50 @@ void find_missing_exports(const Linked& linked, Findings& out) {
     if (linked.image_map.find_symbol(name).valid) continue;
     out.add(statement.words.back().spot,
             "no symbol list has " + quoted(name) +
+                (++asked > kMaxQuestions
+                     ? ""
+                     : symbol_question(linked.image_map, name)) +
                 ": write 'export o' if it may be absent");
+  }
+}
+
+namespace {
+
+// The segments of the module entries: of two groups of one type the later one.
+std::vector<AddressSpan> segments_of(const FwOutMap& map) {
+  std::vector<AddressSpan> segments;
+  for (const auto& module : map.modules) {
+    const FwOutMap::SectionGroup* slots[3] = {};
+    for (const auto& group : module->groups) slots[group->type] = group.get();
+    for (const auto* group : slots) {
+      if (group == nullptr) continue;
+      const std::uint32_t begin = group->sections.front()->header->vma;
+      segments.push_back({begin, begin + (group->flags >> 16) * kPageSize});
+    }
+  }
+  return segments;
+}
+
+}  // namespace
+
+void find_exports_outside(const Linked& linked, Findings& out) {
+  if (linked.refusal) return;
+  const auto segments = segments_of(*linked.definition->map);
+  for (const LintStatement& statement : linked.definition->statements) {
+    if (statement.key() != "export") continue;
+    const auto name = name_of(statement, BlockKind::kModule);
+    const auto symbol = linked.image_map.find_symbol(std::string(name));
+    if (!symbol.valid) continue;
+    const bool is_inside =
+        std::ranges::any_of(segments, [&](const AddressSpan& segment) {
+          return segment.begin <= symbol.address &&
+                 symbol.address < segment.end;
+        });
+    if (is_inside) continue;
+    out.add(statement.words.back().spot,
+            quoted(name) + " at " + hex_number(symbol.address) +
+                " lies in no group of a module, so it isn't exported: the "
+                "builder only warns");
   }
 }
 

@@ -1,7 +1,5 @@
 #include "lint/findings.h"
 
-#include <charconv>
-
 namespace tova_fw_builder {
 
 std::string quoted(std::string_view word) {

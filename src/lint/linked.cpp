@@ -36,18 +36,20 @@ LinkedSection link_section(const LintStatement& statement, BlockKind block,
 }
 
 LinkedGroup link_group(const Definition& definition, const LintBlock& block,
-                       const FwOutMap::SectionGroup& from,
-                       const FwImageMap& image_map) {
+                       const FwOutMap::SectionGroup& from, Linked& linked) {
   LinkedGroup group;
   group.opened = &definition.statements[block.opened_by];
+  linked.spots[&from] = group.opened->spot();
   group.type = from.type;
   group.entry = from.entry;
   group.sections.reserve(from.sections.size());
   for (const std::uint32_t number : block.statements) {
     const LintStatement& statement = definition.statements[number];
     if (statement.key() == "section") {
+      const auto& record = from.sections[group.sections.size()];
       group.sections.push_back(
-          link_section(statement, BlockKind::kGroup, image_map));
+          link_section(statement, BlockKind::kGroup, linked.image_map));
+      linked.spots[record.get()] = group.sections.back().spot;
     } else {
       group.entry_spot = statement.words.back().spot;
     }
@@ -66,6 +68,7 @@ void link_modules(const Definition& definition, Linked& linked) {
       module_of_block[i] = module_number++;
       LinkedModule module;
       module.opened = &definition.statements[block.opened_by];
+      linked.spots[&from] = module.opened->spot();
       module.name = name_of(*module.opened, BlockKind::kImage);
       module.is_built_in = from.load_type == FwOutMap::Module::kBuiltIn;
       module.is_addon = from.module_kind == FwOutMap::Module::kAddon;
@@ -74,16 +77,19 @@ void link_modules(const Definition& definition, Linked& linked) {
     } else if (block.kind == BlockKind::kGroup) {
       const std::size_t number = module_of_block[block.parent];
       auto& groups = linked.modules[number].groups;
-      groups.push_back(
-          link_group(definition, block,
-                     *definition.map->modules[number]->groups[groups.size()],
-                     linked.image_map));
+      groups.push_back(link_group(
+          definition, block,
+          *definition.map->modules[number]->groups[groups.size()], linked));
     }
   }
+  auto memory_class = definition.map->memory_classes.begin();
   for (const LintStatement& statement : definition.statements) {
-    if (statement.key() != "dyn_mem") continue;
-    linked.dyn_mem.push_back(
-        link_section(statement, BlockKind::kImage, linked.image_map));
+    if (statement.key() == "memory_class") {
+      linked.spots[&*memory_class++] = statement.spot();
+    } else if (statement.key() == "dyn_mem") {
+      linked.dyn_mem.push_back(
+          link_section(statement, BlockKind::kImage, linked.image_map));
+    }
   }
 }
 
@@ -118,6 +124,47 @@ void read_elfs(const ElfList& elfs, Spot list, Linked& linked) {
   }
 }
 
+// Whether a section table has a section, as far as it can be read.
+bool has_section(const std::string& table, const std::string& name) {
+  FwImageMap map;
+  try {
+    read_section_table(map, *open_input(table), nullptr);
+  } catch (const std::runtime_error&) {
+  }
+  return map.sections.contains(name);
+}
+
+// Where the builder stopped: at a table, which may repeat a name of one above;
+// else it is the list as a whole.
+void explain_unread(const std::string& path, Linked& linked) {
+  const auto table_spot = [&linked](std::size_t number) {
+    const auto line = static_cast<std::uint32_t>(3 * number + 2);
+    return Spot{linked.elf_list.file, line, 0, 0};
+  };
+  linked.unread_at = linked.elf_list;
+  ElfList elfs;
+  std::size_t read = 0;
+  try {
+    elfs = read_elf_list(path);
+    for (FwImageMap all; read < elfs.size(); ++read) {
+      read_section_table(all, *open_input(elfs[read].memmap), nullptr);
+    }
+  } catch (const std::runtime_error&) {
+  }
+  if (read == elfs.size()) return;
+  linked.unread_at = table_spot(read);
+  constexpr std::string_view kDuplicate = "Duplicated section found: ";
+  if (!linked.refusal->starts_with(kDuplicate)) return;
+  const std::string name = linked.refusal->substr(kDuplicate.size());
+  for (std::size_t i = 0; i < read; ++i) {
+    if (!has_section(elfs[i].memmap, name)) continue;
+    *linked.refusal +=
+        "; " + elfs[i].elf + " and " + elfs[read].elf + " have one each";
+    linked.unread_notes.push_back({table_spot(i), "the first one"});
+    return;
+  }
+}
+
 bool cannot_open(const std::exception& error) {
   return std::string_view(error.what()).starts_with("Failed to open file");
 }
@@ -141,6 +188,7 @@ Linked link(const Definition& definition, const BuildInputs& inputs,
     if (cannot_open(error)) throw;
     linked.refusal = error.what();
     linked.is_unread = true;
+    explain_unread(inputs.elf_list_path, linked);
     return linked;
   }
   link_modules(definition, linked);

@@ -64,8 +64,18 @@ struct Linked {
   MemoryMap memory;  // of the sections that were found
   // The text that the builder refuses with; else the map is bound.
   std::optional<std::string> refusal;
-  // It is of the reading of the tables: nothing else was done.
+  // It is of the reading of the tables, and stands there: nothing else was
+  // done.
   bool is_unread = false;
+  Spot unread_at;
+  std::vector<Note> unread_notes;
+  // Where the modules, groups, sections and memory classes of the map stand.
+  std::unordered_map<const void*, Spot> spots;
+
+  // {} for null.
+  Spot spot_of(const void* record) const {
+    return record == nullptr ? Spot{} : spots.at(record);
+  }
 };
 
 // Reads what the ELF list names, and binds. Throws std::runtime_error as the

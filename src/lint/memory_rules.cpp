@@ -1,11 +1,13 @@
 // Addresses: where sections lie, and where they are loaded to.
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "companion/ground/message_text.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
+#include "lint/writing.h"
 
 namespace tova_fw_builder {
 
@@ -68,10 +70,13 @@ std::string section_text(const MemoryMap::Section& section) {
 }
 
 Spot hardware_buffer_spot(const Definition& definition) {
+  // The base may be left out; without a size there is no buffer.
+  Spot spot;
   for (const LintStatement& statement : definition.statements) {
-    if (statement.key() == "hw_buf_size") return statement.spot();
+    if (statement.key() == "hw_buf_ba") return statement.spot();
+    if (statement.key() == "hw_buf_size") spot = statement.spot();
   }
-  return {};
+  return spot;
 }
 
 // The class in which it begins, and whose end it exceeds.
@@ -85,9 +90,7 @@ const MemoryMap::Class* class_of(const MemoryMap& memory,
   return found == memory.classes.end() ? nullptr : &*found;
 }
 
-}  // namespace
-
-void find_load_overlaps(const Linked& linked, Findings& out) {
+void find_overlaps_in_groups(const Linked& linked, Findings& out) {
   for (const LinkedModule& module : linked.modules) {
     if (module.is_built_in) continue;
     for (const LinkedGroup& group : module.groups) {
@@ -115,6 +118,40 @@ void find_load_overlaps(const Linked& linked, Findings& out) {
       }
     }
   }
+}
+
+void find_load_disorder(const Linked& linked, Findings& out) {
+  constexpr std::uint32_t kHalf = 0x80000000;
+  if (linked.refusal) return;
+  const Writing writing = plan_writing(*linked.definition->map);
+  const FwOutMap::Module* last_module = nullptr;
+  for (const WrittenGroup& group : writing.groups) {
+    const bool is_same =
+        std::exchange(last_module, group.module) == group.module;
+    if (group.pad < kHalf) continue;
+    const auto& first = *group.group->sections.front();
+    const auto& before = *group.behind->header;
+    const bool is_below = first.header->lma < end_of(before.lma, before.size);
+    // Of two modules in the wrong order the module is to blame.
+    out.add(linked.spot_of(is_same ? static_cast<const void*>(group.group)
+                                   : group.module),
+            quoted(first.name) + " is loaded to " +
+                hex_number(first.header->lma) + ", but written behind " +
+                quoted(group.behind->name) + " (" +
+                range_text(before.lma, before.size) + "): " +
+                hex_number(group.pad) + " bytes of zeros come between them" +
+                (is_below ? "; the load addresses of addons have to rise from "
+                            "group to group and from module to module"
+                          : ""))
+        .notes.push_back({linked.spot_of(group.behind), "the other section"});
+  }
+}
+
+}  // namespace
+
+void find_load_overlaps(const Linked& linked, Findings& out) {
+  find_overlaps_in_groups(linked, out);
+  find_load_disorder(linked, out);
 }
 
 void find_run_overlaps(const Linked& linked, Findings& out) {

@@ -148,40 +148,135 @@ void find_empty_modules(const Definition& definition, Findings& out) {
   });
 }
 
-void find_sections_twice(const Definition& definition, Findings& out) {
-  // What stands in built-in modules stands elsewhere, too.
-  std::map<std::string_view, const LintStatement*> carried;
+void find_empty_groups(const Definition& definition, Findings& out) {
+  std::set<std::uint32_t> with_sections;  // groups and their modules
   for (const LintStatement& statement : definition.statements) {
-    const BlockKind kind = definition.blocks[statement.block].kind;
+    if (statement.key() != "section") continue;
+    with_sections.insert(statement.block);
+    with_sections.insert(definition.blocks[statement.block].parent);
+  }
+  for (std::uint32_t i = 0; i < definition.blocks.size(); ++i) {
+    const LintBlock& block = definition.blocks[i];
+    if (block.kind != BlockKind::kGroup || with_sections.contains(i)) continue;
+    // empty-module tells of a module that has none at all.
+    if (!with_sections.contains(block.parent)) continue;
+    if (is_unfinished(definition, block)) continue;
+    out.add(definition.statements[block.opened_by].spot(),
+            block_name(definition, i) +
+                " has no section, so the module is made without it");
+  }
+}
+
+void find_missing_entries(const Definition& definition, Findings& out) {
+  std::set<std::uint32_t> with_text;
+  std::set<std::uint32_t> with_sections;
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "section") continue;
+    const LintBlock& group = definition.blocks[statement.block];
+    const LintStatement& opened = definition.statements[group.opened_by];
+    with_sections.insert(group.parent);
+    if (name_of(opened, BlockKind::kModule) == "text") {
+      with_text.insert(group.parent);
+    }
+  }
+  for_each_module(definition, [&](const ModuleText& module) {
+    const auto number =
+        static_cast<std::uint32_t>(&module.block - definition.blocks.data());
+    const std::string_view kind = word_at(module.opened, 1);
+    const bool starts =
+        (kind == "ba" || kind == "da") && module.opened.words.size() > 2;
+    if (!starts || with_text.contains(number)) return;
+    // empty-module tells of those.
+    if (!with_sections.contains(number)) return;
+    if (is_unfinished(definition, module.block)) return;
+    out.add(module.name.spot,
+            "module " + quoted(module.name.text) +
+                " is started by the loader and has no section in a group text: "
+                "its entry point is 0");
+  });
+}
+
+void find_second_bases(const Definition& definition, Findings& out) {
+  const LintWord* first = nullptr;
+  for_each_module(definition, [&](const ModuleText& module) {
+    const LintStatement* const type =
+        find_statement(definition, module.block, "type");
+    if (type == nullptr || type->words.size() < 2) return;
+    const LintWord& word = type->words[1];
+    const ScannedNumber number = scan_number(word.text, 10);
+    // bad-number tells of what isn't read as a whole.
+    if (number.length != word.text.size() || number.magnitude != 0) return;
+    if (first == nullptr) {
+      first = &word;
+      return;
+    }
+    out.add(word.spot, "type 0 is that of the base firmware, and there is one")
+        .notes.push_back({first->spot, "the other one"});
+  });
+}
+
+namespace {
+
+bool is_built_in(const LintStatement& opened) {
+  const auto kind = word_at(opened, 1);
+  return (kind == "b" || kind == "ba") && opened.words.size() > 1;
+}
+
+bool is_in_bss(const Definition& definition, const LintStatement& section) {
+  const LintBlock& group = definition.blocks[section.block];
+  return group.kind == BlockKind::kGroup &&
+         name_of(definition.statements[group.opened_by], BlockKind::kModule) ==
+             "bss";
+}
+
+Spot name_spot(const Definition& definition, const LintStatement& section) {
+  const Taken taken = taken_words(*form_of(definition, section), section);
+  return section.words[std::min(taken.name, section.words.size() - 1)].spot;
+}
+
+}  // namespace
+
+void find_sections_twice(const Definition& definition, Findings& out) {
+  // What stands in built-in modules stands elsewhere, too; but two don't start
+  // at one place.
+  std::map<std::string_view, const LintStatement*> carried;
+  std::map<std::string_view, const LintStatement*> entries;
+  for (const LintStatement& statement : definition.statements) {
+    const LintBlock& block = definition.blocks[statement.block];
     const bool is_dyn_mem = statement.key() == "dyn_mem";
     const bool is_section =
-        kind == BlockKind::kGroup && statement.key() == "section";
+        block.kind == BlockKind::kGroup && statement.key() == "section";
     if (!is_dyn_mem && !is_section) continue;
-    std::uint32_t module = LintBlock::kNone;
-    if (is_section) {
-      module = definition.blocks[statement.block].parent;
-      const auto kind_word = word_at(
-          definition.statements[definition.blocks[module].opened_by], 1);
-      const auto count =
-          definition.statements[definition.blocks[module].opened_by]
-              .words.size();
-      const bool is_built_in =
-          (kind_word == "b" || kind_word == "ba") && count > 1;
-      if (is_built_in) continue;
-    }
-    const auto name = name_of(statement, kind);
-    const auto [place, is_new] = carried.try_emplace(name, &statement);
+    const LintBlock& module = definition.blocks[is_section ? block.parent : 0];
+    const bool is_inner =
+        is_section && is_built_in(definition.statements[module.opened_by]);
+    if (is_inner && word_at(statement, 1) != "ep") continue;
+    const auto name = name_of(statement, block.kind);
+    const auto [place, is_new] =
+        (is_inner ? entries : carried).try_emplace(name, &statement);
     if (is_new) continue;
-    out.add(
-           statement
-               .words[std::min(
-                   taken_words(*form_of(definition, statement), statement).name,
-                   statement.words.size() - 1)]
-               .spot,
-           quoted(name) +
-               " is listed twice: its bytes count and stand in "
-               "the image twice")
+    out.add(name_spot(definition, statement),
+            is_inner ? quoted(name) + " is the entry of two built-in modules"
+                     : quoted(name) + " is listed twice: " +
+                           (is_dyn_mem || is_in_bss(definition, statement)
+                                ? "its memory counts twice"
+                                : "its bytes count and stand in the image "
+                                  "twice"))
         .notes.push_back({place->second->spot(), "the first time"});
+  }
+}
+
+void find_duplicate_classes(const Definition& definition, Findings& out) {
+  std::map<std::string_view, const LintWord*> seen;
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "memory_class" || statement.words.size() < 2) {
+      continue;
+    }
+    const LintWord& name = statement.words[1];
+    const auto [place, is_new] = seen.try_emplace(name.text, &name);
+    if (is_new) continue;
+    out.add(name.spot, "another memory class is called " + quoted(name.text))
+        .notes.push_back({place->second->spot, "the other class"});
   }
 }
 

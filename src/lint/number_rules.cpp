@@ -102,11 +102,11 @@ std::optional<Field> field_of(Operand operand) {
     case Operand::kHex16:
     case Operand::kDecimal16:
     case Operand::kCount:
-      return Field{0xFFFF, "the low 16 bits"};
+      return Field{0xFFFF, "the low 16 bits of it count, which are "};
     case Operand::kDecimal8:
-      return Field{0xFF, "the low 8 bits"};
+      return Field{0xFF, "the low 8 bits of it count, which are "};
     case Operand::kPinFlag:
-      return Field{1, "bit 0"};
+      return Field{1, "bit 0 of it alone counts, which is "};
     default:
       return std::nullopt;
   }
@@ -134,7 +134,8 @@ std::string cut_text(const Number& number) {
   const std::uint64_t kept = clamped_unsigned(scanned) & field->most;
   return quoted(number.word.text) +
          " doesn't fit its field: " + std::string(field->what) +
-         " of it count, which are " + value_text(kept, number.base);
+         (field->most == 1 ? std::to_string(kept)
+                           : value_text(kept, number.base));
 }
 
 // The UUID at the end of a longer word.

@@ -1,5 +1,7 @@
 // What the builder refuses in the text: its message, the place, what was most
 // likely meant, and which blocks an unknown word has ended.
+#include "lint/refusal.h"
+
 #include <algorithm>
 
 #include "companion/ground/message_text.h"
@@ -127,6 +129,23 @@ bool explain_stray(const Refused& refused, Finding& finding) {
   return false;
 }
 
+// A statement of a block that a module holds, and that isn't open.
+std::string question_of_inner(const Refused& refused) {
+  const bool is_in_module =
+      std::ranges::any_of(refused.ended, [&](std::uint32_t block) {
+        return kind_of(refused.definition, block) == BlockKind::kModule;
+      });
+  if (!is_in_module) return "";
+  for (const BlockKind kind : {BlockKind::kGroup, BlockKind::kPin}) {
+    Nearest near(refused.statement.key());
+    for (const auto key : statement_keys(kind)) near.offer(key);
+    if (near.name().empty()) continue;
+    return near.question() + "; " + quoted(near.name()) + " belongs in " +
+           block_kind_name(kind);
+  }
+  return "";
+}
+
 void explain_unknown(const Refused& refused, Finding& finding) {
   const Definition& definition = refused.definition;
   if (explain_stray(refused, finding)) {
@@ -143,7 +162,8 @@ void explain_unknown(const Refused& refused, Finding& finding) {
   for (const auto key : statement_keys(BlockKind::kImage)) near.offer(key);
   near.offer("include");
   near.offer("define");
-  finding.text += near.question();
+  finding.text +=
+      near.name().empty() ? question_of_inner(refused) : near.question();
   for (const SourceMap::Define& define : definition.source.defines) {
     if (define.name != word) continue;
     finding.text += "; a define can't stand for the first word of a line";
@@ -226,7 +246,6 @@ const LintWord* bad_operand(const Refused& refused) {
 
 void explain_number(const Refused& refused, Finding& finding) {
   const LintWord* const word = bad_operand(refused);
-  const bool is_range = finding.text.find("range") != finding.text.npos;
   if (word == nullptr) {
     const bool wants_two = refused.statement.key() == "sched_caps";
     finding.spot = refused.statement.words.back().spot;
@@ -238,12 +257,13 @@ void explain_number(const Refused& refused, Finding& finding) {
     return;
   }
   finding.spot = word->spot;
+  const bool has_digits = scan_number(word->text, 16).has_digits;
   finding.text += "; " + quoted(word->text) +
                   (word->text.starts_with('#')
                        ? " is taken for a number: put the remark on a line of "
                          "its own"
-                   : is_range ? " is too large"
-                              : " is no number");
+                   : has_digits ? " is too large"
+                                : " is no number");
 }
 
 void explain_entry(const Refused& refused, Finding& finding) {
@@ -309,65 +329,20 @@ void explain_statement(const Definition& definition, Finding& finding) {
   const Refused refused = refused_statement(definition);
   finding.spot = refused.statement.spot();
   for (const Explanation& explanation : kExplanations) {
-    if (finding.text.find(explanation.part) != finding.text.npos) {
-      return explanation.add(refused, finding);
-    }
+    if (finding.text.find(explanation.part) == finding.text.npos) continue;
+    explanation.add(refused, finding);
+    break;
   }
-}
-
-Spot spot_of_open_line(const SourceMap& source, std::size_t word) {
-  const auto words = words_of_place(source, source.open.back());
-  const SourceMap::Place place = source.open.back();
-  if (words.empty()) return {place.file, place.line, 0, 0};
-  return words[std::min(word, words.size() - 1)].spot;
-}
-
-// The files could not be joined.
-void explain_files(const Definition& definition, Finding& finding) {
-  const SourceMap& source = definition.source;
-  finding.spot = spot_of_open_line(source, 1);
-  const auto words = words_of_place(source, source.open.back());
-  const std::string_view operand =
-      words.size() > 1 ? words[1].text : std::string_view();
-  if (finding.text.starts_with("Define name conflict")) {
-    for (const SourceMap::Define& define : source.defines) {
-      if (define.name != operand) continue;
-      const auto first = words_of_place(source, define.place);
-      finding.notes.push_back(
-          {first[std::min<std::size_t>(1, first.size() - 1)].spot,
-           "it is defined here"});
-    }
-  } else if (finding.text.starts_with("Not recognized define : ")) {
-    const std::string name =
-        finding.text.substr(std::string("Not recognized define : ").size());
-    Nearest near(name);
-    for (const auto& define : source.defines) near.offer(define.name);
-    finding.text += near.question();
-    if (name.find(")$(") != name.npos) {
-      finding.text += "; a name holds one macro at the most";
-    }
-  } else if (finding.text.starts_with("Failed to open image defs file")) {
-    finding.text += operand.empty()
-                        ? "; the name is missing"
-                        : "; it is looked for beside this file, and then where "
-                          "the tool was started";
-  } else if (finding.text.find("canonical") != finding.text.npos) {
-    finding.text +=
-        "; include it by its bare name or by an absolute path, as the folder "
-        "is entered before the name is looked up again";
-  } else if (finding.text == "Max inclusion") {
-    finding.text += "; files nest four deep below the top file";
-    for (std::size_t i = source.open.size() - 1; i-- > 0;) {
-      const SourceMap::Place place = source.open[i];
-      finding.notes.push_back(
-          {{place.file, place.line, 0, 0}, "included from here"});
-    }
+  for (const LintWord& word : refused.statement.words) {
+    if (word.spot != finding.spot || word.define == SourceMap::kNone) continue;
+    note_define(definition.source, word.define, finding);
   }
 }
 
 }  // namespace
 
 void find_refused(const Definition& definition, Findings& out) {
+  if (definition.is_lost) find_lost_text(definition, out);
   if (!definition.refusal) return;
   Finding& finding = out.add({}, definition.refusal->text);
   if (definition.refusal->line != SourceMap::kNone) {

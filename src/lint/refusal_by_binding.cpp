@@ -6,10 +6,9 @@
 #include <set>
 
 #include "companion/ground/message_text.h"
-#include "image/records/binary_header.h"
-#include "image/records/css_part.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
+#include "lint/writing.h"
 
 namespace tova_fw_builder {
 
@@ -198,64 +197,21 @@ void explain(const Linked& linked, Finding& finding) {
   }
 }
 
-// What only the writing finds: it would be made known with the image half done.
-std::string refusal_of_writing(const Linked& linked, Spot& spot) {
-  const FwOutMap& map = *linked.definition->map;
-  if (map.binary_ver == 0) {
-    return "Unrecognized binary version; the definition has no binary_ver";
-  }
-  if (map.modules.empty()) {
-    return "preload page count cannot be computed - no modules";
-  }
-  for (const LinkedModule& module : linked.modules) {
-    for (const LinkedGroup& group : module.groups) {
-      const LinkedSection* first = nullptr;
-      for (const LinkedSection& section : group.sections) {
-        if (!section.header) continue;
-        if (!first || section.header->lma < first->header->lma) {
-          first = &section;
-        }
-        if (module.is_built_in || !section.replaced_by ||
-            !section.header->contents ||
-            section.replaced_by->size <= section.header->size) {
-          continue;
-        }
-        spot = section.spot;
-        return "Replacement section too large to fit into the placeholder; "
-               "it has " +
-               counted(section.replaced_by->size, "byte") + " for a room of " +
-               std::to_string(section.header->size);
-      }
-      if (module.is_built_in || !first) continue;
-      if (first->header->vma % kPageSize == 0) continue;
-      spot = first->spot;
-      return "Non-aligned base address of section; " + quoted(first->name) +
-             " comes first in its group and lies at " +
-             hex_number(first->header->vma) + ", not at a multiple of 4096";
-    }
-  }
-  const std::uint64_t manifest = sizeof(CssPart) + sizeof(TovaFwBinaryHeader) +
-                                 sizeof(ModuleEntry) * map.modules.size() +
-                                 sizeof(ModuleConfig) * map.mod_cfg_total;
-  if (map.binary_ver == kKelp15 && manifest >= 2 * kPageSize) {
-    return "Manifest is bigger than MAX of 8kB; modules and configurations "
-           "take " +
-           std::to_string(manifest);
-  }
-  return {};
-}
-
 }  // namespace
 
 void find_refused_binding(const Linked& linked, Findings& out) {
-  Spot spot;
-  const bool is_bound = !linked.refusal;
-  const std::string text =
-      is_bound ? refusal_of_writing(linked, spot) : *linked.refusal;
-  if (text.empty()) return;
-  // Of the image as a whole, unless a statement is to blame.
-  Finding& finding = out.add(linked.is_unread ? linked.elf_list : spot, text);
-  if (!is_bound && !linked.is_unread) explain(linked, finding);
+  if (linked.is_unread) {
+    out.add(linked.unread_at, *linked.refusal).notes = linked.unread_notes;
+  } else if (linked.refusal) {
+    explain(linked, out.add({}, *linked.refusal));
+  } else {
+    // What only the writing finds, which would end with the image half done.
+    const WritingRefusal found = refusal_of_writing(*linked.definition->map);
+    if (found.text.empty()) return;
+    // Of the image as a whole, unless a statement is to blame.
+    out.add(linked.spot_of(found.record),
+            found.more.empty() ? found.text : found.text + "; " + found.more);
+  }
 }
 
 }  // namespace tova_fw_builder

@@ -44,8 +44,12 @@ void find_capturing_defines(const Definition&, Findings&);
 void find_missing_uuids(const Definition&, Findings&);
 void find_duplicate_uuids(const Definition&, Findings&);
 void find_empty_modules(const Definition&, Findings&);
+void find_empty_groups(const Definition&, Findings&);
+void find_missing_entries(const Definition&, Findings&);
+void find_second_bases(const Definition&, Findings&);
 void find_sections_twice(const Definition&, Findings&);
 void find_overlapping_classes(const Definition&, Findings&);
+void find_duplicate_classes(const Definition&, Findings&);
 void find_unknown_rules(const Definition&, Findings&);
 
 // On the bound map. find_refused_binding belongs to `refused`.
@@ -60,6 +64,7 @@ void find_full_classes(const Linked&, Findings&);
 void find_unaligned_addons(const Linked&, Findings&);
 void find_entries_outside(const Linked&, Findings&);
 void find_missing_exports(const Linked&, Findings&);
+void find_exports_outside(const Linked&, Findings&);
 void find_full_tables(const Linked&, Findings&);
 void find_stale_tables(const Linked&, Findings&);
 

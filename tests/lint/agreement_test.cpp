@@ -61,7 +61,10 @@ std::string builder_message(const BuildInputs& inputs) {
   map.default_dir = inputs.default_dir;
   return message_of([&] {
     read_modules_config(map, *inputs.module_config_path);
-    read_image_layout(map, read_image_defs(map, inputs.image_def_path));
+    auto text = read_image_defs(map, inputs.image_def_path);
+    // An include has lost all of it: no generation is known.
+    if (!text->good()) throw std::runtime_error("Unrecognized binary version");
+    read_image_layout(map, std::move(text));
   });
 }
 

@@ -67,6 +67,16 @@ max_data 0/ => .data 2000 10 r => 6:1 refused, elfs:2:1 section-left-out
 module d n/uuid 11234567-89AB-CDEF-0123-456789ABCDEF/group rodata/section .r/ => .r 2000 10 r => 7:1 refused, 7:6 duplicate-uuid
 group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 11 r => 7:9 refused
 group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 10 r =>
+-- an optional section that is there wants its replacement, too
+group rodata/section o .r < .s/ => .r 2000 10 r => 7:11 refused, 7:16 section-not-found
+-- what is left out with its module may lie anywhere
+module o n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/section .s/ => .r 2004 10 r => 10:9 section-not-found
+-- an addon off the page grid: 3.0 takes it; the gaps of two may add up to a page
+binary_ver 1.8/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .r 2000 10 r 2000 2**2 => 6:1 repeated-statement, 10:9 refused, 10:9 addon-alignment
+section .u/binary_ver 1.8/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .u 1100 f00 t, .r 2000 10 r 2000 2**2 => 7:1 repeated-statement, 11:9 addon-alignment
+binary_ver 2.5/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/module d k/uuid 11234567-89AB-CDEF-0123-456789ABCDE1/group rodata/section .s/ => .r 2000 10 r 2000 2**2, .s 3000 10 r 2110 2**2 => 6:1 repeated-statement, 10:9 refused, 10:9 addon-alignment, 14:9 addon-alignment
+-- a memory class whose highest section reaches around the end of memory
+memory_class a F0000000 FFFFFFF/module l k/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .u/ => .u FFFFF000 1001 r => 5:12 outside-classes, 6:1 refused, 10:9 class-full
 -- section-not-found: not what may be absent
 section .tt/ => => 2:1 refused, 6:9 section-not-found
 section o .tt/ => =>
@@ -81,7 +91,7 @@ group rodata/section .r < public_keys_storage/ => .r 2000 10 r =>
 => .b 3000 10 b => elfs:2:1 section-left-out
 ignore .r/dyn_mem .b/ => .r 2000 10 r, .b 3000 10 b =>
 -- built-in-not-carried
-module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/group bss/section .b/ => .r 2000 10 r, .b 3000 10 b => 9:9 built-in-not-carried
+module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/group bss/section .b/ => .r 2000 10 r, .b 3000 10 b => 9:9 built-in-not-carried, 11:9 built-in-not-carried
 module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/ => =>
 -- load-overlap, by load addresses in any order; zeroed memory takes no bytes
 section .u/ => .u 2000 80 t 10FF => 6:9 load-overlap
@@ -90,6 +100,13 @@ section .u/ => .u 2000 80 t F81 => 5:12 load-overlap
 group bss/section .b/section .c/ => .b 2000 80 b, .c 3000 80 b 2000 =>
 group bss/section .b/section .r/ => .b 2000 80 b, .r 3000 80 r 2000 => 8:9 refused
 group rodata/section .r/module l k/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .s/module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE1/group rodata/section .r/section .s/ => .r 2000 100 r, .s 3000 10 r 20F0 =>
+-- load-overlap, where an addon is loaded below what is written ahead of it
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 0 100 t => 6:1 load-overlap
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/group rodata/section .r/ => .u 3000 100 t, .r 2000 10 r => 10:1 load-overlap
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u F0000000 100 t => 6:1 load-overlap
+module n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 0 100 t =>
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/section .b/ => .b 0 100 b =>
+binary_ver 1.5/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 0 100 t => 6:1 repeated-statement
 -- run-overlap
 group rodata/section .r/ => .r 1000 10 r 2000 => 7:9 run-overlap
 group bss/section .b/ => .b 10FF 10 b => 7:9 refused, 7:9 run-overlap
@@ -97,7 +114,7 @@ dyn_mem .heap/ => .heap 10F0 20 b => 6:9 run-overlap
 dyn_mem .heap/ => .heap FF0 20 b => 6:9 run-overlap
 hw_buf_ba 10FF/hw_buf_size 1/ => => 5:12 run-overlap
 hw_buf_ba 1100/hw_buf_size 1/ => =>
-module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/group bss/section .b/ => .b 1010 4 b => 11:9 run-overlap
+module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/group bss/section .b/ => .b 1010 4 b => 11:9 built-in-not-carried, 11:9 run-overlap
 -- outside-classes, class-full: adjoining classes are one room
 memory_class a 2000 1000/ => => 5:12 outside-classes
 memory_class a 0 800/ => => 5:12 outside-classes
@@ -115,6 +132,8 @@ module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/entry 200f/secti
 export main/export o trace/ => =>
 export trace/export o trace/ => => 7:1 repeated-statement
 export mian/ => => 6:8 refused, 6:8 export-not-found
+-- export-outside: whole pages of a group count
+export heap/export o last/ => => 6:8 export-outside
 )";
 
 TEST(LinkedRules, FindMistakesWhereTheyStand) {
@@ -132,11 +151,45 @@ TEST(LinkedRules, FindMistakesWhereTheyStand) {
     const std::string more = row.substr(first + 2, second - first - 2);
     const bool has_more = more.find_first_not_of(' ') != more.npos;
     add_elf(tree, "elf", ".t 1000 100 t" + (has_more ? "," + more : ""),
-            "00001000 T main\n");
+            "00001000 T main\n00002000 B heap\n00001fff T last\n");
     std::string expected = row.substr(second + 2);
     expected.erase(0, expected.find_first_not_of(' '));
     EXPECT_EQ(expected, tree.findings()) << row;
   }
+}
+
+// What a person reads: which two are meant, and what to do.
+TEST(LinkedRules, SayWhatIsWrong) {
+  LintTree swapped(
+      "t=binary_ver 1.8/@module d n/uuid "
+      "11234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/");
+  add_elf(swapped, "elf", ".t 3000 100 t, .u 1000 100 t", "");
+  EXPECT_EQ(
+      "t:6:1: error: '.u' is loaded to 0x1000, but written behind '.t' (0x3000 "
+      "to 0x3100): 0xffffd000 bytes of zeros come between them; the load "
+      "addresses of addons have to rise from group to group and from module to "
+      "module [load-overlap]\n"
+      "t:5:12: note: the other section\n",
+      swapped.printed());
+  LintTree unaligned(
+      "t=binary_ver 1.8/@module d n/uuid "
+      "11234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/");
+  unaligned.options.disabled = {"addon-alignment"};
+  add_elf(unaligned, "elf", ".t 1000 100 t, .u 2000 100 t 2000 2**4", "");
+  EXPECT_EQ(
+      "t:9:12: error: preload size not aligned to page size; '.u' comes first "
+      "in its group and is aligned to 16 bytes, so that 3840 bytes stand ahead "
+      "of it: align it to 4096 [refused]\n",
+      unaligned.printed());
+  LintTree misspelt("t=binary_ver 1.8/@export fw_registur/");
+  add_elf(misspelt, "elf", ".t 1000 100 t", "00001000 T fw_register\n");
+  EXPECT_NE(std::string::npos,
+            misspelt.printed().find("no symbol list has 'fw_registur'; did you "
+                                    "mean 'fw_register'?: write"));
+  LintTree buffer("t=binary_ver 1.8/hw_buf_size 10/hw_buf_ba 10F8/@");
+  add_elf(buffer, "elf", ".t 1000 100 t", "");
+  EXPECT_NE(std::string::npos,
+            buffer.printed().find("t:3:1: note: the buffer"));
 }
 
 TEST(LinkedRules, SectionsOfOneNameInTwoElfs) {
@@ -145,9 +198,12 @@ TEST(LinkedRules, SectionsOfOneNameInTwoElfs) {
   add_elf(tree, "two", ".b 3000 10 b", "");
   EXPECT_EQ("elfs:5:1 section-left-out", tree.findings());
   add_elf(tree, "three", ".t 4000 10 t", "");
-  EXPECT_NE(std::string::npos,
-            tree.printed().find("elfs:1:1: error: Duplicated section found: .t "
-                                "[refused]"));
+  const std::string folder = tree.dir.path() + "/";
+  EXPECT_EQ("elfs:8:1: error: Duplicated section found: .t; " + folder +
+                "one.elf and " + folder +
+                "three.elf have one each [refused]\n"
+                "elfs:2:1: note: the first one\n",
+            tree.printed());
 }
 
 TEST(LinkedRules, WhatCannotBeReadIsTrouble) {

@@ -69,7 +69,7 @@ t=@mod_cfg/ => 5:1 missing-operand
 t=@sched_caps/ => 5:1 missing-operand
 t=@sched_caps 1;/ => 5:12 missing-operand
 t=@pin 0/channel_cfg/ => 6:1 missing-operand
-t=@group rodata/entry/ => 6:1 missing-operand
+t=@group rodata/section .r/entry/ => 7:1 missing-operand
 t=@module b;/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/section .b/ => 5:8 missing-operand
 -- extra-words
 t=binary_ver 3.0 2.5/ => 1:16 extra-words
@@ -83,8 +83,8 @@ t=@section .a ep/ => 5:12 extra-words
 t=@section o .a < .b .c/ => 5:19 extra-words
 t=@section o .a < .b/ =>
 t=@export a o/ => 5:10 extra-words
-t=@group rodata on_demand/ => 5:14 extra-words
-t=@group on_demand rodata/ =>
+t=@group rodata on_demand/section .r/ => 5:14 extra-words
+t=@group on_demand rodata/section .r/ =>
 t=@name Low pass # of taps/ => 5:15 extra-words
 t=@name Low pass;/ => 5:10 extra-words
 t=@mod_cfg 1 2;/ => 5:11 extra-words
@@ -125,19 +125,20 @@ t=@pin 0/stream_type 1/pin 0/stream_type 1/ =>
 t=@domain_types LL/domain_types DP/mod_cfg 1/mod_cfg 1/ =>
 -- unknown-kind
 t=module x m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ => 1:8 unknown-kind
-t=module da m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ =>
+t=module da m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group text/section .b/ =>
 -- name-cut, name-dropped
 t=module d eightchr/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ =>
 t=module d ninechars/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ => 1:10 name-cut
 t=@module m/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/section .b/ => 5:8 name-cut
 t=binary_name NINECHARS/ => 1:13 name-dropped
 -- empty-include: what is above an include at the top is lost as well
-t=/include a/|a=define X 1/ => 2:9 empty-include, a:1:8 unused-define
+t=/include a/|a=define X 1/ => 2:9 refused, 2:9 empty-include, a:1:8 unused-define
 t=/include a/@section .t2/|a=/ =>
 t=/include a/|a=k/include b/|b=# x/ => a:1:1 refused, a:2:9 empty-include
 -- What is lost by it is read by nobody, but that it is there is known.
-t=/include a/max_data 0 1/|a=# x/ => 2:9 empty-include
-t=/include a/include b/|a=# x/|b=/max_data 0 1/ => 2:9 empty-include
+t=/include a/max_data 0 1/|a=# x/ => 2:9 refused, 2:9 empty-include
+t=binary_ver 3.0/include a/max_data 0/|a=/include b/max_data 1/|b=# x/ => a:2:9 empty-include
+t=/include a/include b/|a=# x/|b=/max_data 0 1/ => 2:9 refused, 2:9 empty-include
 -- unused-define
 t=define A 1/define B b/include $(B)/|b=/ => 1:8 unused-define
 t=define A 1/A/ => 1:8 unused-define, 2:1 refused
@@ -155,11 +156,22 @@ t=binary_ver 1.5/@module n/uuid 11234567-89AB-CDEF-0123-456789ABCDEF/group bss/s
 t=binary_ver 1.5/@module n/uuid 01234567-89ab-CDEF-0123-456789abcdef/group bss/section .b/ => 7:6 duplicate-uuid
 t=@module n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/ => 5:8 empty-module
 t=module m/group bss/section .b/module n/group bss/section .c/ => 1:8 missing-uuid, 4:8 missing-uuid, 4:8 duplicate-uuid
+-- empty-group, beside others alone; no-entry-point, second-base
+t=@group rodata/group bss/section .b/ => 5:1 empty-group
+t=@group rodata/ => 5:1 empty-group
+t=@group rodata/foo/ => 6:1 refused
+t=module da m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group text/group bss/section .b/ => 1:11 no-entry-point, 3:1 empty-group
+t=module ba m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ => 1:11 no-entry-point
+t=module d m/uuid 01234567-89AB-CDEF-0123-456789ABCDEF/group bss/section .b/ =>
+t=@type 0/module l n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/type 00/group bss/section .b/ => 8:6 second-base
+t=@type 0/module l n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/type 0x1b/group bss/section .b/ => 8:6 bad-number
 -- section-twice: not for what a built-in module has, too
 t=@section .t/ => 5:9 section-twice
 t=@module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section .t/ =>
 t=@module n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section o .t/ => 8:11 section-twice
--- classes-overlap
+t=@module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/module ba k/uuid 01234567-89AB-CDEF-0123-456789ABCDE1/group text/section ep .t/ => 12:12 section-twice
+-- classes-overlap, duplicate-class
+t=memory_class a 0 10/memory_class b 10 10/memory_class a 20 10/ => 3:14 duplicate-class
 t=memory_class a 1000 1000/memory_class b 0 1001/ => 2:1 classes-overlap
 t=memory_class a 0 10000/memory_class b 10 1/memory_class c 20 1/memory_class d 10000 0/ => 2:1 classes-overlap, 3:1 classes-overlap
 t=memory_class a 0 10000/memory_class b 10 0/ =>
@@ -221,9 +233,9 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:1:1: note: module 'm' begins here and 'tpye' ends it; 3 statements "
        "up "
        "to line 5 would be left out\n"},
-      // A section can't stand where no group was.
       {"t=module m/secton .a/",
-       "t:2:1: error: [secton] Unknown parameter [refused]\n"
+       "t:2:1: error: [secton] Unknown parameter; did you mean 'section'?; "
+       "'section' belongs in a group [refused]\n"
        "t:1:1: note: module 'm' begins here and 'secton' ends it\n"},
       {"t=@max_data 0/type 1/",
        "t:6:1: error: [type] Unknown parameter; 'type' belongs in a module "
@@ -264,6 +276,31 @@ TEST(TextRules, SayWhatWasMeant) {
       {"t=@type 0x1b/",
        "t:5:6: warning: '0x1b' is read as 0: this number is decimal, 27 "
        "[bad-number]\n"},
+      {"t=@sched_caps 10001 2/",
+       "t:5:12: error: invalid stoi argument; '10001' is too large "
+       "[refused]\n"},
+      {"t=@pin 2/",
+       "t:5:5: warning: '2' doesn't fit its field: bit 0 of it alone counts, "
+       "which is 0 [number-cut]\n"},
+      {"t=define G 1.9/binary_ver G/",
+       "t:2:12: error: [binary_ver] Unknown binary version; did you mean "
+       "'1.5'?; there are 1.5, 1.8, 2.5 and 3.0 [refused]\n"
+       "t:1:10: note: 'G' becomes '1.9' here\n"},
+      {"t=define B bord/include $(B).def/|board.def=/",
+       "t:2:9: error: Failed to open image defs file : bord.def; did you mean "
+       "'board.def'?; it is looked for beside this file, and then where the "
+       "tool was started [refused]\n"
+       "t:1:10: note: 'B' becomes 'bord' here\n"},
+      {"t=/include a/|a=# x/",
+       "t:2:9: error: Unrecognized binary version; the included file leaves no "
+       "line, and so nothing of the definition is read [refused]\n"
+       "t:2:9: warning: the included file leaves no line, which ends this file "
+       "here and loses all that is above it, too: begin the included file with "
+       "an empty line [empty-include]\n"},
+      {"t=@group bss/section .b/section .b/",
+       "t:7:9: warning: '.b' is listed twice: its memory counts twice "
+       "[section-twice]\n"
+       "t:6:1: note: the first time\n"},
       {"t=@version_major 70000/",
        "t:5:15: warning: '70000' doesn't fit its field: the low 16 bits of it "
        "count, which are 4464 [number-cut]\n"},

@@ -1,0 +1,231 @@
+// The steps of layout/content_writer and of the records that are made of it, in
+// the builder's order, since the first failure is the one that it tells.
+#include "lint/writing.h"
+
+#include <optional>
+
+#include "companion/ground/message_text.h"
+#include "image/records/binary_header.h"
+#include "image/records/css_part.h"
+#include "layout/kelp15_addons.h"
+#include "layout/memory_description.h"
+#include "layout/section_group.h"
+#include "lint/findings.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+using Group = FwOutMap::SectionGroup;
+using Module = FwOutMap::Module;
+using Section = FwOutMap::Section;
+using Header = FwImageMap::SectionHeader;
+
+class Planner {
+ public:
+  explicit Planner(const FwOutMap& map) : map_(map) {}
+
+  Writing plan() {
+    Writing writing;
+    std::uint64_t image = map_.binary_ver == kKelp15 ? 0 : kContentsOffset;
+    for (const auto& module : map_.modules) {
+      if (module->load_type == Module::kBuiltIn) continue;
+      std::uint64_t own_file = 0;
+      std::uint64_t& place = has_own_file(map_, *module) ? own_file : image;
+      for (const auto& group : module->groups) {
+        writing.groups.push_back({module.get(), group.get(), 0, last_, 0});
+        write(writing.groups.back(), place);
+      }
+    }
+    writing.end = image;
+    return writing;
+  }
+
+ private:
+  void write(WrittenGroup& group, std::uint64_t& place) {
+    group.pad = pad_ahead(group);
+    place += group.pad;
+    group.offset = place;
+    std::uint32_t gap = 0;
+    std::uint32_t written = 0;
+    const auto& sections = group.group->sections;
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+      if (!sections[i]->header || !sections[i]->header->contents) continue;
+      const Header& header = *sections[i]->header;
+      place += std::uint64_t{gap} + header.size;
+      written += gap + header.size;
+      if (i + 1 < sections.size()) {
+        gap = load_address(*sections[i + 1]) - header.lma - header.size;
+      }
+      last_ = sections[i].get();
+    }
+    if (written == 0) return;
+    place += group_pages(*group.group) * kPageSize - written;
+  }
+
+  std::uint32_t pad_ahead(const WrittenGroup& group) const {
+    if (group.module->module_kind != Module::kAddon || last_ == nullptr ||
+        !keeps_addons_in_binary(map_.binary_ver)) {
+      return 0;
+    }
+    const auto& sections = group.group->sections;
+    if (sections.empty() || !sections.front()->header ||
+        !sections.front()->header->contents) {
+      return 0;
+    }
+    const Header& first = *sections.front()->header;
+    const std::uint32_t distance =
+        first.lma - last_->header->size - last_->header->lma;
+    return distance & (0 - first.alignment);
+  }
+
+  const FwOutMap& map_;
+  const Section* last_ = nullptr;
+};
+
+using Refusal = std::optional<WritingRefusal>;
+
+Refusal refusal_of_contents(const FwOutMap& map) {
+  for (const auto& module : map.modules) {
+    if (module->load_type == Module::kBuiltIn) continue;
+    for (const auto& group : module->groups) {
+      for (const auto& section : group->sections) {
+        if (!section->header || !section->header->contents) continue;
+        if (!section->replacement) continue;
+        const auto& source = section->replacement->header;
+        if (!source) {
+          return WritingRefusal{"Section replacement header " +
+                                    section->replacement->name + " not found",
+                                "", section.get()};
+        }
+        if (source->size <= section->header->size) continue;
+        return WritingRefusal{
+            "Replacement section too large to fit into the placeholder",
+            "it has " + counted(source->size, "byte") + " for a room of " +
+                std::to_string(section->header->size),
+            section.get()};
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+WritingRefusal off_grid(const char* text, const WrittenGroup& group) {
+  const Section& first = *group.group->sections.front();
+  return {text,
+          quoted(first.name) + " comes first in its group and is aligned to " +
+              counted(first.header->alignment, "byte") + ", so that " +
+              counted(group.pad, "byte") +
+              " stand ahead of it: align it to 4096",
+          &first};
+}
+
+Refusal refusal_of_entries(const Writing& writing) {
+  constexpr std::uint32_t kStored = Group::kContents | Group::kLoad;
+  const WrittenGroup* moved = nullptr;
+  for (const WrittenGroup& written : writing.groups) {
+    const Section& first = *written.group->sections.front();
+    if (first.header->vma % kPageSize != 0) {
+      return WritingRefusal{
+          "Non-aligned base address of section",
+          quoted(first.name) + " comes first in its group and lies at " +
+              hex_number(first.header->vma) + ", not at a multiple of 4096",
+          &first};
+    }
+    if (written.pad % kPageSize != 0) moved = &written;
+    if ((written.group->flags & kStored) == kStored &&
+        written.offset % kPageSize != 0) {
+      return off_grid("Non-aligned address of section",
+                      moved ? *moved : written);
+    }
+  }
+  return std::nullopt;
+}
+
+Refusal refusal_of_header(const FwOutMap& map, const Writing& writing) {
+  if (map.modules.empty()) {
+    return WritingRefusal{"preload page count cannot be computed - no modules",
+                          "", nullptr};
+  }
+  if (writing.end % kPageSize != 0) {
+    for (const WrittenGroup& group : writing.groups) {
+      if (group.pad % kPageSize == 0) continue;
+      return off_grid("preload size not aligned to page size", group);
+    }
+  }
+  return refusal_of_entries(writing);
+}
+
+Refusal refusal_of_manifest(const FwOutMap& map) {
+  const std::uint64_t length = sizeof(CssPart) + sizeof(TovaFwBinaryHeader) +
+                               sizeof(ModuleEntry) * map.modules.size() +
+                               sizeof(ModuleConfig) * map.mod_cfg_total;
+  if (map.binary_ver != kKelp15 || length < 2 * kPageSize) return std::nullopt;
+  return WritingRefusal{
+      "Manifest is bigger than MAX of 8kB",
+      "modules and configurations take " + std::to_string(length), nullptr};
+}
+
+Refusal refusal_of_class(const FwOutMap::MemoryClass& area,
+                         const Section* highest, const Section* lowest,
+                         std::uint32_t Header::*address) {
+  if (highest == nullptr) return std::nullopt;
+  const Header& last = *highest->header;
+  const std::uint32_t top =
+      (last.*address + last.size + (kPageSize - 1)) & ~(kPageSize - 1);
+  if (top == 0) return std::nullopt;
+  const std::uint32_t low = lowest ? (*lowest->header).*address : 0;
+  const std::string fault =
+      "Highest address " + std::to_string(top) + " is lower than ";
+  if (top < low) {
+    return WritingRefusal{
+        fault + "lowest " + std::to_string(low) + " address found",
+        "those of memory class " + quoted(area.name), &area};
+  }
+  if (top >= area.base) return std::nullopt;
+  return WritingRefusal{fault + "memory class " + area.name + " base address",
+                        "", &area};
+}
+
+Refusal refusal_of_description(const FwOutMap& map) {
+  for (const FwOutMap::MemoryClass& area : map.memory_classes) {
+    if (auto refusal =
+            refusal_of_class(area, highest_by_vma(map, area),
+                             lowest_by_vma(map, area), &Header::vma)) {
+      return refusal;
+    }
+    if (auto refusal =
+            refusal_of_class(area, highest_by_lma(map, area),
+                             lowest_by_lma(map, area), &Header::lma)) {
+      return refusal;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+Writing plan_writing(const FwOutMap& bound) { return Planner(bound).plan(); }
+
+WritingRefusal refusal_of_writing(const FwOutMap& bound) {
+  if (bound.binary_ver == 0) {
+    return {"Unrecognized binary version", "the definition has no binary_ver",
+            nullptr};
+  }
+  Writing writing = plan_writing(bound);
+  // In 3.0 the header comes first, with all offsets 0.
+  if (bound.binary_ver == kKelp30) {
+    for (WrittenGroup& group : writing.groups) group.offset = 0;
+    writing.end = 0;
+    if (auto refusal = refusal_of_header(bound, writing)) return *refusal;
+    if (auto refusal = refusal_of_contents(bound)) return *refusal;
+  } else {
+    if (auto refusal = refusal_of_contents(bound)) return *refusal;
+    if (auto refusal = refusal_of_manifest(bound)) return *refusal;
+    if (auto refusal = refusal_of_header(bound, writing)) return *refusal;
+  }
+  if (auto refusal = refusal_of_description(bound)) return *refusal;
+  return {};
+}
+
+}  // namespace tova_fw_builder

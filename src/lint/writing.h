@@ -1,0 +1,41 @@
+// lint/writing.h
+// What the builder does with a bound map: which bytes go where. Nothing is
+// written here, so that lint knows what only the writing would find.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "layout/records/out_map.h"
+
+namespace tova_fw_builder {
+
+struct WrittenGroup {
+  const FwOutMap::Module* module = nullptr;
+  const FwOutMap::SectionGroup* group = nullptr;
+  // The zeros ahead of it, in an addon, and the section that they are counted
+  // from: the one written last, or null.
+  std::uint32_t pad = 0;
+  const FwOutMap::Section* behind = nullptr;
+  // From the start of the image, the signer's room included.
+  std::uint64_t offset = 0;
+};
+
+struct Writing {
+  std::vector<WrittenGroup> groups;  // in the order of the writing
+  std::uint64_t end = 0;             // of the image; of the base's file in 1.5
+};
+
+// For a map that connect_and_check took.
+Writing plan_writing(const FwOutMap& bound);
+
+// Why the builder fails once it writes; empty if it doesn't.
+struct WritingRefusal {
+  std::string text;              // the builder's own
+  std::string more;              // what it is about, in words; may be empty
+  const void* record = nullptr;  // section, group or class; null for the image
+};
+WritingRefusal refusal_of_writing(const FwOutMap& bound);
+
+}  // namespace tova_fw_builder
