@@ -14,7 +14,8 @@
 #     [SIGN debug|release        # generation 1.5 alone, with one of these:
 #       SIGN_KEY file            # the file of the pair
 #       SIGN_COMMAND word...     # a command that reads <MANIFEST> and writes
-#                                # <SIGNED>, such as a script around an HSM
+#                                # <SIGNED>, such as a script around an HSM: a
+#                                # target, a program in PATH, or a path
 #       [TRUST key...]]          # the only keys to accept: hash, key file, PEM
 #     [LINT [STRICT]]            # tova_fw lint ahead of the tool; STRICT
 #                                # fails on its warnings, too
@@ -29,7 +30,9 @@
 # NAME.man.signed.log, and with MAP NAME.map.html, a page for the browser, and
 # NAME.map.json. The image is made anew when one of its inputs changes:
 # an ELF, a definition file at any depth, the header, the key list, a key, an
-# argument, the tool. With a generator of several configurations each has a
+# argument, the tool; and it is signed anew when a file changes that TRUST names,
+# or a word of SIGN_COMMAND by its whole path. Paths are files and no generator
+# expressions, but for DEPENDS. With a generator of several configurations each has a
 # folder of its own in the output folder; that needs CMake 3.21.
 #
 # The companion tova_fw lists sections and symbols, where it is installed and
@@ -119,6 +122,15 @@ endfunction()
 # Adds the command that signs the manifest and checks the signature.
 function(_tova_sign base)
   set(manifest "${base}.man")
+  # The signer's program and what else is a file among its words, and the keys
+  # to trust that are no hashes.
+  set(files)
+  foreach(word IN LISTS ARG_SIGN_COMMAND ARG_TRUST)
+    if(word MATCHES "^\\$<TARGET_FILE:" OR IS_ABSOLUTE "${word}" AND
+       EXISTS "${word}" AND NOT IS_DIRECTORY "${word}")
+      list(APPEND files "${word}")
+    endif()
+  endforeach()
   add_custom_command(
     OUTPUT "${manifest}.signed"
     BYPRODUCTS "${manifest}.signed.log"
@@ -128,7 +140,7 @@ function(_tova_sign base)
       "-DMANIFEST=${manifest}" "-DTYPE=${ARG_SIGN}" "-DKEY=${ARG_SIGN_KEY}"
       "-DCOMMAND=${ARG_SIGN_COMMAND}" "-DTRUST=${ARG_TRUST}"
       -P "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderSign.cmake"
-    DEPENDS "${manifest}" ${ARG_SIGN_KEY} TovaFwBuilder::tova_fw_builder
+    DEPENDS "${manifest}" ${ARG_SIGN_KEY} ${files} TovaFwBuilder::tova_fw_builder
       ${TovaFw_EXECUTABLE}
       "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderSign.cmake"
       "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderCheck.cmake"
@@ -199,11 +211,7 @@ function(tova_add_firmware name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "LINT;STRICT;MAP"
     "DEFINITION;VERSION;CONFIG_HEADER;KEY_LIST;IMAGE_FLAGS;FEATURE_MASK;IMR_TYPE;CSS_HEADER_SIZE;OUTPUT_DIRECTORY;SIGN;SIGN_KEY;OBJDUMP;NM"
     "EXECUTABLES;DEPENDS;SIGN_COMMAND;TRUST;BUDGET")
-  if(TARGET TovaFwBuilder::tova_fw)
-    set(TovaFw_EXECUTABLE "$<TARGET_FILE:TovaFwBuilder::tova_fw>")
-  elseif(NOT TovaFw_EXECUTABLE)
-    set(TovaFw_EXECUTABLE "")
-  endif()
+  _tova_find_companion()
   _tova_check_words()
   _tova_complete_words()
   _tova_check_values()

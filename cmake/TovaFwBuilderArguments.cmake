@@ -51,11 +51,13 @@ function(_tova_check_file keyword path)
   string(FIND "${path}" "${CMAKE_BINARY_DIR}/" place)
   if(path MATCHES "\\$<" OR generated OR place EQUAL 0)
     return()
+  elseif(keyword STREQUAL "DEPENDS" AND EXISTS "${path}")
+    return()
   elseif(IS_DIRECTORY "${path}")
     _tova_refuse("${keyword} names a folder and not a file: ${path}")
   elseif(NOT EXISTS "${path}")
     set(hint "If the build makes it, set its source file property GENERATED.")
-    if(keyword MATCHES "^(EXECUTABLES|INPUTS)$")
+    if(keyword MATCHES "^(EXECUTABLES|INPUTS|DEPENDS)$")
       string(PREPEND hint "There is no target or argument of that name so far, either. ")
     endif()
     _tova_refuse("${keyword} names a file that isn't there: ${path}\n${hint}")
@@ -118,25 +120,69 @@ endfunction()
 
 # What cmake_parse_arguments left in ARG_*, and what has to be there.
 function(_tova_check_parsed)
-  if(ARG_UNPARSED_ARGUMENTS)
+  # Compared, here and below, since OFF and NAME-NOTFOUND read as false.
+  if(NOT "${ARG_UNPARSED_ARGUMENTS}" STREQUAL "")
     list(JOIN ARG_UNPARSED_ARGUMENTS " " words)
+    if(words MATCHES "^(ON|OFF|TRUE|FALSE|YES|NO|0|1)$")
+      string(APPEND words ". LINT, STRICT and MAP take no value: leave them "
+        "out where they aren't wanted.")
+    endif()
     _tova_refuse("unknown argument: ${words}")
   endif()
   # Most often the value was an empty variable: an image without keys, say.
-  if(ARG_KEYWORDS_MISSING_VALUES)
+  if(NOT "${ARG_KEYWORDS_MISSING_VALUES}" STREQUAL "")
     list(JOIN ARG_KEYWORDS_MISSING_VALUES " and " words)
     _tova_refuse("no value stands behind ${words}. Is a variable empty?")
   endif()
   foreach(needed IN LISTS ARGN)
-    if(NOT ARG_${needed})
+    if("${ARG_${needed}}" STREQUAL "")
       _tova_refuse("${needed} is missing")
+    endif()
+  endforeach()
+  foreach(keyword IN ITEMS DEFINITION CONFIG_HEADER KEY_LIST SIGN_KEY TRUST
+      EXECUTABLES DEPENDS INPUTS SCRIPT DESCRIPTOR)
+    _tova_check_paths(${keyword} ${ARG_${keyword}})
+  endforeach()
+endfunction()
+
+# What can't be a path: the outcome of a find that failed, and expressions,
+# except where the functions make something of them.
+function(_tova_check_paths keyword)
+  foreach(path IN LISTS ARGN)
+    if(path MATCHES "-NOTFOUND$")
+      _tova_refuse("${keyword} is the outcome of a look-up that failed: "
+        "${path}")
+    elseif(path MATCHES "\\$<" AND
+           NOT keyword MATCHES "^(EXECUTABLES|DEPENDS|INPUTS)$")
+      _tova_refuse("${keyword} takes no generator expression, since the file "
+        "is looked at when CMake configures: ${path}")
+    endif()
+  endforeach()
+endfunction()
+
+# A target, a file, or what a command makes: one of this folder by its name, any
+# other by its whole path. A word without a dot may be a target made below.
+function(_tova_check_depends)
+  foreach(item IN LISTS ARG_DEPENDS)
+    if(TARGET "${item}" OR item MATCHES "\\$<" OR item MATCHES "^[^./]+$")
+      continue()
+    endif()
+    get_filename_component(made "${item}" ABSOLUTE
+      BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
+    get_source_file_property(generated "${made}" GENERATED)
+    if(NOT generated)
+      get_filename_component(path "${item}" ABSOLUTE)
+      _tova_check_file(DEPENDS "${path}")
     endif()
   endforeach()
 endfunction()
 
 function(_tova_check_words)
   _tova_check_parsed(DEFINITION EXECUTABLES VERSION)
-  if(ARG_SIGN OR ARG_SIGN_KEY OR ARG_SIGN_COMMAND OR ARG_TRUST)
+  _tova_check_companion()
+  _tova_check_depends()
+  if(NOT "${ARG_SIGN}${ARG_SIGN_KEY}${ARG_SIGN_COMMAND}${ARG_TRUST}"
+     STREQUAL "")
     _tova_check_signing()
   endif()
   if(ARG_LINT)
@@ -150,20 +196,49 @@ function(_tova_check_words)
 endfunction()
 
 function(_tova_check_signing)
+  if("${ARG_SIGN}${ARG_SIGN_KEY}${ARG_SIGN_COMMAND}" STREQUAL "")
+    _tova_refuse("TRUST tells whose signature to accept, but SIGN is missing")
+  endif()
+  list(JOIN ARG_SIGN_COMMAND " " command)
+  if(ARG_SIGN_KEY AND ARG_SIGN_COMMAND)
+    _tova_refuse("SIGN takes one of SIGN_KEY and SIGN_COMMAND, and not both. "
+      "Given are SIGN_KEY \"${ARG_SIGN_KEY}\" and SIGN_COMMAND \"${command}\".")
+  endif()
   if(NOT ARG_SIGN MATCHES "^(debug|release)$" OR
-     (ARG_SIGN_KEY AND ARG_SIGN_COMMAND) OR
      NOT (ARG_SIGN_KEY OR ARG_SIGN_COMMAND))
     _tova_refuse("SIGN takes debug or release, and needs a SIGN_KEY or a "
       "SIGN_COMMAND. Given are SIGN \"${ARG_SIGN}\", SIGN_KEY "
-      "\"${ARG_SIGN_KEY}\" and SIGN_COMMAND \"${ARG_SIGN_COMMAND}\".")
+      "\"${ARG_SIGN_KEY}\" and SIGN_COMMAND \"${command}\".")
   endif()
-  if(ARG_SIGN_COMMAND AND NOT ARG_SIGN_COMMAND MATCHES "<MANIFEST>.*<SIGNED>"
-     AND NOT ARG_SIGN_COMMAND MATCHES "<SIGNED>.*<MANIFEST>")
-    _tova_refuse("SIGN_COMMAND has to name <MANIFEST>, which it reads, and "
-      "<SIGNED>, which it writes: ${ARG_SIGN_COMMAND}")
+  if(ARG_SIGN_COMMAND)
+    _tova_check_sign_command("${command}" ${ARG_SIGN_COMMAND})
   endif()
   if(ARG_TRUST)
     _tova_need_companion(TRUST check)
+  endif()
+endfunction()
+
+function(_tova_check_sign_command command program)
+  if(NOT command MATCHES "<MANIFEST>.*<SIGNED>"
+     AND NOT command MATCHES "<SIGNED>.*<MANIFEST>")
+    _tova_refuse("SIGN_COMMAND has to name <MANIFEST>, which it reads, and "
+      "<SIGNED>, which it writes: ${command}")
+  elseif(ARG_SIGN_COMMAND MATCHES "\\\\;")
+    _tova_refuse("SIGN_COMMAND can't pass a semicolon on. Put the command into "
+      "a script: ${command}")
+  elseif(TARGET ${program} OR program MATCHES "\\$<")
+    return()
+  elseif(program MATCHES "/")
+    get_filename_component(path "${program}" ABSOLUTE)
+    _tova_check_file(SIGN_COMMAND "${path}")
+  else()
+    find_program(_tova_signer "${program}" NO_CMAKE_FIND_ROOT_PATH)
+    set(found "${_tova_signer}")
+    unset(_tova_signer CACHE)
+    if(NOT found)
+      _tova_refuse("there is no program ${program} for SIGN_COMMAND in PATH. "
+        "With a slash it is a path from the source folder: ./${program}")
+    endif()
   endif()
 endfunction()
 
@@ -193,6 +268,16 @@ macro(_tova_complete_words)
       get_filename_component(ARG_${path} "${ARG_${path}}" ABSOLUTE)
     endif()
   endforeach()
+  # The signer runs in the build folder.
+  if(ARG_SIGN_COMMAND)
+    list(POP_FRONT ARG_SIGN_COMMAND program)
+    if(TARGET ${program})
+      set(program "$<TARGET_FILE:${program}>")
+    elseif(program MATCHES "/" AND NOT program MATCHES "\\$<")
+      get_filename_component(program "${program}" ABSOLUTE)
+    endif()
+    list(PREPEND ARG_SIGN_COMMAND "${program}")
+  endif()
   # A key is a hash or a file.
   set(trusted "${ARG_TRUST}")
   set(ARG_TRUST "")
@@ -219,6 +304,11 @@ function(_tova_check_values)
   foreach(path IN ITEMS DEFINITION CONFIG_HEADER KEY_LIST SIGN_KEY)
     if(ARG_${path})
       _tova_check_file(${path} "${ARG_${path}}")
+    endif()
+  endforeach()
+  foreach(key IN LISTS ARG_TRUST)
+    if(IS_ABSOLUTE "${key}")
+      _tova_check_file(TRUST "${key}")
     endif()
   endforeach()
   foreach(executable IN LISTS ARG_EXECUTABLES)

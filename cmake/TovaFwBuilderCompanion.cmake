@@ -1,6 +1,15 @@
 # What the companion tova_fw does in a build beside checking. The functions
 # read `name`, the image, and ARG_* and TovaFw_EXECUTABLE of their caller.
 
+# One that the build makes counts first. Sets TovaFw_EXECUTABLE of the caller.
+macro(_tova_find_companion)
+  if(TARGET TovaFwBuilder::tova_fw)
+    set(TovaFw_EXECUTABLE "$<TARGET_FILE:TovaFwBuilder::tova_fw>")
+  elseif(NOT TovaFw_EXECUTABLE)
+    set(TovaFw_EXECUTABLE "")
+  endif()
+endmacro()
+
 # Whether the companion has a command. One that the build makes can't be asked:
 # it has all of them, but `tables` only where it is built with libelf.
 function(_tova_companion_knows command result)
@@ -17,6 +26,15 @@ function(_tova_companion_knows command result)
     if(status EQUAL 0)
       set(${result} ON PARENT_SCOPE)
     endif()
+  endif()
+endfunction()
+
+# One that is named wants to be used.
+function(_tova_check_companion)
+  if(TovaFw_EXECUTABLE AND NOT TovaFw_EXECUTABLE MATCHES "\\$<" AND
+     NOT EXISTS "${TovaFw_EXECUTABLE}")
+    _tova_refuse("TovaFw_EXECUTABLE names ${TovaFw_EXECUTABLE}, which isn't "
+      "there. Name the companion by its whole path, or leave it out.")
   endif()
 endfunction()
 
@@ -40,6 +58,13 @@ function(_tova_check_map)
     if(NOT budget MATCHES "^.+=[0-9]+[KM%]?$")
       _tova_refuse("BUDGET takes CLASS=LIMIT, the limit in bytes, K, M or %, "
         "such as sram=96K or sram=90%: ${budget}")
+    endif()
+    string(REGEX REPLACE ".*=0*" "" limit "${budget}")
+    string(LENGTH "${limit}" length)
+    if(length GREATER 13)
+      _tova_refuse("the limit of this BUDGET is beyond all memory: ${budget}")
+    elseif(limit MATCHES "^([0-9]+)%$" AND CMAKE_MATCH_1 GREATER 100)
+      _tova_refuse("a BUDGET can't be more than 100%: ${budget}")
     endif()
   endforeach()
 endfunction()

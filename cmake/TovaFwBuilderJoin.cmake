@@ -14,19 +14,52 @@
 #
 # make the target NAME, a part of `all`, in the output folder (NAME in the
 # current binary folder) NAME.bin or NAME.img, and NAME.log. An item is a file,
-# or a target of these functions or of tova_add_firmware made above, which means
-# all of its files. Descriptors and scripts name an item by its file alone,
+# a target of these functions or of tova_add_firmware made above, which means
+# all of its files, one of these by an expression such as
+# $<TARGET_PROPERTY:firmware,TOVA_SIGNED_MANIFEST>, or $<TARGET_FILE:target>.
+# Descriptors and scripts name an item by its file alone,
 # without folders: the items are gathered in the folder NAME.inputs, and nothing
 # else is found there. So what is made changes with every file that is in it.
 #
 # The property TOVA_BINARY of the target is the file made. The build fails, and
 # takes the partial file away, when the tool fails, when the output is one of
-# the inputs, and when the disk had no room.
+# the inputs, when the disk had no room, and, where the companion tova_fw is
+# installed, when parts of a flash image overlap. An item that nothing names is
+# told.
 
-# Sets `inputs` to the files of the items and `targets` to those among them.
+# The file that an item names, if it is an expression for one. Sets `files` and
+# `target`.
+function(_tova_item_of_expression item)
+  # The second form is that for generators of several configurations.
+  string(REGEX REPLACE "^\\$<TARGET_GENEX_EVAL:[^,]+,(.*)>$" "\\1" item "${item}")
+  if(item MATCHES "^\\$<TARGET_PROPERTY:([^,>]+),(TOVA_[A-Z_]+)>$")
+    set(target "${CMAKE_MATCH_1}")
+    set(property "${CMAKE_MATCH_2}")
+    set(files)
+    if(TARGET ${target})
+      get_target_property(files ${target} ${property})
+    endif()
+    if(NOT files)
+      _tova_refuse("INPUTS asks for ${property} of ${target}, which isn't made "
+        "above: ${item}")
+    endif()
+  elseif(item MATCHES "^\\$<TARGET_FILE:([^>]+)>$" AND TARGET ${CMAKE_MATCH_1})
+    set(target "${CMAKE_MATCH_1}")
+    set(files "${item}")
+  else()
+    _tova_refuse("INPUTS takes the generator expressions TARGET_PROPERTY of the "
+      "module's properties and TARGET_FILE of targets alone: ${item}")
+  endif()
+  set(files "${files}" PARENT_SCOPE)
+  set(target "${target}" PARENT_SCOPE)
+endfunction()
+
+# Sets `inputs` to the files of the items, `targets` to those among them, and
+# `items` to each item's files, joined by bars.
 function(_tova_input_files)
   set(inputs)
   set(targets)
+  set(items)
   foreach(item IN LISTS ARG_INPUTS)
     set(files)
     if(TARGET ${item})
@@ -36,11 +69,16 @@ function(_tova_input_files)
           "tova_add_package or tova_add_flash_image")
       endif()
       list(APPEND targets ${item})
+    elseif(item MATCHES "\\$<")
+      _tova_item_of_expression("${item}")
+      list(APPEND targets ${target})
     else()
       get_filename_component(files "${item}" ABSOLUTE)
       _tova_check_file(INPUTS "${files}")
     endif()
     list(APPEND inputs ${files})
+    list(JOIN files "|" files)
+    list(APPEND items "${files}")
   endforeach()
   set(names)
   foreach(input IN LISTS inputs)
@@ -51,11 +89,15 @@ function(_tova_input_files)
     list(APPEND names "${file}")
   endforeach()
   set(inputs "${inputs}" PARENT_SCOPE)
+  set(items "${items}" PARENT_SCOPE)
   set(targets "${targets}" PARENT_SCOPE)
 endfunction()
 
 # Adds the target that makes `output` by a command of the tool.
 function(_tova_join command recipe extension)
+  _tova_find_companion()
+  _tova_check_companion()
+  _tova_check_depends()
   _tova_input_files()
   _tova_output_folder(dir)
   set(base "${dir}/${name}")
@@ -66,7 +108,9 @@ function(_tova_join command recipe extension)
 "set(tool [==[$<TARGET_FILE:TovaFwBuilder::tova_fw_builder>]==])
 set(command [==[${command}]==])
 set(recipe [==[${recipe}]==])
+set(companion [==[${TovaFw_EXECUTABLE}]==])
 set(inputs [==[${inputs}]==])
+set(items [==[${items}]==])
 set(base [==[${base}]==])
 set(output [==[${output}]==])
 ")
@@ -79,6 +123,7 @@ set(output [==[${output}]==])
     DEPENDS "${recipe}" ${inputs} ${targets} ${ARG_FIRMWARE} ${ARG_DEPENDS}
       "${base}.arguments.cmake" "${scripts}JoinRun.cmake"
       "${scripts}Check.cmake" TovaFwBuilder::tova_fw_builder
+      ${TovaFw_EXECUTABLE}
     DEPFILE "${base}.inputs.d"
     COMMENT "Joining ${name}.${extension}"
     VERBATIM)

@@ -127,8 +127,10 @@ endfunction()
 function(lint_definition)
   execute_process(COMMAND "${companion}" lint ${lint}
     WORKING_DIRECTORY "${CMAKE_CURRENT_LIST_DIR}"
-    RESULT_VARIABLE status)
-  if(status EQUAL 1)
+    OUTPUT_VARIABLE found ECHO_OUTPUT_VARIABLE RESULT_VARIABLE status)
+  if(found MATCHES "\\[refused\\]")
+    fail("`tova_fw lint` found what is told above. The tool refuses that.")
+  elseif(status EQUAL 1)
     fail("`tova_fw lint` found what is told above. Mend it, or put "
       "`# lint: allow RULE` above a statement that is meant so.")
   elseif(NOT status EQUAL 0)

@@ -88,11 +88,16 @@ LINT|built|s/$/ more/|warning: .*\[extra-words\]$
 LINT;STRICT|failed|s/$/ more/|warning: .*\[extra-words\]$
 LINT|failed|s/uuid/uiud/|error: .*did you mean 'uuid'? \[refused\]$
 FINDINGS
+told 'found what is told above. The tool refuses that.'
 cp "$sample"/definitions/base_modules.def "$modules"
 made 1 'LINT;STRICT'
 refused 'STRICT says how to LINT' STRICT
 
 refused 'BUDGET takes CLASS=LIMIT' 'MAP;BUDGET;sram=1G'
+refused 'is beyond all memory: sram=99999999999999M' 'BUDGET;sram=99999999999999M'
+refused "a BUDGET can't be more than 100%: sram=0101%" 'BUDGET;sram=0101%'
+refused "names $work/none, which isn't there" '' \
+  -DTovaFw_EXECUTABLE="$work/none"
 for arguments in MAP 'BUDGET;sram=1'; do
   refused 'MAP needs the companion tova_fw, which isn' "$arguments" \
     -DTovaFw_EXECUTABLE=

@@ -55,6 +55,16 @@ CSS_HEADER_SIZE;8193|CSS_HEADER_SIZE can't be more than 8192
 SIGN;debug|SIGN takes debug or release, and needs a SIGN_KEY or a SIGN_COMMAND
 SIGN;debug;SIGN_COMMAND;signer|has to name <MANIFEST>, which it reads
 SIGN_KEY;keys/test-key-pair.key|SIGN takes debug or release, and needs a SIGN_KEY
+LINT;OFF|unknown argument: OFF. LINT, STRICT and MAP take no value
+SIGN;OFF|SIGN takes debug or release
+TRUST;keys/test-key-public.pem|TRUST tells whose signature to accept, but SIGN is missing
+SIGN;debug;SIGN_KEY;a.key;SIGN_COMMAND;signer;<MANIFEST>;<SIGNED>|and not both. Given are SIGN_KEY "a.key" and SIGN_COMMAND "signer <MANIFEST> <SIGNED>"
+SIGN;debug;SIGN_COMMAND;no-signer;<MANIFEST>;<SIGNED>|there is no program no-signer for SIGN_COMMAND in PATH
+SIGN;debug;SIGN_COMMAND;./no-signer;<MANIFEST>;<SIGNED>|SIGN_COMMAND names a file that isn't there: $work/no-signer
+SIGN;debug;SIGN_COMMAND;sh;-c;true\\;cp <MANIFEST> <SIGNED>|SIGN_COMMAND can't pass a semicolon on
+KEY_LIST;list-NOTFOUND|KEY_LIST is the outcome of a look-up that failed: list-NOTFOUND
+DEPENDS;none.txt|DEPENDS names a file that isn't there: $work/none.txt
+DEFINITION;\$<1:gen.def>|DEFINITION takes no generator expression
 EXECUTABLES;lists/none.elf|EXECUTABLES names a file that isn't there
 EXECUTABLES;archive|it is a target of the type STATIC_LIBRARY
 EXECUTABLES;\$<TARGET_FILE:archive>|EXECUTABLES takes targets by their names
@@ -188,7 +198,28 @@ if [[ -x $work/native/usr/bin/tova_fw ]]; then
     [[ ! -e $image.man.signed ]] || die "left: $1"
   }
   plant_unsigned 'FAILED key-trusted' "$signer;TRUST;$(printf '%064d' 1)"
+  configure 1.5 "$signer;TRUST;none.pem" && die 'trusts a file that is none'
+  told "TRUST names a file that isn't there: $work/none.pem"
+  good 1.5 "$signer;TRUST;own-public.key"
+  cp "$own-public.key" "$work/kept.key"
+  cp "$sample/keys/test-key-public.key" "$own-public.key"
+  build && die 'a replaced key to trust is no reason to check again'
+  told 'FAILED key-trusted'
+  cp "$work/kept.key" "$own-public.key"
 fi
+# What the signer says, and a script of it as a path from the source folder.
+printf '#!/bin/sh\necho "slot 3 is empty" >&2\nexit 3\n' >"$work/signer"
+chmod +x "$work/signer"
+configure 1.5 'SIGN;debug;SIGN_COMMAND;./signer;<MANIFEST>;<SIGNED>' ||
+  die 'a script in the source folder'
+build && die 'signed without a signature'
+told "$image.man.signed slot 3 is empty"
+printf '#!/bin/sh\nexec "%s" sign debug "%s" "$1" "$2"\n' "$tool" \
+  "$own-pair.key" >"$work/signer"
+build || die 'the script mended'
+touch "$work/signer"
+build || die 'the script touched'
+told 'Signing the manifest of image'
 good 1.5 "SIGN;release;SIGN_KEY;$own-pair.key"
 told 'Warning: others may read the private key'
 chmod 600 "$own-pair.key"

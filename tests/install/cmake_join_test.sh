@@ -14,7 +14,7 @@ cp -r "$sample"/{definitions,keys,linked,src,flash.script} "$work"
 cat >"$work/CMakeLists.txt" <<'CMAKE'
 cmake_minimum_required(VERSION 3.20)
 project(Join LANGUAGES NONE)
-find_package(TovaFwBuilder REQUIRED)
+add_subdirectory(found)
 tova_add_firmware(firmware DEFINITION definitions/gen_1.5.def
   EXECUTABLES linked/base_fw.elf linked/mixer.elf linked/reverb.elf
     linked/meter.elf
@@ -27,6 +27,9 @@ tova_add_flash_image(flash SCRIPT flash.script INPUTS firmware package)
 add_custom_target(other)
 cmake_language(EVAL CODE "${more}")
 CMAKE
+# What a subfolder finds is known above it, too.
+mkdir "$work/found"
+echo 'find_package(TovaFwBuilder REQUIRED)' >"$work/found/CMakeLists.txt"
 printf '%s\n' 'bin gain.c' "bin $work/src/filter.c 'Filter'" 'bin package.bin' \
   >"$work/own.pkg"
 
@@ -111,6 +114,25 @@ LIMITS
 mv "$work/real_tool" "$tool"
 build || die 'the build fails: room again'
 
+# One file of a target, a file of no use, and parts that overlap.
+signed='$<TARGET_PROPERTY:firmware,TOVA_SIGNED_MANIFEST>'
+evaluated="$<TARGET_GENEX_EVAL:firmware,$signed>"
+for input in "$signed" "$evaluated"; do
+  rm -rf "$work/build/more"
+  configure "tova_add_flash_image(more SCRIPT flash.script
+    INPUTS $input package src/gain.c)" || die "not configured: $input"
+  build || die "not built: $input"
+  cmp "$work/build/flash/flash.img" "$work/build/more/more.img"
+  told "names nothing of INPUTS $work/src/gain.c"
+  touch "$work/keys/test-key-pair.key"
+  expect 'flash.img more.img' 'signed anew'
+done
+if [[ -x $work/prefix/bin/tova_fw ]]; then
+  printf '%s\n' 'bin gain.c' 'offset 10' 'dd 1' >"$work/overlap.script"
+  configure 'tova_add_flash_image(more SCRIPT overlap.script INPUTS src/gain.c)'
+  failed more/more.img "\`tova_fw show --script\` tells of it:"
+fi
+
 while IFS='|' read -r more text; do
   configure "$more" && die "configured with $more"
   told "$text"
@@ -123,6 +145,8 @@ tova_add_flash_image(more SCRIPT flash.script)|tova_add_flash_image(more): INPUT
 tova_add_flash_image(more INPUTS package)|SCRIPT is missing
 tova_add_flash_image(more SCRIPT flash.script INPUTS none)|INPUTS names a file that isn't there
 tova_add_flash_image(more SCRIPT flash.script INPUTS package build/package/package.bin)|two files among INPUTS have the name package.bin
+tova_add_flash_image(more SCRIPT flash.script INPUTS $<TARGET_PROPERTY:package,TOVA_MAP_JSON>)|INPUTS asks for TOVA_MAP_JSON of package, which isn't made above
+tova_add_flash_image(more SCRIPT flash.script INPUTS $<1:src/gain.c>)|INPUTS takes the generator expressions TARGET_PROPERTY
 tova_add_flash_image(more SCRIPT flash.script INPUTS other)|other among INPUTS is no target of
 tova_add_flash_image(more SCRIPT flash.script OUTPUT_DIRECTORY . INPUTS build/more.img)|would destroy an input
 FAULTS
