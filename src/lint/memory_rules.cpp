@@ -131,18 +131,18 @@ void find_load_disorder(const Linked& linked, Findings& out) {
     if (group.pad < kHalf) continue;
     const auto& first = *group.group->sections.front();
     const auto& before = *group.behind->header;
-    const bool is_below = first.header->lma < end_of(before.lma, before.size);
+    if (first.header->lma >= end_of(before.lma, before.size)) continue;
     // Of two modules in the wrong order the module is to blame.
     out.add(linked.spot_of(is_same ? static_cast<const void*>(group.group)
                                    : group.module),
             quoted(first.name) + " is loaded to " +
                 hex_number(first.header->lma) + ", but written behind " +
                 quoted(group.behind->name) + " (" +
-                range_text(before.lma, before.size) + "): " +
-                hex_number(group.pad) + " bytes of zeros come between them" +
-                (is_below ? "; the load addresses of addons have to rise from "
-                            "group to group and from module to module"
-                          : ""))
+                range_text(before.lma, before.size) +
+                "): " + hex_number(group.pad) +
+                " bytes of zeros come between them; the load addresses of "
+                "addons have to rise from group to group and from module to "
+                "module")
         .notes.push_back({linked.spot_of(group.behind), "the other section"});
   }
 }
@@ -152,6 +152,24 @@ void find_load_disorder(const Linked& linked, Findings& out) {
 void find_load_overlaps(const Linked& linked, Findings& out) {
   find_overlaps_in_groups(linked, out);
   find_load_disorder(linked, out);
+}
+
+void find_load_gaps(const Linked& linked, Findings& out) {
+  constexpr std::uint32_t kWide = 16 << 20;
+  if (linked.refusal) return;
+  for (const WrittenGap& gap : plan_writing(*linked.definition->map).gaps) {
+    const auto& behind = *gap.behind->header;
+    const std::uint32_t address = gap.section->header->lma;
+    // load-overlap tells of the others.
+    const bool rises = address >= end_of(behind.lma, behind.size);
+    if (gap.zeros < kWide || !rises) continue;
+    out.add(linked.spot_of(gap.section),
+            quoted(gap.section->name) + " is loaded to " + hex_number(address) +
+                ", far behind " + quoted(gap.behind->name) + " (" +
+                range_text(behind.lma, behind.size) + "): " +
+                hex_number(gap.zeros) + " bytes of zeros come between them")
+        .notes.push_back({linked.spot_of(gap.behind), "the other section"});
+  }
 }
 
 void find_run_overlaps(const Linked& linked, Findings& out) {

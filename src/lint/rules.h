@@ -58,6 +58,7 @@ void find_missing_sections(const Linked&, Findings&);
 void find_left_out_sections(const Linked&, Findings&);
 void find_uncarried_sections(const Linked&, Findings&);
 void find_load_overlaps(const Linked&, Findings&);
+void find_load_gaps(const Linked&, Findings&);
 void find_run_overlaps(const Linked&, Findings&);
 void find_sections_outside(const Linked&, Findings&);
 void find_full_classes(const Linked&, Findings&);

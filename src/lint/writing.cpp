@@ -34,7 +34,7 @@ class Planner {
       std::uint64_t& place = has_own_file(map_, *module) ? own_file : image;
       for (const auto& group : module->groups) {
         writing.groups.push_back({module.get(), group.get(), 0, last_, 0});
-        write(writing.groups.back(), place);
+        write(writing.groups.back(), place, writing.gaps);
       }
     }
     writing.end = image;
@@ -42,8 +42,12 @@ class Planner {
   }
 
  private:
-  void write(WrittenGroup& group, std::uint64_t& place) {
+  void write(WrittenGroup& group, std::uint64_t& place,
+             std::vector<WrittenGap>& gaps) {
     group.pad = pad_ahead(group);
+    if (group.pad != 0) {
+      gaps.push_back({last_, group.group->sections.front().get(), group.pad});
+    }
     place += group.pad;
     group.offset = place;
     std::uint32_t gap = 0;
@@ -52,6 +56,7 @@ class Planner {
     for (std::size_t i = 0; i < sections.size(); ++i) {
       if (!sections[i]->header || !sections[i]->header->contents) continue;
       const Header& header = *sections[i]->header;
+      if (gap != 0) gaps.push_back({last_, sections[i].get(), gap});
       place += std::uint64_t{gap} + header.size;
       written += gap + header.size;
       if (i + 1 < sections.size()) {

@@ -22,8 +22,17 @@ struct WrittenGroup {
   std::uint64_t offset = 0;
 };
 
+// Zeros ahead of a section, as many as its load address is behind the end of
+// the one written last.
+struct WrittenGap {
+  const FwOutMap::Section* behind = nullptr;
+  const FwOutMap::Section* section = nullptr;
+  std::uint32_t zeros = 0;
+};
+
 struct Writing {
   std::vector<WrittenGroup> groups;  // in the order of the writing
+  std::vector<WrittenGap> gaps;      // those that aren't empty
   std::uint64_t end = 0;             // of the image; of the base's file in 1.5
 };
 

@@ -100,10 +100,13 @@ section .u/ => .u 2000 80 t F81 => 5:12 load-overlap
 group bss/section .b/section .c/ => .b 2000 80 b, .c 3000 80 b 2000 =>
 group bss/section .b/section .r/ => .b 2000 80 b, .r 3000 80 r 2000 => 8:9 refused
 group rodata/section .r/module l k/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .s/module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE1/group rodata/section .r/section .s/ => .r 2000 100 r, .s 3000 10 r 20F0 =>
--- load-overlap, where an addon is loaded below what is written ahead of it
+-- load-overlap and load-gap, where an addon is loaded below what is written ahead of it
 module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 0 100 t => 6:1 load-overlap
 module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/group rodata/section .r/ => .u 3000 100 t, .r 2000 10 r => 10:1 load-overlap
-module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u F0000000 100 t => 6:1 load-overlap
+module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u F0000000 100 t => 9:12 load-gap
+section .u/ => .u 1002100 100 t => 6:9 load-gap
+section .u/ => .u 10010FF 100 t =>
+module n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 90000000 100 t =>
 module n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 0 100 t =>
 module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group bss/section .b/ => .b 0 100 b =>
 binary_ver 1.5/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 0 100 t => 6:1 repeated-statement
