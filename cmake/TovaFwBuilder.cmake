@@ -30,10 +30,10 @@
 # NAME.man.signed.log, and with MAP NAME.map.html, a page for the browser, and
 # NAME.map.json. The image is made anew when one of its inputs changes:
 # an ELF, a definition file at any depth, the header, the key list, a key, an
-# argument, the tool; and it is signed anew when a file changes that TRUST names,
-# or a word of SIGN_COMMAND by its whole path. Paths are files and no generator
-# expressions, but for DEPENDS. With a generator of several configurations each has a
-# folder of its own in the output folder; that needs CMake 3.21.
+# argument, the tool. It is signed anew when a file changes that TRUST names or,
+# by its whole path, a word of SIGN_COMMAND. Paths are no generator expressions,
+# but for DEPENDS. With a generator of several configurations each has a folder
+# of its own in the output folder; that needs CMake 3.21.
 #
 # The companion tova_fw lists sections and symbols, where it is installed and
 # built with libelf; the tool chain may be any then, that of LLVM, too. Without
@@ -140,8 +140,8 @@ function(_tova_sign base)
       "-DMANIFEST=${manifest}" "-DTYPE=${ARG_SIGN}" "-DKEY=${ARG_SIGN_KEY}"
       "-DCOMMAND=${ARG_SIGN_COMMAND}" "-DTRUST=${ARG_TRUST}"
       -P "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderSign.cmake"
-    DEPENDS "${manifest}" ${ARG_SIGN_KEY} ${files} TovaFwBuilder::tova_fw_builder
-      ${TovaFw_EXECUTABLE}
+    DEPENDS "${manifest}" ${ARG_SIGN_KEY} ${files}
+      TovaFwBuilder::tova_fw_builder ${TovaFw_EXECUTABLE}
       "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderSign.cmake"
       "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TovaFwBuilderCheck.cmake"
     COMMENT "Signing the manifest of ${name}"

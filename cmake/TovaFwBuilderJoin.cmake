@@ -31,7 +31,8 @@
 # `target`.
 function(_tova_item_of_expression item)
   # The second form is that for generators of several configurations.
-  string(REGEX REPLACE "^\\$<TARGET_GENEX_EVAL:[^,]+,(.*)>$" "\\1" item "${item}")
+  string(REGEX REPLACE "^\\$<TARGET_GENEX_EVAL:[^,]+,(.*)>$" "\\1"
+    item "${item}")
   if(item MATCHES "^\\$<TARGET_PROPERTY:([^,>]+),(TOVA_[A-Z_]+)>$")
     set(target "${CMAKE_MATCH_1}")
     set(property "${CMAKE_MATCH_2}")
@@ -47,8 +48,8 @@ function(_tova_item_of_expression item)
     set(target "${CMAKE_MATCH_1}")
     set(files "${item}")
   else()
-    _tova_refuse("INPUTS takes the generator expressions TARGET_PROPERTY of the "
-      "module's properties and TARGET_FILE of targets alone: ${item}")
+    _tova_refuse("INPUTS takes the generator expressions TARGET_PROPERTY of "
+      "the module's properties and TARGET_FILE of targets alone: ${item}")
   endif()
   set(files "${files}" PARENT_SCOPE)
   set(target "${target}" PARENT_SCOPE)

@@ -219,12 +219,13 @@ void explain_constant(const Refused& refused, Finding& finding) {
 // The operand that is no number, or out of range.
 const LintWord* bad_operand(const Refused& refused) {
   const auto& words = refused.statement.words;
+  const StatementForm* form = nullptr;
+  for (const BlockKind kind : {BlockKind::kImage, BlockKind::kModule,
+                               BlockKind::kGroup, BlockKind::kPin}) {
+    if (form == nullptr) form = find_form(kind, refused.statement.key());
+  }
+  if (form == nullptr) return nullptr;
   for (std::size_t i = 1; i < words.size(); ++i) {
-    const StatementForm* form = nullptr;
-    for (const BlockKind kind : {BlockKind::kImage, BlockKind::kModule,
-                                 BlockKind::kGroup, BlockKind::kPin}) {
-      if (form == nullptr) form = find_form(kind, refused.statement.key());
-    }
     const Operand operand =
         form->shape == Shape::kOperands && i <= form->operands.size()
             ? form->operands[i - 1]

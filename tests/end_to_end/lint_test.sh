@@ -42,6 +42,41 @@ for input in "${inputs[@]}"; do
 done
 [[ $(sha256sum "${inputs[@]}") == "$before" ]] || die "an input is gone"
 
+# Two addons in the wrong order: files of their own in 1.5, 4 GiB elsewhere.
+python3 - definitions/addon_modules.def <<'SWAP'
+import re, sys
+head, mixer, reverb, rest = re.split(r'(?m)^(?=module )', open(sys.argv[1]).read())
+open(sys.argv[1], 'w').write(head + reverb + mixer + rest)
+SWAP
+lint 0 definitions/gen_1.5.def "${linked[@]}" --strict
+for generation in 1.8 2.5 3.0; do
+  lint 1 "definitions/gen_$generation.def" "${linked[@]}"
+  grep -q '^definitions/addon_modules.def:[0-9]*:1: error: .*\[load-overlap\]$' \
+    out || die "$(cat out)"
+done
+cp "$sample"/definitions/addon_modules.def definitions
+
+# What the builder refuses with the image half done, lint refuses in its words.
+agree() {  # agree STATUS WHY: of lint and the builder, and in the same words
+  local status=0 words
+  lint "$1" definitions/gen_1.8.def "${linked[@]}" --disable addon-alignment
+  "$builder" build 0 0 0 1 0 0 0 0 "$PWD/definitions/gen_1.8.def" \
+    "$PWD/src/audio_config.h" "$PWD/keys/trusted-keys.list" "$PWD/" fw.elfs \
+    made.man made >made.log || status=$?
+  [[ $1 == $((status != 0)) ]] || die "$2: the builder ends with $status"
+  words=$(sed -n 's/^Error: //p' made.log)
+  grep -qF "error: $words" out || [[ -z $words ]] || die "$2: $(cat out)"
+}
+agree 0 'nothing wrong'
+sed -i '/ \.text/s/2[*][*]12/2**2/' linked/mixer.sections
+agree 1 'an addon on a word'
+cp "$sample"/linked/mixer.sections linked
+touch definitions/nothing.def
+sed -i '1i include nothing.def' definitions/gen_1.8.def
+agree 1 'a lost text'
+cp "$sample"/definitions/gen_1.8.def definitions
+rm -f made* definitions/nothing.def
+
 # A warning, an error, and both forms of output.
 sed -i 's/^version_major 2$/version_major 70000/' definitions/base_modules.def
 lint 0 definitions/gen_1.8.def "${linked[@]}" --sarif found.sarif

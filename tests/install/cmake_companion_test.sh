@@ -94,7 +94,8 @@ made 1 'LINT;STRICT'
 refused 'STRICT says how to LINT' STRICT
 
 refused 'BUDGET takes CLASS=LIMIT' 'MAP;BUDGET;sram=1G'
-refused 'is beyond all memory: sram=99999999999999M' 'BUDGET;sram=99999999999999M'
+refused 'is beyond all memory: sram=9999999999999M' \
+  'BUDGET;sram=9999999999999M'
 refused "a BUDGET can't be more than 100%: sram=0101%" 'BUDGET;sram=0101%'
 refused "names $work/none, which isn't there" '' \
   -DTovaFw_EXECUTABLE="$work/none"

@@ -198,6 +198,8 @@ if [[ -x $work/native/usr/bin/tova_fw ]]; then
     [[ ! -e $image.man.signed ]] || die "left: $1"
   }
   plant_unsigned 'FAILED key-trusted' "$signer;TRUST;$(printf '%064d' 1)"
+  plant_unsigned 'TRUST names the key of the sample' \
+    "$signer;TRUST;keys/test-key-public.pem"
   configure 1.5 "$signer;TRUST;none.pem" && die 'trusts a file that is none'
   told "TRUST names a file that isn't there: $work/none.pem"
   good 1.5 "$signer;TRUST;own-public.key"
@@ -214,6 +216,7 @@ configure 1.5 'SIGN;debug;SIGN_COMMAND;./signer;<MANIFEST>;<SIGNED>' ||
   die 'a script in the source folder'
 build && die 'signed without a signature'
 told "$image.man.signed slot 3 is empty"
+# shellcheck disable=SC2016 # for the script
 printf '#!/bin/sh\nexec "%s" sign debug "%s" "$1" "$2"\n' "$tool" \
   "$own-pair.key" >"$work/signer"
 build || die 'the script mended'
