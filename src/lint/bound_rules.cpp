@@ -167,7 +167,7 @@ void find_missing_exports(const Linked& linked, Findings& out) {
                 (++asked > kMaxQuestions
                      ? ""
                      : symbol_question(linked.image_map, name)) +
-                ": write 'export o' if it may be absent");
+                "; write 'export o' if it may be absent");
   }
 }
 

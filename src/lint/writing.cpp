@@ -2,9 +2,11 @@
 // the builder's order, since the first failure is the one that it tells.
 #include "lint/writing.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "companion/ground/message_text.h"
+#include "crypto/zel_error.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
 #include "layout/kelp15_addons.h"
@@ -171,6 +173,30 @@ Refusal refusal_of_manifest(const FwOutMap& map) {
       "modules and configurations take " + std::to_string(length), nullptr};
 }
 
+bool is_taken_by_hash(std::uint64_t length) {
+  return (length & 0x80000000) == 0;
+}
+
+// The digest over the image of 1.8 and 2.5 takes no message of 2 to 4 GiB. The
+// signer's room isn't a part of it, and is 8192 at the most: what only some
+// rooms make too long is taken.
+Refusal refusal_of_digest(const FwOutMap& map, const Writing& writing) {
+  constexpr std::uint64_t kMostRoom = 8192;
+  const bool is_18 = map.binary_ver == kKelp18;
+  if (!is_18 && map.binary_ver != kKelp25) return std::nullopt;
+  if (is_taken_by_hash(writing.end) ||
+      is_taken_by_hash(writing.end - kMostRoom)) {
+    return std::nullopt;
+  }
+  const auto widest =
+      std::ranges::max_element(writing.gaps, {}, &WrittenGap::zeros);
+  const ZelError error(zelStsLengthErr,
+                       is_18 ? "zelsSHA256Update" : "zelsSHA384Update");
+  return WritingRefusal{
+      error.what(), "the image would have " + counted(writing.end, "byte"),
+      widest == writing.gaps.end() ? nullptr : widest->section};
+}
+
 Refusal refusal_of_class(const FwOutMap::MemoryClass& area,
                          const Section* highest, const Section* lowest,
                          std::uint32_t Header::*address) {
@@ -228,6 +254,7 @@ WritingRefusal refusal_of_writing(const FwOutMap& bound) {
     if (auto refusal = refusal_of_contents(bound)) return *refusal;
     if (auto refusal = refusal_of_manifest(bound)) return *refusal;
     if (auto refusal = refusal_of_header(bound, writing)) return *refusal;
+    if (auto refusal = refusal_of_digest(bound, writing)) return *refusal;
   }
   if (auto refusal = refusal_of_description(bound)) return *refusal;
   return {};

@@ -75,6 +75,9 @@ module o n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/sec
 binary_ver 1.8/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .r 2000 10 r 2000 2**2 => 6:1 repeated-statement, 10:9 refused, 10:9 addon-alignment
 section .u/binary_ver 1.8/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/ => .u 1100 f00 t, .r 2000 10 r 2000 2**2 => 7:1 repeated-statement, 11:9 addon-alignment
 binary_ver 2.5/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/module d k/uuid 11234567-89AB-CDEF-0123-456789ABCDE1/group rodata/section .s/ => .r 2000 10 r 2000 2**2, .s 3000 10 r 2110 2**2 => 6:1 repeated-statement, 10:9 refused, 10:9 addon-alignment, 14:9 addon-alignment
+-- an image of 2 to 4 GiB, whose digest 1.8 and 2.5 can't take
+binary_ver 1.8/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 90000000 100 t => 6:1 repeated-statement, 10:12 refused, 10:12 load-gap
+binary_ver 2.5/module d n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .u/ => .u 70000000 100 t => 6:1 repeated-statement, 10:12 load-gap
 -- a memory class whose highest section reaches around the end of memory
 memory_class a F0000000 FFFFFFF/module l k/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .u/ => .u FFFFF000 1001 r => 5:12 outside-classes, 6:1 refused, 10:9 class-full
 -- section-not-found: not what may be absent
@@ -188,7 +191,7 @@ TEST(LinkedRules, SayWhatIsWrong) {
   add_elf(misspelt, "elf", ".t 1000 100 t", "00001000 T fw_register\n");
   EXPECT_NE(std::string::npos,
             misspelt.printed().find("no symbol list has 'fw_registur'; did you "
-                                    "mean 'fw_register'?: write"));
+                                    "mean 'fw_register'?; write"));
   LintTree buffer("t=binary_ver 1.8/hw_buf_size 10/hw_buf_ba 10F8/@");
   add_elf(buffer, "elf", ".t 1000 100 t", "");
   EXPECT_NE(std::string::npos,

@@ -90,7 +90,8 @@ TEST(ContentsPlan, ZerosAheadOfAnAddon) {
       {53249,
        "FAILED firmware.bin: 53249 bytes, and its segments with the zeros "
        "between them have 57344\n"},
-      {53248, "not checked firmware.bin: 4096 bytes more than its segments have: "},
+      {53248,
+       "not checked firmware.bin: 4096 bytes more than its segments have: "},
   };
   for (const auto& c : cases) {
     image.at("firmware.bin") = whole.substr(0, c.length);
