@@ -28,12 +28,17 @@ std::vector<LintWord> allowances_in(const SourceMap& source,
   return words;
 }
 
+// Each finding asks for them anew, and may stand among remarks itself.
+constexpr std::uint32_t kMostRemarks = 200;
+
 std::vector<LintWord> allowances_above(const SourceMap& source,
                                        SourceMap::Place place) {
   std::vector<LintWord> allowed;
   if (place.file >= source.files.size()) return allowed;
   const auto& lines = source.files[place.file].lines;
-  for (std::uint32_t line = place.line; line > 1; --line) {
+  const std::uint32_t last =
+      place.line > kMostRemarks ? place.line - kMostRemarks : 1;
+  for (std::uint32_t line = place.line; line > last; --line) {
     const Statement above(lines[line - 2]);
     if (!above.word().starts_with('#')) break;
     const auto more = allowances_in(source, {place.file, line - 1});

@@ -3,8 +3,7 @@
 // was read until then.
 #include "lint/definition.h"
 
-#include <cctype>
-#include <limits>
+#include <algorithm>
 #include <new>
 #include <sstream>
 #include <utility>

@@ -54,8 +54,7 @@ struct Definition {
   std::unique_ptr<FwOutMap> map;
   bool has_constants = false;  // a header was given
 
-  // The statement of line `refused_line` is refused with this text: the
-  // builder's, without the line number.
+  // Why the builder refuses it: its own text, without the line number.
   struct Refusal {
     std::string text;
     // A line in source.lines if a statement is refused; else the files could

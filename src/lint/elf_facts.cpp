@@ -3,9 +3,9 @@
 #include "lint/elf_facts.h"
 
 #include <algorithm>
-#include <limits>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "driver/ground/files.h"
@@ -110,12 +110,16 @@ std::vector<Header> read_headers(Reader& reader, const Form& form,
   return headers;
 }
 
+// Empty for one that no line of a table has room for: what asks for names has
+// them from there. One text of any length may be the name of many.
 std::string_view text_at(const Bytes& texts, std::uint64_t offset) {
+  constexpr std::size_t kLongestName = 1023;
   if (offset >= texts.size()) return {};
-  const std::string_view rest(
+  const std::string_view head(
       reinterpret_cast<const char*>(texts.data()) + offset,
-      texts.size() - offset);
-  return rest.substr(0, rest.find('\0'));
+      std::min<std::size_t>(texts.size() - offset, kLongestName + 1));
+  const std::size_t end = head.find('\0');
+  return end == head.npos ? std::string_view() : head.substr(0, end);
 }
 
 void read_symbols(Reader& reader, const Form& form,
@@ -154,6 +158,8 @@ ElfFacts read_elf_facts(const std::string& path,
   if (names_number >= headers.size()) return out;
   const Bytes names =
       reader.bytes(headers[names_number].offset, headers[names_number].size);
+  // The first table alone: each could name the largest text for its own.
+  bool has_table = false;
   for (std::size_t i = 1; i < headers.size(); ++i) {
     const Header& header = headers[i];
     out.sections.emplace(
@@ -161,7 +167,7 @@ ElfFacts read_elf_facts(const std::string& path,
         ElfFacts::Section{static_cast<std::uint32_t>(header.address),
                           static_cast<std::uint32_t>(header.offset),
                           static_cast<std::uint32_t>(header.size)});
-    if (header.type == kSymbolTable && !out.has_symbols) {
+    if (header.type == kSymbolTable && !std::exchange(has_table, true)) {
       read_symbols(reader, form, headers, header, wanted_symbols, out);
     }
   }

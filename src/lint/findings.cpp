@@ -1,12 +1,15 @@
 #include "lint/findings.h"
 
+#include "companion/ground/message_text.h"
+
 namespace tova_fw_builder {
 
 std::string quoted(std::string_view word) {
-  constexpr std::size_t kLongest = 60;
+  constexpr std::size_t kMostCharacters = 60;
+  const std::size_t length = length_of_characters(word, kMostCharacters);
   std::string text = "'";
-  text.append(word.substr(0, kLongest));
-  return text.append(word.size() > kLongest ? "...'" : "'");
+  text.append(word.substr(0, length));
+  return text.append(length < word.size() ? "...'" : "'");
 }
 
 }  // namespace tova_fw_builder

@@ -1,7 +1,6 @@
 #include "lint/linked.h"
 
 #include <algorithm>
-#include <new>
 #include <sstream>
 #include <stdexcept>
 
@@ -90,6 +89,17 @@ void link_modules(const Definition& definition, Linked& linked) {
       linked.dyn_mem.push_back(
           link_section(statement, BlockKind::kImage, linked.image_map));
     }
+  }
+}
+
+// The builder's message names neither of its two lists.
+bool is_key_list_at_fault(const BuildInputs& inputs) {
+  if (inputs.key_list_path.empty()) return false;
+  try {
+    KeyList{inputs.key_list_path};
+    return false;
+  } catch (const std::runtime_error&) {
+    return true;
   }
 }
 
@@ -187,6 +197,10 @@ Linked link(const Definition& definition, const BuildInputs& inputs,
   } catch (const std::runtime_error& error) {
     if (cannot_open(error)) throw;
     linked.refusal = error.what();
+    if (is_key_list_at_fault(inputs)) {
+      *linked.refusal +=
+          "; this is said of the key list, " + inputs.key_list_path;
+    }
     linked.is_unread = true;
     explain_unread(inputs.elf_list_path, linked);
     return linked;

@@ -2,7 +2,6 @@
 // The definitions together with what the linker produced.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>

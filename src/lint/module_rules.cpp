@@ -13,7 +13,7 @@ namespace tova_fw_builder {
 
 namespace {
 
-// The modules whose block has ended, or that end with the text.
+// A module as it stands in the text.
 struct ModuleText {
   const LintBlock& block;
   const LintStatement& opened;

@@ -13,8 +13,7 @@ namespace tova_fw_builder {
 
 namespace {
 
-// Offers each number of the definition to `take`, with its operand's kind and,
-// in mod_cfg, sched_caps and the lists, its base.
+// With its operand's kind and, in mod_cfg, sched_caps and the lists, its base.
 struct Number {
   const LintWord& word;
   Operand operand;

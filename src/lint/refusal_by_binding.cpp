@@ -3,7 +3,6 @@
 // and by these names the statements are found.
 #include <algorithm>
 #include <optional>
-#include <set>
 
 #include "companion/ground/message_text.h"
 #include "lint/rules.h"

@@ -1,9 +1,11 @@
 // A file's bytes are printed as far as a terminal can't be steered by them.
 #include "lint/report_text.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "companion/ground/message_text.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 
@@ -60,9 +62,8 @@ void print_line(std::ostream& out, const LintReport& report, const Spot& spot,
 }  // namespace
 
 std::string shown_path(const std::string& path, const std::string& folder) {
-  const std::filesystem::path from(path);
-  const auto near = from.lexically_relative(folder);
-  return near.empty() || *near.begin() == ".." ? path : near.string();
+  const auto near = native_path(path).lexically_relative(native_path(folder));
+  return near.empty() || *near.begin() == ".." ? path : path_text(near);
 }
 
 std::uint32_t shown_column(const LintReport& report, const Spot& spot) {

@@ -316,6 +316,17 @@ TEST(LinkedRules, SampleHasNoFinding) {
 }
 
 // A table or list of another link; the second ELF's stand in lines 5 and 6.
+TEST(LinkedRules, FaultOfTheKeyListIsToldAsItsOwn) {
+  Sample sample;
+  const std::string list = sample.dir.write("keys/trusted-keys.list", "none");
+  sample.findings();
+  const LintReport report = lint(sample.options);
+  ASSERT_EQ(1u, report.findings.size());
+  EXPECT_TRUE(report.findings[0].text.ends_with(
+      "; this is said of the key list, " + list))
+      << report.findings[0].text;
+}
+
 TEST(LinkedRules, TablesOfAnotherLink) {
   {
     Sample sample;

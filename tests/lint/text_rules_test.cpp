@@ -301,6 +301,9 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:7:9: warning: '.b' is listed twice: its memory counts twice "
        "[section-twice]\n"
        "t:6:1: note: the first time\n"},
+      // A word of the text is no part of the message.
+      {"t=@pin 0/stream_type 999argument/",
+       "t:6:13: error: [999argument] Not recognized stream type [refused]\n"},
       {"t=@version_major 70000/",
        "t:5:15: warning: '70000' doesn't fit its field: the low 16 bits of it "
        "count, which are 4464 [number-cut]\n"},

@@ -49,7 +49,6 @@ Nearest::Nearest(std::string_view word)
     : word_(word), limit_((word.size() + 2) / 3) {}
 
 void Nearest::offer(std::string_view name) {
-  if (limit_ == 0 && !name_.empty()) return;
   const std::size_t limit = name_.empty() ? limit_ : limit_ - 1;
   // However many capitals there are, it is one mistake.
   const std::size_t distance =
@@ -63,13 +62,6 @@ void Nearest::offer(std::string_view name) {
 std::string Nearest::question() const {
   if (name_.empty()) return "";
   return std::string("; did you mean '").append(name_).append("'?");
-}
-
-std::string_view nearest(std::string_view word,
-                         std::span<const std::string_view> names) {
-  Nearest found(word);
-  for (const std::string_view name : names) found.offer(name);
-  return found.name();
 }
 
 }  // namespace tova_fw_builder

@@ -1,7 +1,6 @@
 // companion/ground/nearest.h
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -13,7 +12,8 @@ std::size_t edit_distance(std::string_view a, std::string_view b,
                           std::size_t limit);
 
 // Finds out of many names the one that a misspelt word most likely means: of
-// those at most a third of the word away the nearest, of equals the first.
+// those at most a third of the word away, rounded up, the nearest; of equals the
+// first. Word and names have to outlive it.
 class Nearest {
  public:
   explicit Nearest(std::string_view word);
@@ -31,8 +31,5 @@ class Nearest {
   std::string_view name_;
   std::size_t limit_;  // what still is nearer
 };
-
-std::string_view nearest(std::string_view word,
-                         std::span<const std::string_view> names);
 
 }  // namespace tova_fw_builder

@@ -19,16 +19,22 @@ namespace fs = std::filesystem;
 
 constexpr auto kWrite = std::ios_base::out | std::ios_base::binary;
 
+[[noreturn]] void fail(const std::string& reason) {
+  throw std::runtime_error("cannot be written: " + reason);
+}
+
 [[noreturn]] void fail(int error) {
-  throw std::runtime_error(std::string("cannot be written: ") +
-                           (error == 0 ? "unknown" : std::strerror(error)));
+  fail(error == 0 ? "unknown" : std::strerror(error));
 }
 
 // The place behind symbolic links, also behind one to a file that isn't there.
 fs::path followed(fs::path path) {
-  for (int links = 0; links < 40 && fs::is_symlink(path); ++links) {
-    path = path.parent_path() / fs::read_symlink(path);
+  std::error_code error;
+  for (int links = 0; links < 40 && fs::is_symlink(path, error); ++links) {
+    path = path.parent_path() / fs::read_symlink(path, error);
+    if (error) break;
   }
+  // What isn't there yet is no trouble here, and other troubles show again.
   return path;
 }
 
@@ -60,7 +66,8 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
     : path_(path_text(followed(native_path(path)))), rights_(rights) {
   errno = 0;
   const fs::path place = native_path(path_);
-  if (fs::exists(place) && !fs::is_regular_file(place)) {
+  std::error_code ignored;
+  if (fs::exists(place, ignored) && !fs::is_regular_file(place, ignored)) {
     if (!buffer_.open(place, kWrite)) fail(errno);
     return;
   }
@@ -68,7 +75,10 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
   if (beside_.empty()) fail(errno);
   // Without a buffer, no copy of private bytes stays behind in memory.
   if (rights_ == Rights::kPrivate) buffer_.pubsetbuf(nullptr, 0);
-  if (!buffer_.open(native_path(beside_), kWrite)) fail(errno);
+  if (buffer_.open(native_path(beside_), kWrite)) return;
+  const int error = errno;
+  fs::remove(native_path(beside_), ignored);
+  fail(error);
 }
 
 OutputFile::~OutputFile() {
@@ -88,7 +98,7 @@ void OutputFile::commit() {
   }
   std::error_code error;
   fs::rename(native_path(beside_), native_path(path_), error);
-  if (error) fail(error.value());
+  if (error) fail(error.message());
   beside_.clear();
 }
 

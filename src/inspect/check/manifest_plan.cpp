@@ -170,10 +170,11 @@ class ManifestPlanner {
     const CheckedFile* best = nullptr;
     int most = 0;
     for (const CheckedFile* file : left) {
+      const bool is_bin =
+          file->path.ends_with(".bin") || file->path.ends_with(".BIN");
       const int points =
           (file->inspected.length == main_length(manifest_) ? 2 : 0) +
-          (file->path.ends_with(".bin") && stem(*file) == stem(manifest_) ? 1
-                                                                          : 0);
+          (is_bin && stem(*file) == stem(manifest_) ? 1 : 0);
       if (points > most) {
         most = points;
         best = file;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <map>
 #include <set>
 #include <string>
@@ -138,8 +139,13 @@ bool moved_along(const Change& change, const Causes& causes) {
   return causes.first_on_way(change) != &change;
 }
 
-bool is_file_of(const std::string& file, const std::string& uuid) {
-  return !uuid.empty() && uuid_of_addon_file(file) == uuid;
+// Anywhere in its name: a file may have been renamed since it was built.
+bool holds_uuid(const std::string& file, const std::string& uuid) {
+  const auto found = std::search(
+      file.begin(), file.end(), uuid.begin(), uuid.end(), [](char a, char b) {
+        return std::tolower(static_cast<unsigned char>(a)) == b;
+      });
+  return found != file.end() && !uuid.empty();
 }
 
 // Contents without a header, as generation 1.5 has: the file that has the
@@ -148,7 +154,7 @@ bool contents_changed_beside(const Change& change, const Causes& causes) {
   const std::string folder = Causes::folder_of(change);
   const bool has_own = std::any_of(
       causes.files.begin(), causes.files.end(), [&](const std::string& file) {
-        return file.starts_with(folder) && is_file_of(file, change.uuid);
+        return file.starts_with(folder) && holds_uuid(file, change.uuid);
       });
   return std::any_of(
       causes.all.begin(), causes.all.end(), [&](const Change& other) {
@@ -156,7 +162,7 @@ bool contents_changed_beside(const Change& change, const Causes& causes) {
             Causes::folder_of(other) != folder) {
           return false;
         }
-        if (has_own) return is_file_of(other.file, change.uuid);
+        if (has_own) return holds_uuid(other.file, change.uuid);
         const bool is_beside =
             !change.scope.empty() || other.file.ends_with(".bin");
         return is_beside && uuid_of_addon_file(other.file).empty();

@@ -2,11 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace tova_fw_builder {
 namespace {
+
+std::string_view nearest(std::string_view word,
+                         std::span<const std::string_view> names) {
+  Nearest found(word);
+  for (const std::string_view name : names) found.offer(name);
+  return found.name();
+}
 
 TEST(Nearest, CountsLettersAndSwaps) {
   struct {

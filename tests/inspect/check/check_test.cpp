@@ -177,6 +177,17 @@ TEST(Check, LengthsOfFiles) {
   }
 }
 
+// As systems name files that don't tell capitals from small letters.
+TEST(Check, CutContentsAreSeenUnderANameInCapitals) {
+  ImageSample image = image_sample("1.5");
+  std::string contents = image.at("firmware.bin");
+  contents.resize(contents.size() - 100);
+  std::erase_if(image,
+                [](const auto& file) { return file.first != "firmware.man"; });
+  image["firmware.BIN"] = contents;
+  EXPECT_NE(std::string::npos, failed(check(image)).find("length "));
+}
+
 // Not checked is what lacks, with the cure, and none of it fails.
 TEST(Check, FilesAloneAndTogether) {
   const auto part = [](const char* generation,

@@ -135,6 +135,9 @@ TEST(Echoes, HashesOfContentsInOtherFiles) {
       {"f.bin", {"f.man", "f.bin"}, true},
       {"f_00000000-7B1E-4C52-9D40-1F2E3D4C5B04.bin", {"f.man"}, false},
       {"f.txt", {"f.man", "f.txt"}, false},
+      // Named anew since the build, its own all the same.
+      {"f.bin", {"f.man", "f.bin", uuid + ".bin"}, false},
+      {uuid + ".bin.signed", {"f.man", uuid + ".bin.signed"}, true},
   };
   for (const auto& c : cases) {
     auto changes = changes_of({"manifest-1.5 f.man:modules[a].hash",
