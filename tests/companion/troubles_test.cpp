@@ -137,12 +137,12 @@ TEST_F(Commands, JsonIsPrintedWhateverFails) {
        R"({"schema": 1, "equal": false, "changes": [], "only_old": [],
            "only_new": [], "troubles": [{"file": "none", "text": "NONE"}]})"},
       {"check --json --key-list none binary",
-       R"({"schema": 1, "holds": false, "checks": [],
+       R"({"schema": 1, "holds": false, "not_checked": [], "checks": [],
            "troubles": [{"file": "none", "text": "NONE"}]})"},
       {"check --json --trust 00 binary",
-       R"({"schema": 1, "holds": false, "checks": [], "troubles": [
-           {"file": "00", "text": "this is neither a hash of 64 hexadecimal )"
-       R"(digits nor a file"}]})"},
+       R"({"schema": 1, "holds": false, "not_checked": [], "checks": [],
+           "troubles": [{"file": "00", "text": "this is neither a hash of 64 )"
+       R"(hexadecimal digits nor a file"}]})"},
   };
   for (const auto& c : cases) {
     const Outcome run = run_tool(words_of(c.line));
