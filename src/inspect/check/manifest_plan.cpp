@@ -67,7 +67,7 @@ class ManifestPlanner {
   // of the main binary, unless the places alone say that a line is missing.
   Roles find_roles(std::vector<RoleQuestion>& questions) const {
     const std::uint64_t total = main_length(manifest_);
-    const Roles roles = roles_of(questions, total);
+    Roles roles = roles_of(questions, total);
     if (roles.is_sure || package_ == nullptr) return roles;
     for (RoleQuestion& question : questions) {
       if (!question.is_addon) question.is_addon = false;

@@ -128,7 +128,7 @@ bool may_be_joined(const ContentsPlan& plan) {
 
 std::string unknown_text(const ImageFiles& image) {
   const auto plan = std::ranges::find_if(image.plans, is_of_15);
-  const std::string text =
+  std::string text =
       "nothing known is in it, and it belongs to none of the other files";
   if (plan != image.plans.end()) return text + " (" + lengths_of(*plan) + ')';
   if (!image.headers.empty()) return text;
