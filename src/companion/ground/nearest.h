@@ -12,8 +12,8 @@ std::size_t edit_distance(std::string_view a, std::string_view b,
                           std::size_t limit);
 
 // Finds out of many names the one that a misspelt word most likely means: of
-// those at most a third of the word away, rounded up, the nearest; of equals the
-// first. Word and names have to outlive it.
+// those at most a third of the word away, rounded up, the nearest; of equals
+// the first. Word and names have to outlive it.
 class Nearest {
  public:
   explicit Nearest(std::string_view word);
