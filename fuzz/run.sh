@@ -12,10 +12,12 @@ set -euo pipefail
 seconds=${1:?seconds per target}
 shift
 cd "$(dirname "$0")/.."
-build=build/sanitize
 scripts/build.sh sanitize
+# Whole paths, since a target works in a folder of its own.
+here=$PWD/fuzz
+build=$PWD/build/sanitize
 if [[ $# -eq 0 ]]; then
-  mapfile -t targets < <(cd fuzz/corpus && ls)
+  mapfile -t targets < <(cd "$here/corpus" && ls)
   set -- "${targets[@]}"
 fi
 
@@ -25,12 +27,12 @@ export ASAN_OPTIONS="quarantine_size_mb=16:detect_leaks=1:${ASAN_OPTIONS:-}"
 
 run_target() {
   local target=$1
-  local regressions=fuzz/regressions/$target learnt=$build/corpus/$target
+  local regressions=$here/regressions/$target learnt=$build/corpus/$target
   local log=$build/fuzz_$target.log
   mkdir -p "$regressions" "$learnt"
   fuzz() {
     "$build/fuzz/fuzz_$target" "${limits[@]}" \
-      -artifact_prefix="$regressions/" "$@" "fuzz/corpus/$target" \
+      -artifact_prefix="$regressions/" "$@" "$here/corpus/$target" \
       "$regressions" >>"$log" 2>&1
   }
   : >"$log"

@@ -8,8 +8,10 @@
 
 namespace tova_fw_builder {
 
-// The rules that the comment lines right above a line, up to 200, allow there by
-// "# lint: allow RULE...", each as a word of its file. Blanks or commas part the rules.
+// The rules that the comment lines right above a line, up to 200, allow there
+// by
+// "# lint: allow RULE...", each as a word of its file. Blanks or commas part
+// the rules.
 std::vector<LintWord> allowances_above(const SourceMap& source,
                                        SourceMap::Place place);
 
