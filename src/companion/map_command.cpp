@@ -12,6 +12,7 @@
 #include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
 #include "companion/ground/json.h"
+#include "companion/ground/message_text.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
@@ -46,7 +47,7 @@ bool with_file(const std::string& file, const Step& step) {
     step();
     return true;
   } catch (const std::exception& error) {
-    report_trouble(file, error.what());
+    report_trouble(file, without_key_bytes(error.what()));
     return false;
   }
 }

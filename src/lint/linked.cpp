@@ -4,6 +4,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "companion/ground/message_text.h"
 #include "driver/ground/files.h"
 #include "input_map/section_table.h"
 #include "lint/statement_forms.h"
@@ -196,7 +197,7 @@ Linked link(const Definition& definition, const BuildInputs& inputs,
     read_elfs(elfs, linked.elf_list, linked);
   } catch (const std::runtime_error& error) {
     if (cannot_open(error)) throw;
-    linked.refusal = error.what();
+    linked.refusal = without_key_bytes(error.what());
     if (is_key_list_at_fault(inputs)) {
       *linked.refusal +=
           "; this is said of the key list, " + inputs.key_list_path;

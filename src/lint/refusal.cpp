@@ -258,13 +258,16 @@ void explain_number(const Refused& refused, Finding& finding) {
     return;
   }
   finding.spot = word->spot;
-  const bool has_digits = scan_number(word->text, 16).has_digits;
+  // Of sched_caps the builder says of a number, too, that it is none.
+  const bool is_number =
+      finding.text.find("out of range") != finding.text.npos ||
+      scan_number(word->text, 10).has_digits;
   finding.text += "; " + quoted(word->text) +
                   (word->text.starts_with('#')
                        ? " is taken for a number: put the remark on a line of "
                          "its own"
-                   : has_digits ? " is too large"
-                                : " is no number");
+                   : is_number ? " is too large"
+                               : " is no number");
 }
 
 void explain_entry(const Refused& refused, Finding& finding) {

@@ -316,15 +316,25 @@ TEST(LinkedRules, SampleHasNoFinding) {
 }
 
 // A table or list of another link; the second ELF's stand in lines 5 and 6.
+// Without a byte of what may be a private key.
 TEST(LinkedRules, FaultOfTheKeyListIsToldAsItsOwn) {
   Sample sample;
-  const std::string list = sample.dir.write("keys/trusted-keys.list", "none");
-  sample.findings();
-  const LintReport report = lint(sample.options);
-  ASSERT_EQ(1u, report.findings.size());
-  EXPECT_TRUE(report.findings[0].text.ends_with(
-      "; this is said of the key list, " + list))
-      << report.findings[0].text;
+  const std::string list = sample.dir.file("keys/trusted-keys.list");
+  const std::string key = sample.dir.write("keys/other.pem", "-----BEGIN EC");
+  const struct {
+    std::string text;
+    const char* refusal;
+  } cases[] = {{"(8:sequence x", "Not recognized key type"},
+               {"production " + key, "Key type not recognized"}};
+  for (const auto& c : cases) {
+    sample.dir.write("keys/trusted-keys.list", c.text);
+    sample.findings();
+    const LintReport report = lint(sample.options);
+    ASSERT_EQ(1u, report.findings.size());
+    EXPECT_EQ(
+        std::string(c.refusal) + "; this is said of the key list, " + list,
+        report.findings[0].text);
+  }
 }
 
 TEST(LinkedRules, TablesOfAnotherLink) {

@@ -301,6 +301,8 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:7:9: warning: '.b' is listed twice: its memory counts twice "
        "[section-twice]\n"
        "t:6:1: note: the first time\n"},
+      {"t=@type BASE/",
+       "t:5:6: error: invalid stoi argument; 'BASE' is no number [refused]\n"},
       // A word of the text is no part of the message.
       {"t=@pin 0/stream_type 999argument/",
        "t:6:13: error: [999argument] Not recognized stream type [refused]\n"},

@@ -78,4 +78,12 @@ std::string hex_number(std::uint64_t number) {
   return "0x" + std::string(digits, end);
 }
 
+std::string without_key_bytes(std::string_view message) {
+  for (const std::string_view quoting :
+       {"Key type not recognized", "Not recognized key type"}) {
+    if (message.starts_with(quoting)) return std::string(quoting);
+  }
+  return std::string(message);
+}
+
 }  // namespace tova_fw_builder

@@ -48,5 +48,14 @@ TEST(MessageText, Numbers) {
   EXPECT_EQ("0xffffffffffffffff", hex_number(~0ull));
 }
 
+TEST(MessageText, NoBytesOfKeysAreQuoted) {
+  EXPECT_EQ("Key type not recognized",
+            without_key_bytes("Key type not recognized :\r\n-----BEGIN EC"));
+  EXPECT_EQ("Not recognized key type",
+            without_key_bytes("Not recognized key type : (8:x? file path : "));
+  EXPECT_EQ("Failed to open file: Key type",
+            without_key_bytes("Failed to open file: Key type"));
+}
+
 }  // namespace
 }  // namespace tova_fw_builder
