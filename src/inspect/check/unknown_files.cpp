@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "companion/ground/message_text.h"
+#include "driver/ground/numbers.h"
 #include "inspect/compare/byte_difference.h"
 #include "inspect/inspect.h"
 
@@ -27,7 +28,8 @@ bool has_ending(const std::string& path, std::string_view ending) {
 
 bool is_text(std::string_view bytes) {
   return std::ranges::none_of(bytes, [](char c) {
-    return (c >= '\0' && c < ' ' && !(c >= '\t' && c <= '\r')) || c == '\x7f';
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < ' ' && !is_white_space(c)) || byte == 0x7F;
   });
 }
 
