@@ -97,7 +97,7 @@ void link_modules(const Definition& definition, Linked& linked) {
 bool is_key_list_at_fault(const BuildInputs& inputs) {
   if (inputs.key_list_path.empty()) return false;
   try {
-    KeyList{inputs.key_list_path};
+    const KeyList list(inputs.key_list_path);
     return false;
   } catch (const std::runtime_error&) {
     return true;
