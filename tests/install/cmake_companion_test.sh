@@ -94,6 +94,7 @@ made 1 'LINT;STRICT'
 refused 'STRICT says how to LINT' STRICT
 
 refused 'BUDGET takes CLASS=LIMIT' 'MAP;BUDGET;sram=1G'
+refused 'BUDGET takes CLASS=LIMIT' 'MAP;BUDGET;=1'
 refused 'is beyond all memory: sram=9999999999999M' \
   'BUDGET;sram=9999999999999M'
 refused "a BUDGET can't be more than 100%: sram=0101%" 'BUDGET;sram=0101%'

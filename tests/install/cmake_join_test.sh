@@ -133,14 +133,25 @@ if [[ -x $work/prefix/bin/tova_fw ]]; then
   failed more/more.img "\`tova_fw show --script\` tells of it:"
 fi
 
+# The length of each piece is known, where no offset goes back.
+printf '%s\n' 'dd 1 2' 'dw 3' 'db 4' 'size gain.c' 'sha gain.c' 'bin gain.c' \
+  >"$work/pieces.script"
+configure 'tova_add_flash_image(more SCRIPT pieces.script INPUTS src/gain.c)'
+build || die 'pieces of all kinds'
+length=$((8 + 2 + 1 + 4 + 32 + $(stat -c %s "$work/src/gain.c")))
+[[ $(stat -c %s "$work/build/more/more.img") -eq $length ]] ||
+  die 'another length than its pieces have'
+
 while IFS='|' read -r more text; do
   configure "$more" && die "configured with $more"
   told "$text"
 done <<'FAULTS'
 tova_add_package(more)|tova_add_package(more): takes either the FIRMWARE or a DESCRIPTOR
+tova_add_package(more FIRMWARE firmware DESCRIPTOR own.pkg)|takes either the FIRMWARE or a DESCRIPTOR
 tova_add_package(more FIRMWARE package)|FIRMWARE takes a target of tova_add_firmware
 tova_add_package(more FIRMWARE later)|that is made above: later
 tova_add_package(more DESCRIPTOR none.pkg)|DESCRIPTOR names a file that isn't there
+tova_add_flash_image(more SCRIPT none.script INPUTS package)|SCRIPT names a file that isn't there
 tova_add_flash_image(more SCRIPT flash.script)|tova_add_flash_image(more): INPUTS is missing
 tova_add_flash_image(more INPUTS package)|SCRIPT is missing
 tova_add_flash_image(more SCRIPT flash.script INPUTS none)|INPUTS names a file that isn't there
