@@ -66,7 +66,7 @@ void find_missing_ignored(const Linked& linked, SectionNames& names,
     const auto name = name_of(statement, BlockKind::kImage);
     if (linked.image_map.sections.contains(std::string(name))) continue;
     out.add(statement.words.back().spot,
-            "no section table has " + quoted(name) + names.question(name))
+            "no section table has " + in_quotes(name) + names.question(name))
         .level = Level::kWarning;
   }
 }
@@ -77,13 +77,13 @@ void find_missing_sections(const Linked& linked, Findings& out) {
   SectionNames names(linked.image_map);
   const auto check = [&](const LinkedSection& section) {
     if (!section.header && !section.is_optional) {
-      out.add(section.spot, "no section table has " + quoted(section.name) +
+      out.add(section.spot, "no section table has " + in_quotes(section.name) +
                                 names.question(section.name));
     }
     if (section.replacement.empty() || section.replaced_by) return;
     out.add(section.statement->words.back().spot,
             "no section table has the replacement " +
-                quoted(section.replacement) +
+                in_quotes(section.replacement) +
                 names.question(section.replacement));
   };
   for (const LinkedModule& module : linked.modules) {
@@ -117,7 +117,7 @@ void find_left_out_sections(const Linked& linked, Findings& out) {
       if (!header->alloc || header->size == 0) continue;
       if (is_first && taken.contains(header->name)) continue;
       const std::string what =
-          quoted(header->name) + " (" + size_text(*header) + ") ";
+          in_quotes(header->name) + " (" + size_text(*header) + ") ";
       out.add(elf.spots[1],
               !is_first && taken.contains(header->name)
                   ? what +
@@ -143,7 +143,7 @@ void find_uncarried_sections(const Linked& linked, Findings& out) {
     const bool has_bytes = section.header->contents;
     const std::string size = counted(section.header->size, "byte");
     out.add(section.spot,
-            quoted(section.name) + " stands in built-in modules alone, so " +
+            in_quotes(section.name) + " stands in built-in modules alone, so " +
                 (has_bytes ? "its " + size + " are in no image"
                            : "no group has its " + size + " of memory") +
                 ": list it in a loadable module, too")
@@ -163,7 +163,7 @@ void find_missing_exports(const Linked& linked, Findings& out) {
     }
     if (linked.image_map.find_symbol(name).valid) continue;
     out.add(statement.words.back().spot,
-            "no symbol list has " + quoted(name) +
+            "no symbol list has " + in_quotes(name) +
                 (++asked > kMaxQuestions
                      ? ""
                      : symbol_question(linked.image_map, name)) +
@@ -205,7 +205,7 @@ void find_exports_outside(const Linked& linked, Findings& out) {
         });
     if (is_inside) continue;
     out.add(statement.words.back().spot,
-            quoted(name) + " at " + hex_number(symbol.address) +
+            in_quotes(name) + " at " + hex_number(symbol.address) +
                 " lies in no group of a module, so it isn't exported: the "
                 "builder only warns");
   }
@@ -262,7 +262,7 @@ namespace {
 
 void check_sections(const LinkedElf& elf, const ElfFacts& file, Findings& out) {
   for (const LinkedHeader& header : elf.sections) {
-    const std::string name = quoted(header->name);
+    const std::string name = in_quotes(header->name);
     if (header->contents &&
         std::uint64_t{header->file_offset} + header->size > file.length) {
       out.add(elf.spots[1], "the section table isn't of this ELF: " + name +
@@ -298,8 +298,8 @@ void check_symbols(const LinkedElf& elf, const ElfFacts& file,
       return entry.second == symbol.address;
     });
     if (is_there) return;
-    wrong =
-        quoted(name) + (first == last ? " is missing" : " has another address");
+    wrong = in_quotes(name) +
+            (first == last ? " is missing" : " has another address");
   });
   if (wrong.empty()) return;
   out.add(elf.spots[2], "the symbol list isn't of this ELF: there, " + wrong);

@@ -83,7 +83,7 @@ void find_unused_defines(const Definition& definition, Findings& out) {
   for (const SourceMap::Define& define : definition.source.defines) {
     if (define.is_used) continue;
     out.add(word_spot(definition.source, define.place, 1),
-            "the define " + quoted(define.name) + " changes nothing");
+            "the define " + in_quotes(define.name) + " changes nothing");
   }
 }
 
@@ -100,8 +100,8 @@ void find_capturing_defines(const Definition& definition, Findings& out) {
                        looks_like_define(define.name))) {
         continue;
       }
-      out.add(word.spot, quoted(define.name) + " becomes " +
-                             quoted(define.value) + " by a define")
+      out.add(word.spot, in_quotes(define.name) + " becomes " +
+                             in_quotes(define.value) + " by a define")
           .notes.push_back(
               {word_spot(definition.source, define.place, 1), "the define"});
     }
@@ -119,7 +119,7 @@ void find_unknown_rules(const Definition& definition, Findings& out) {
         for (const Rule& rule : rules()) near.offer(rule.id);
         out.add(word.spot, word.text == kRefused
                                ? "what the builder refuses can't be allowed"
-                               : "there is no rule " + quoted(word.text) +
+                               : "there is no rule " + in_quotes(word.text) +
                                      near.question());
       }
     }

@@ -4,7 +4,7 @@
 
 namespace tova_fw_builder {
 
-std::string quoted(std::string_view word) {
+std::string in_quotes(std::string_view word) {
   constexpr std::size_t kMostCharacters = 60;
   const std::size_t length = length_of_characters(word, kMostCharacters);
   std::string text = "'";

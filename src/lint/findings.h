@@ -55,6 +55,6 @@ class Findings {
 };
 
 // A word in single quotes, cut if it is very long.
-std::string quoted(std::string_view word);
+std::string in_quotes(std::string_view word);
 
 }  // namespace tova_fw_builder

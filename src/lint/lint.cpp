@@ -116,7 +116,7 @@ void check_rule_name(std::string_view name) {
   if (find_rule(name) != nullptr) return;
   Nearest near(name);
   for (const Rule& rule : rules()) near.offer(rule.id);
-  throw std::runtime_error("there is no rule " + quoted(name) +
+  throw std::runtime_error("there is no rule " + in_quotes(name) +
                            near.question());
 }
 

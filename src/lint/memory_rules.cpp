@@ -65,7 +65,7 @@ class Statements {
 };
 
 std::string section_text(const MemoryMap::Section& section) {
-  return quoted(section.name) + " (" +
+  return in_quotes(section.name) + " (" +
          range_text(section.address, section.size) + ")";
 }
 
@@ -109,9 +109,9 @@ void find_overlaps_in_groups(const Linked& linked, Findings& out) {
           continue;
         }
         out.add(order[i + 1]->spot,
-                quoted(order[i + 1]->name) + " is loaded to " +
+                in_quotes(order[i + 1]->name) + " is loaded to " +
                     hex_number(next.lma) + ", inside " +
-                    quoted(order[i]->name) + " (" +
+                    in_quotes(order[i]->name) + " (" +
                     range_text(header.lma, header.size) +
                     "): nearly 4 GiB of zeros come between them")
             .notes.push_back({order[i]->spot, "the other section"});
@@ -135,9 +135,9 @@ void find_load_disorder(const Linked& linked, Findings& out) {
     // Of two modules in the wrong order the module is to blame.
     out.add(linked.spot_of(is_same ? static_cast<const void*>(group.group)
                                    : group.module),
-            quoted(first.name) + " is loaded to " +
+            in_quotes(first.name) + " is loaded to " +
                 hex_number(first.header->lma) + ", but written behind " +
-                quoted(group.behind->name) + " (" +
+                in_quotes(group.behind->name) + " (" +
                 range_text(before.lma, before.size) +
                 "): " + hex_number(group.pad) +
                 " bytes of zeros come between them; the load addresses of "
@@ -164,8 +164,9 @@ void find_load_gaps(const Linked& linked, Findings& out) {
     const bool rises = address >= end_of(behind.lma, behind.size);
     if (gap.zeros < kWide || !rises) continue;
     out.add(linked.spot_of(gap.section),
-            quoted(gap.section->name) + " is loaded to " + hex_number(address) +
-                ", far behind " + quoted(gap.behind->name) + " (" +
+            in_quotes(gap.section->name) + " is loaded to " +
+                hex_number(address) + ", far behind " +
+                in_quotes(gap.behind->name) + " (" +
                 range_text(behind.lma, behind.size) + "): " +
                 hex_number(gap.zeros) + " bytes of zeros come between them")
         .notes.push_back({linked.spot_of(gap.behind), "the other section"});
@@ -200,7 +201,7 @@ void find_run_overlaps(const Linked& linked, Findings& out) {
                 (is_buffer(first)
                      ? "the hardware buffer (" +
                            range_text(other.address, other.size) + ")"
-                     : section_text(other) + " of " + quoted(other.owner)))
+                     : section_text(other) + " of " + in_quotes(other.owner)))
         .notes.push_back({spot_of(first), is_buffer(first)
                                               ? "the buffer"
                                               : "the other section"});
@@ -217,15 +218,15 @@ void find_outside(const Linked& linked, bool wants_full, Findings& out) {
     const auto& section = memory.sections[outside.section];
     const MemoryMap::Class* const full = class_of(memory, section);
     if ((full != nullptr) != wants_full) continue;
-    out.add(
-        statements.spot(section),
-        section_text(section) +
-            (full != nullptr ? " exceeds memory class " + quoted(full->name) +
-                                   " by " + counted(outside.bytes, "byte")
-             : outside.bytes == section.size
-                 ? " lies in no memory class"
-                 : " lies in no memory class with " +
-                       counted(outside.bytes, "byte")));
+    out.add(statements.spot(section),
+            section_text(section) +
+                (full != nullptr
+                     ? " exceeds memory class " + in_quotes(full->name) +
+                           " by " + counted(outside.bytes, "byte")
+                 : outside.bytes == section.size
+                     ? " lies in no memory class"
+                     : " lies in no memory class with " +
+                           counted(outside.bytes, "byte")));
   }
 }
 
@@ -249,7 +250,7 @@ void find_unaligned_addons(const Linked& linked, Findings& out) {
       const std::uint32_t alignment = order.front()->header->alignment;
       if (alignment % kPageSize == 0) continue;
       out.add(order.front()->spot,
-              quoted(order.front()->name) +
+              in_quotes(order.front()->name) +
                   " comes first in its group and is "
                   "aligned to " +
                   counted(alignment, "byte") +

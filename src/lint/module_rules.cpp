@@ -68,12 +68,12 @@ void find_cut_names(const Definition& definition, Findings& out) {
     const std::string_view kept = name.substr(0, kRoom);
     const auto [place, is_new] = seen.try_emplace(kept, &module.name);
     if (!is_new) {
-      out.add(module.name.spot, "two modules are called " + quoted(kept) +
+      out.add(module.name.spot, "two modules are called " + in_quotes(kept) +
                                     " in the image, which keeps 8 characters")
           .notes.push_back({place->second->spot, "the other one"});
     } else if (name.size() > kRoom) {
       out.add(module.name.spot,
-              "the image keeps 8 characters of the name: " + quoted(kept));
+              "the image keeps 8 characters of the name: " + in_quotes(kept));
     }
   });
 }
@@ -84,7 +84,7 @@ void find_dropped_names(const Definition& definition, Findings& out) {
       continue;
     }
     out.add(statement.words[1].spot,
-            quoted(statement.words[1].text) +
+            in_quotes(statement.words[1].text) +
                 " has more than 8 characters: the name in the header stays "
                 "empty");
   }
@@ -95,7 +95,7 @@ void find_missing_uuids(const Definition& definition, Findings& out) {
     const LintStatement* const uuid =
         find_statement(definition, module.block, "uuid");
     if (uuid == nullptr && !is_unfinished(definition, module.block)) {
-      out.add(module.name.spot, "module " + quoted(module.name.text) +
+      out.add(module.name.spot, "module " + in_quotes(module.name.text) +
                                     " has no uuid: loaders know modules by it");
     }
     if (uuid == nullptr || uuid->words.size() < 2) return;
@@ -142,7 +142,7 @@ void find_empty_modules(const Definition& definition, Findings& out) {
         static_cast<std::uint32_t>(&module.block - definition.blocks.data());
     if (with_sections.contains(number)) return;
     if (is_unfinished(definition, module.block)) return;
-    out.add(module.name.spot, "module " + quoted(module.name.text) +
+    out.add(module.name.spot, "module " + in_quotes(module.name.text) +
                                   " has no section, so the image is made "
                                   "without it");
   });
@@ -190,7 +190,7 @@ void find_missing_entries(const Definition& definition, Findings& out) {
     if (!with_sections.contains(number)) return;
     if (is_unfinished(definition, module.block)) return;
     out.add(module.name.spot,
-            "module " + quoted(module.name.text) +
+            "module " + in_quotes(module.name.text) +
                 " is started by the loader and has no section in a group text: "
                 "its entry point is 0");
   });
@@ -256,8 +256,8 @@ void find_sections_twice(const Definition& definition, Findings& out) {
         (is_inner ? entries : carried).try_emplace(name, &statement);
     if (is_new) continue;
     out.add(name_spot(definition, statement),
-            is_inner ? quoted(name) + " is the entry of two built-in modules"
-                     : quoted(name) + " is listed twice: " +
+            is_inner ? in_quotes(name) + " is the entry of two built-in modules"
+                     : in_quotes(name) + " is listed twice: " +
                            (is_dyn_mem || is_in_bss(definition, statement)
                                 ? "its memory counts twice"
                                 : "its bytes count and stand in the image "
@@ -275,7 +275,7 @@ void find_duplicate_classes(const Definition& definition, Findings& out) {
     const LintWord& name = statement.words[1];
     const auto [place, is_new] = seen.try_emplace(name.text, &name);
     if (is_new) continue;
-    out.add(name.spot, "another memory class is called " + quoted(name.text))
+    out.add(name.spot, "another memory class is called " + in_quotes(name.text))
         .notes.push_back({place->second->spot, "the other class"});
   }
 }
@@ -309,11 +309,11 @@ void find_overlapping_classes(const Definition& definition, Findings& out) {
       const Class& later = is_later ? next : *furthest;
       const Class& earlier = is_later ? *furthest : next;
       out.add(later.statement->spot(),
-              "memory class " + quoted(word_at(*later.statement, 1)) +
+              "memory class " + in_quotes(word_at(*later.statement, 1)) +
                   " shares " +
                   hex_number(std::min(furthest->end, next.end) - next.begin) +
                   " bytes from " + hex_number(next.begin) + " on with " +
-                  quoted(word_at(*earlier.statement, 1)))
+                  in_quotes(word_at(*earlier.statement, 1)))
           .notes.push_back({earlier.statement->spot(), "the other class"});
     }
     if (furthest == nullptr || next.end > furthest->end) furthest = &next;

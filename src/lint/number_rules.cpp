@@ -79,7 +79,7 @@ std::string bad_text(const Number& number) {
   const ScannedNumber scanned = scan_number(number.word.text, number.base);
   const auto taken = number.word.text.substr(0, scanned.length);
   const bool is_zero = !scanned.has_digits || scanned.magnitude == 0;
-  std::string text = quoted(number.word.text) + " is read as " +
+  std::string text = in_quotes(number.word.text) + " is read as " +
                      (is_zero ? "0" : std::string(taken));
   if (number.shape == Shape::kModCfg) text += ", and all behind it as 0";
   const ScannedNumber as_hex = scan_number(number.word.text, 16);
@@ -122,7 +122,7 @@ std::string cut_text(const Number& number) {
     if (scanned.magnitude <= std::numeric_limits<std::uint32_t>::max()) {
       return {};
     }
-    return quoted(number.word.text) +
+    return in_quotes(number.word.text) +
            " doesn't fit 32 bits: it is read as 4294967295, and all behind it "
            "as 0";
   }
@@ -131,7 +131,7 @@ std::string cut_text(const Number& number) {
     return {};
   }
   const std::uint64_t kept = clamped_unsigned(scanned) & field->most;
-  return quoted(number.word.text) +
+  return in_quotes(number.word.text) +
          " doesn't fit its field: " + std::string(field->what) +
          (field->most == 1 ? std::to_string(kept)
                            : value_text(kept, number.base));
@@ -146,7 +146,7 @@ void find_long_uuid(const StatementForm& form, const LintStatement& statement,
   if (word.text.size() <= kUuidLength) return;
   out.add(word.spot,
           "the UUID is read in part: its last 36 characters count, " +
-              quoted(word.text.substr(0, word.text.size() - kUuidLength)) +
+              in_quotes(word.text.substr(0, word.text.size() - kUuidLength)) +
               " ahead of them is ignored");
 }
 

@@ -95,7 +95,7 @@ void note_ended_blocks(const Refused& refused, Finding& finding) {
   const std::size_t left_out = count_left_out(refused, last);
   for (const std::uint32_t block : refused.ended) {
     std::string text = block_name(definition, block) + " begins here and " +
-                       quoted(refused.statement.key()) + " ends it";
+                       in_quotes(refused.statement.key()) + " ends it";
     if (block == refused.ended.back() && left_out != 0) {
       text += "; " + counted(left_out, "statement") + " up to " +
               place_text(definition.source, last) + " would be left out";
@@ -112,7 +112,7 @@ bool explain_stray(const Refused& refused, Finding& finding) {
   for (const BlockKind kind :
        {BlockKind::kModule, BlockKind::kGroup, BlockKind::kPin}) {
     if (find_form(kind, refused.statement.key()) == nullptr) continue;
-    finding.text += "; " + quoted(refused.statement.key()) + " belongs in " +
+    finding.text += "; " + in_quotes(refused.statement.key()) + " belongs in " +
                     block_kind_name(kind);
     for (std::size_t i = definition.blocks.size(); i-- > 0;) {
       const LintBlock& block = definition.blocks[i];
@@ -120,7 +120,7 @@ bool explain_stray(const Refused& refused, Finding& finding) {
       const LintStatement by = words_of_line(definition.source, block.ended_by);
       finding.notes.push_back(
           {by.spot(), block_name(definition, static_cast<std::uint32_t>(i)) +
-                          " ends here, as " + quoted(by.key()) +
+                          " ends here, as " + in_quotes(by.key()) +
                           " is no statement of " + block_kind_name(kind)});
       return true;
     }
@@ -140,7 +140,7 @@ std::string question_of_inner(const Refused& refused) {
     Nearest near(refused.statement.key());
     for (const auto key : statement_keys(kind)) near.offer(key);
     if (near.name().empty()) continue;
-    return near.question() + "; " + quoted(near.name()) + " belongs in " +
+    return near.question() + "; " + in_quotes(near.name()) + " belongs in " +
            block_kind_name(kind);
   }
   return "";
@@ -196,7 +196,7 @@ void explain_constant(const Refused& refused, Finding& finding) {
     finding.text += "; a number wants two characters here: +" + name;
   } else if (name.starts_with("0x") || name.starts_with("0X")) {
     finding.text += "; hexadecimal numbers have no 0x here: " +
-                    quoted(std::string_view(name).substr(2));
+                    in_quotes(std::string_view(name).substr(2));
   } else if (name.starts_with('#')) {
     finding.text +=
         "; a remark behind a constant is taken for one: put it on a line of "
@@ -253,7 +253,7 @@ void explain_number(const Refused& refused, Finding& finding) {
     finding.text += wants_two
                         ? "; sched_caps wants two numbers or more"
                         : "; the number is missing, and " +
-                              quoted(refused.statement.words.back().text) +
+                              in_quotes(refused.statement.words.back().text) +
                               " is taken for it";
     return;
   }
@@ -262,7 +262,7 @@ void explain_number(const Refused& refused, Finding& finding) {
   const bool is_number =
       finding.text.find("out of range") != finding.text.npos ||
       scan_number(word->text, 10).has_digits;
-  finding.text += "; " + quoted(word->text) +
+  finding.text += "; " + in_quotes(word->text) +
                   (word->text.starts_with('#')
                        ? " is taken for a number: put the remark on a line of "
                          "its own"

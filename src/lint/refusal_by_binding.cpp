@@ -68,9 +68,10 @@ void explain_types(const LinkedModule& module, Finding& finding) {
       }
       finding.spot = section.spot;
       finding.text += has_type(*section.header)
-                          ? "; " + quoted(section.name) + " belongs in group " +
+                          ? "; " + in_quotes(section.name) +
+                                " belongs in group " +
                                 std::string(type_name(type_of(*section.header)))
-                          : "; " + quoted(section.name) +
+                          : "; " + in_quotes(section.name) +
                                 " is neither code nor data nor zeroed memory";
       return;
     }
@@ -109,7 +110,7 @@ void explain_partial(const LinkedModule& module, Finding& finding) {
       if (!is_missing) continue;
       finding.notes.push_back(
           {section.spot,
-           quoted(section.name) +
+           in_quotes(section.name) +
                (section.header ? " lacks its replacement" : " isn't there")});
       return;
     }

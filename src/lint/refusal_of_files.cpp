@@ -18,8 +18,8 @@ void note_define(const SourceMap& source, std::uint32_t number,
   finding.notes.push_back(
       {words.empty() ? Spot{define.place.file, define.place.line, 0, 0}
                      : words.back().spot,
-       quoted(std::string_view(define.name)) + " becomes " +
-           quoted(std::string_view(define.value)) + " here"});
+       in_quotes(std::string_view(define.name)) + " becomes " +
+           in_quotes(std::string_view(define.value)) + " here"});
 }
 
 namespace {

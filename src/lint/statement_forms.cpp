@@ -132,7 +132,7 @@ std::string block_name(const Definition& definition, std::uint32_t block) {
   if (from.kind == BlockKind::kImage) return "the image";
   const LintStatement& opened = definition.statements[from.opened_by];
   if (from.kind == BlockKind::kModule) {
-    return "module " + quoted(name_of(opened, BlockKind::kImage));
+    return "module " + in_quotes(name_of(opened, BlockKind::kImage));
   }
   std::string text(opened.key());
   return text.append(" ").append(name_of(opened, BlockKind::kModule));

@@ -45,7 +45,7 @@ std::string_view left_as_it_was(const StatementForm& form) {
 std::string missing_text(const StatementForm& form,
                          const LintStatement& statement, const Taken& taken) {
   const std::string key(form.key);
-  const std::string last = quoted(statement.words.back().text);
+  const std::string last = in_quotes(statement.words.back().text);
   if (form.shape == Shape::kSchedCaps && statement.words.size() == 2) {
     return key + " wants two numbers: the blank behind " + last +
            " makes it stand twice";
@@ -73,16 +73,16 @@ void find_echo(const StatementForm& form, const LintStatement& statement,
           ? count > 1
           : form.shape == Shape::kModCfg && count > 1 && count < taken.end;
   if (!statement.has_echo || !is_taken) return;
-  out.add(statement.words.back().spot, "the blank behind " +
-                                           quoted(statement.words.back().text) +
-                                           " makes it stand twice: cut it off");
+  out.add(statement.words.back().spot,
+          "the blank behind " + in_quotes(statement.words.back().text) +
+              " makes it stand twice: cut it off");
 }
 
 // What was meant by a word behind the last operand.
 std::string extra_text(const StatementForm& form,
                        const LintStatement& statement, std::size_t place) {
   const std::string_view word = statement.words[place].text;
-  const std::string text = quoted(word) + " is ignored: ";
+  const std::string text = in_quotes(word) + " is ignored: ";
   if (word.starts_with('#')) {
     return "a remark behind an operand is no comment: put it on a line of its "
            "own";
@@ -145,7 +145,7 @@ void find_extra_words(const Definition& definition, Findings& out) {
     if (form.shape == Shape::kSection && taken.name < statement.words.size() &&
         word_at(statement, taken.name).find('<', 1) != std::string_view::npos) {
       out.add(statement.words[taken.name].spot,
-              quoted(word_at(statement, taken.name)) +
+              in_quotes(word_at(statement, taken.name)) +
                   " is one name: put a blank on each side of the '<'");
     }
     if (statement.words.size() <= taken.end) continue;
@@ -160,7 +160,7 @@ void find_extra_words(const Definition& definition, Findings& out) {
   for_each_directive(definition, [&](const auto& words, std::size_t operands) {
     if (words.size() <= 1 + operands) return;
     const LintWord& word = words[1 + operands];
-    out.add(word.spot, quoted(word.text) +
+    out.add(word.spot, in_quotes(word.text) +
                            " is ignored: " + std::string(words[0].text) +
                            (operands == 2 ? " takes one word for a value"
                                           : " takes one name"));
@@ -174,8 +174,8 @@ void find_unknown_kinds(const Definition& definition, Findings& out) {
     const std::string_view next = word_at(statement, 2);
     if (next.empty() || next.starts_with('#') || is_module_kind(word)) continue;
     out.add(statement.words[1].spot,
-            quoted(word) + " is no kind, so the module is called " +
-                quoted(word) + " and " + quoted(next) +
+            in_quotes(word) + " is no kind, so the module is called " +
+                in_quotes(word) + " and " + in_quotes(next) +
                 " is ignored; the kinds are b, ba, d, da, l and o");
   }
 }

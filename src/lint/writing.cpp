@@ -119,12 +119,12 @@ Refusal refusal_of_contents(const FwOutMap& map) {
 
 WritingRefusal off_grid(const char* text, const WrittenGroup& group) {
   const Section& first = *group.group->sections.front();
-  return {text,
-          quoted(first.name) + " comes first in its group and is aligned to " +
-              counted(first.header->alignment, "byte") + ", so that " +
-              counted(group.pad, "byte") +
-              " stand ahead of it: align it to 4096",
-          &first};
+  return {
+      text,
+      in_quotes(first.name) + " comes first in its group and is aligned to " +
+          counted(first.header->alignment, "byte") + ", so that " +
+          counted(group.pad, "byte") + " stand ahead of it: align it to 4096",
+      &first};
 }
 
 Refusal refusal_of_entries(const Writing& writing) {
@@ -135,7 +135,7 @@ Refusal refusal_of_entries(const Writing& writing) {
     if (first.header->vma % kPageSize != 0) {
       return WritingRefusal{
           "Non-aligned base address of section",
-          quoted(first.name) + " comes first in its group and lies at " +
+          in_quotes(first.name) + " comes first in its group and lies at " +
               hex_number(first.header->vma) + ", not at a multiple of 4096",
           &first};
     }
@@ -211,7 +211,7 @@ Refusal refusal_of_class(const FwOutMap::MemoryClass& area,
   if (top < low) {
     return WritingRefusal{
         fault + "lowest " + std::to_string(low) + " address found",
-        "those of memory class " + quoted(area.name), &area};
+        "those of memory class " + in_quotes(area.name), &area};
   }
   if (top >= area.base) return std::nullopt;
   return WritingRefusal{fault + "memory class " + area.name + " base address",

@@ -6,8 +6,8 @@
 #include "inspect/check/roles.h"
 
 #include <algorithm>
-#include <compare>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace tova_fw_builder {
@@ -21,7 +21,10 @@ struct Way {
   std::uint64_t position = 0;  // in the main binary
   std::vector<bool> is_addon;
 
-  auto operator<=>(const Way&) const = default;
+  bool operator<(const Way& other) const {
+    return std::tie(base, position, is_addon) <
+           std::tie(other.base, other.position, other.is_addon);
+  }
 };
 
 // The ways behind one more module.
