@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <iterator>
 
+#include "companion/ground/system_files.h"
 #include "companion/ground/trouble.h"
 #include "crypto/sha_hash.h"
 #include "driver/ground/native_path.h"
@@ -21,6 +21,17 @@ constexpr std::size_t kPiece = 256 * 1024;
   throw FileError({path, "cannot be read: " + reason});
 }
 
+std::string rest_of(std::FILE& file, const std::string& path) {
+  std::string bytes;
+  std::string piece(kPiece, '\0');
+  while (const std::size_t count =
+             std::fread(piece.data(), 1, piece.size(), &file)) {
+    bytes.append(piece, 0, count);
+  }
+  if (std::ferror(&file) != 0) refuse(path, std::strerror(errno));
+  return bytes;
+}
+
 }  // namespace
 
 ByteSource ByteSource::open(const std::string& path) {
@@ -33,16 +44,11 @@ ByteSource ByteSource::open(const std::string& path) {
 
   ByteSource source;
   source.path_ = path;
-  errno = 0;
-  auto file =
-      std::make_unique<std::ifstream>(native_path(path), std::ios_base::binary);
-  if (!*file) refuse(path, std::strerror(errno));
-  if (!has_places) {
-    return of(std::string(std::istreambuf_iterator<char>(*file), {}));
-  }
-  file->seekg(0, std::ios_base::end);
-  source.size_ = static_cast<std::uint64_t>(std::streamoff{file->tellg()});
-  source.file_ = std::move(file);
+  source.file_.reset(open_c_stream(path));
+  if (source.file_ == nullptr) refuse(path, std::strerror(errno));
+  if (!has_places) return of(rest_of(*source.file_, path));
+  source.size_ = fs::file_size(native_path(path), error);
+  if (error) refuse(path, error.message());
   return source;
 }
 
@@ -61,11 +67,9 @@ std::size_t ByteSource::read(std::uint64_t offset, std::span<char> to) const {
     if (file_ == nullptr) {
       std::copy_n(memory_.data() + offset, count, to.data());
     } else {
-      file_->clear();
-      file_->seekg(static_cast<std::streamoff>(offset));
-      file_->read(to.data(), static_cast<std::streamsize>(count));
-      if (file_->bad()) refuse(path_, std::strerror(errno));
-      count = static_cast<std::size_t>(file_->gcount());
+      const auto got = read_at(*file_, offset, to.first(count));
+      if (!got) refuse(path_, std::strerror(errno));
+      count = *got;
     }
   }
   std::fill(to.begin() + static_cast<std::ptrdiff_t>(count), to.end(), '\0');

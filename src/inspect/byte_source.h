@@ -3,7 +3,7 @@
 
 #include <array>
 #include <cstdint>
-#include <fstream>
+#include <cstdio>
 #include <functional>
 #include <memory>
 #include <span>
@@ -45,8 +45,7 @@ class ByteSource {
   std::uint64_t size_ = 0;
   std::string path_;
   std::string memory_;
-  // Reading moves the stream, which nobody sees.
-  std::unique_ptr<std::ifstream> file_;
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_{nullptr, std::fclose};
 };
 
 // The record at `offset`, as far as the file has it; zero behind that.

@@ -3,6 +3,10 @@
 // system holds the functions.
 #pragma once
 
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <span>
 #include <string>
 
 namespace tova_fw_builder {
@@ -14,6 +18,12 @@ std::string create_beside(const std::string& path);
 // Gives `file` the rights of `path`, or those that a new file gets. False, with
 // the reason in errno, if it can't.
 bool give_usual_rights(const std::string& file, const std::string& path);
+
+// Reads a file from `offset` on, as it is now, past the stream's own buffer,
+// and yields how many bytes it gave: fewer only where it ends. Nothing, with
+// the reason in errno, if it can't be read.
+std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
+                                   std::span<char> to);
 
 bool standard_output_is_terminal();
 

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
@@ -25,6 +26,21 @@ bool give_usual_rights(const std::string& file, const std::string& path) {
   const mode_t mask = umask(0);
   umask(mask);
   return chmod(file.c_str(), 0666 & ~mask) == 0;
+}
+
+std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
+                                   std::span<char> to) {
+  std::size_t count = 0;
+  while (count < to.size()) {
+    const ssize_t got =
+        pread(fileno(&file), to.data() + count, to.size() - count,
+              static_cast<off_t>(offset + count));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return std::nullopt;
+    if (got == 0) break;
+    count += static_cast<std::size_t>(got);
+  }
+  return count;
 }
 
 bool standard_output_is_terminal() { return isatty(STDOUT_FILENO) == 1; }

@@ -32,6 +32,18 @@ std::string create_beside(const std::string& path) {
 // read a private one.
 bool give_usual_rights(const std::string&, const std::string&) { return true; }
 
+std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
+                                   std::span<char> to) {
+  std::setvbuf(&file, nullptr, _IONBF, 0);
+  if (_fseeki64(&file, static_cast<std::int64_t>(offset), SEEK_SET) != 0) {
+    return std::nullopt;
+  }
+  std::clearerr(&file);
+  const std::size_t count = std::fread(to.data(), 1, to.size(), &file);
+  if (std::ferror(&file) != 0) return std::nullopt;
+  return count;
+}
+
 bool standard_output_is_terminal() { return _isatty(_fileno(stdout)) != 0; }
 
 // Nothing tells it here, so that it is told as an output that can't be written.
