@@ -98,7 +98,7 @@ foreign() {  # foreign ROOM PATTERN: PATTERN is included in ROOM alone
   done < <(files '*.h' '*.cpp' | xargs -0 grep -lE "^#include [<\"]$2")
 }
 foreign companion/ground 'nlohmann/'
-foreign companion 'CLI/'
+foreign companion/command_line 'CLI/'
 foreign outside_keys 'openssl/'
 foreign elf_tables '(elfutils/)?(g|lib)?elf\.h'
 

@@ -2,7 +2,6 @@
 // which it is most often wrong, so that the message can say what to change.
 #include "companion/attach_command.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <optional>
 #include <sstream>
@@ -11,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "companion/command_line/command_node.h"
 #include "companion/ground/byte_text.h"
 #include "companion/ground/input_file.h"
 #include "companion/ground/naming.h"
@@ -145,41 +145,41 @@ void attach(const Options& options) {
 
 }  // namespace
 
-void add_attach_command(CLI::App& program, Status&) {
-  CLI::App* command = program.add_subcommand(
+void add_attach_command(CommandNode program, Status&) {
+  const CommandNode command = program.add_command(
       "attach", "Put a signature that was made outside into a manifest");
   const auto options = std::make_shared<Options>();
-  command->add_option("MANIFEST", options->manifest, "Manifest of a 1.5 image")
-      ->required();
-  add_kind_of_signature(*command, options->debug);
+  command.add_option("MANIFEST", options->manifest, "Manifest of a 1.5 image")
+      .required();
+  add_kind_of_signature(command, options->debug);
   command
-      ->add_option("--key", options->key,
-                   "The signer's public key: key file, PEM or DER")
-      ->type_name("KEY")
-      ->required();
+      .add_option("--key", options->key,
+                  "The signer's public key: key file, PEM or DER")
+      .called("KEY")
+      .required();
   command
-      ->add_option("--passphrase-file", options->passphrase_file,
-                   "Where KEY is an encrypted private one: its passphrase is "
-                   "the first line of FILE")
-      ->type_name("FILE");
+      .add_option("--passphrase-file", options->passphrase_file,
+                  "Where KEY is an encrypted private one: its passphrase is "
+                  "the first line of FILE")
+      .called("FILE");
   command
-      ->add_option("--signature", options->signature,
-                   "256 bytes, most significant first: raw, hexadecimal, also "
-                   "with colons, or base64 of either alphabet")
-      ->type_name("FILE")
-      ->required();
+      .add_option("--signature", options->signature,
+                  "256 bytes, most significant first: raw, hexadecimal, also "
+                  "with colons, or base64 of either alphabet")
+      .called("FILE")
+      .required();
   command
-      ->add_option("-o,--output", options->output,
-                   "The signed manifest; - prints it")
-      ->type_name("SIGNED")
-      ->required();
-  command->footer(
+      .add_option("-o,--output", options->output,
+                  "The signed manifest; - prints it")
+      .called("SIGNED")
+      .required();
+  command.footer(
       "Nothing is written unless the signature verifies. The file is the one\n"
       "that tova_fw_builder sign makes with the same key.\n"
       "Example:\n"
       "  tova_fw attach firmware.man --release --key release-public.pem \\\n"
       "    --signature firmware.sig -o firmware.man.signed");
-  command->callback([options] { attach(*options); });
+  command.run([options] { attach(*options); });
 }
 
 }  // namespace tova_fw_builder

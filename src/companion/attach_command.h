@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // Adds `attach`: puts a signature that was made outside into a manifest.
-void add_attach_command(CLI::App& program, Status& status);
+void add_attach_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,5 @@
 #include "companion/check_command.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
 #include <filesystem>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "companion/colour_option.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
@@ -218,40 +218,37 @@ Status check_files(const Options& options) {
 
 }  // namespace
 
-void add_check_command(CLI::App& program, Status& status) {
-  CLI::App* command = program.add_subcommand(
+void add_check_command(CommandNode program, Status& status) {
+  const CommandNode command = program.add_command(
       "check", "Check that the files of an image belong together");
   const auto options = std::make_shared<Options>();
   command
-      ->add_option("FILE", options->files,
-                   "Files of one image, in any order; a folder stands for the "
-                   "files in it")
-      ->required()
-      ->type_name("");
+      .add_option("FILE", options->files,
+                  "Files of one image, in any order; a folder stands for the "
+                  "files in it")
+      .required()
+      .called("");
   command
-      ->add_option(
-          "--trust", options->trust,
-          "Demand a signature with this key: its hash, a key file, PEM "
-          "or DER; "
-          "one of several if given more than once")
-      ->type_name("KEY")
-      ->expected(1)
-      ->take_all()
-      ->allow_extra_args(false);
-  command->add_flag("--release", options->release,
-                    "Refuse debug signatures, unsigned manifests, the key of "
-                    "the sample, and contents that aren't given");
+      .add_option("--trust", options->trust,
+                  "Demand a signature with this key: its hash, a key file, PEM "
+                  "or DER; "
+                  "one of several if given more than once")
+      .called("KEY")
+      .repeatable();
+  command.add_flag("--release", options->release,
+                   "Refuse debug signatures, unsigned manifests, the key of "
+                   "the sample, and contents that aren't given");
   command
-      ->add_option("--key-list", options->key_list,
-                   "Compare the store of trusted keys in the contents with "
-                   "this key list")
-      ->type_name("FILE");
-  auto* summary =
-      command->add_flag("--summary", options->summary, "Print one line");
-  command->add_flag("--json", options->json, "Print one JSON document")
-      ->excludes(summary);
-  add_colour_option(*command, options->colour);
-  command->footer(
+      .add_option("--key-list", options->key_list,
+                  "Compare the store of trusted keys in the contents with "
+                  "this key list")
+      .called("FILE");
+  const Option summary =
+      command.add_flag("--summary", options->summary, "Print one line");
+  command.add_flag("--json", options->json, "Print one JSON document")
+      .excludes(summary);
+  add_colour_option(command, options->colour);
+  command.footer(
       "Ends with 0 if no check failed, with 1 if one did, and with 2 if a file "
       "can't be\n"
       "read or belongs to no image.\n"
@@ -259,7 +256,7 @@ void add_check_command(CLI::App& program, Status& status) {
       "Example: tova_fw check --release --trust release-key-public.key out/\n"
       "Example: tova_fw check --json out/ | jq '.checks[] | "
       "select(.result == \"FAILED\")'");
-  command->callback([options, &status] { status = check_files(*options); });
+  command.run([options, &status] { status = check_files(*options); });
 }
 
 }  // namespace tova_fw_builder

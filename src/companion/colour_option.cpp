@@ -1,14 +1,13 @@
 #include "companion/colour_option.h"
 
-#include <CLI/CLI.hpp>
 #include <map>
 #include <string>
 
-#include "companion/choice.h"
+#include "companion/command_line/command_node.h"
 
 namespace tova_fw_builder {
 
-void add_colour_option(CLI::App& command, ColourWhen& when) {
+void add_colour_option(CommandNode command, ColourWhen& when) {
   const std::map<std::string, ColourWhen> values = {
       {"auto", ColourWhen::kAuto},
       {"always", ColourWhen::kAlways},
@@ -16,9 +15,9 @@ void add_colour_option(CLI::App& command, ColourWhen& when) {
   const auto take = [&when, values](const std::string& word) {
     when = values.at(word);
   };
-  take_one_of(*command.add_option_function<std::string>(
-                  "--color", take, "Colour; auto: on a terminal that wants it"),
-              {"auto", "always", "never"});
+  command
+      .add_option("--color", take, "Colour; auto: on a terminal that wants it")
+      .one_of({"auto", "always", "never"});
 }
 
 }  // namespace tova_fw_builder

@@ -3,14 +3,12 @@
 
 #include "companion/ground/colour.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
+
+class CommandNode;
 
 // Adds --color=auto|always|never, which all commands have that print for
 // people.
-void add_colour_option(CLI::App& command, ColourWhen& when);
+void add_colour_option(CommandNode command, ColourWhen& when);
 
 }  // namespace tova_fw_builder

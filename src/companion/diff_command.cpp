@@ -1,11 +1,11 @@
 #include "companion/diff_command.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "companion/colour_option.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/json.h"
 #include "companion/ground/trouble.h"
 #include "inspect/compare/compare_files.h"
@@ -53,29 +53,29 @@ Status diff(const Options& options) {
 
 }  // namespace
 
-void add_diff_command(CLI::App& program, Status& status) {
-  CLI::App* command = program.add_subcommand(
+void add_diff_command(CommandNode program, Status& status) {
+  const CommandNode command = program.add_command(
       "diff", "Show what differs between two files or two folders");
   const auto options = std::make_shared<Options>();
-  command->add_option("OLD", options->old_path, "The file or folder as it was")
-      ->required()
-      ->type_name("");
-  command->add_option("NEW", options->new_path, "The one as it is now")
-      ->required()
-      ->type_name("");
-  command->add_flag("--all", options->all,
-                    "Show echoes, too: what only follows from other changes");
-  command->add_flag("--ignore-dates", options->ignore_dates,
-                    "Leave out the dates of the builds, the folders in their "
-                    "paths, and what follows from these alone");
-  command->add_flag("--json", options->json, "Print one JSON document");
-  add_colour_option(*command, options->colour);
-  command->footer(
+  command.add_option("OLD", options->old_path, "The file or folder as it was")
+      .required()
+      .called("");
+  command.add_option("NEW", options->new_path, "The one as it is now")
+      .required()
+      .called("");
+  command.add_flag("--all", options->all,
+                   "Show echoes, too: what only follows from other changes");
+  command.add_flag("--ignore-dates", options->ignore_dates,
+                   "Leave out the dates of the builds, the folders in their "
+                   "paths, and what follows from these alone");
+  command.add_flag("--json", options->json, "Print one JSON document");
+  add_colour_option(command, options->colour);
+  command.footer(
       "Nothing is printed for what is equal. Ends with 0 if all is equal, with "
       "1 if not.\n"
       "Example: tova_fw diff released/firmware.bin out/firmware.bin\n"
       "Example: tova_fw diff --ignore-dates released out");
-  command->callback([options, &status] { status = diff(*options); });
+  command.run([options, &status] { status = diff(*options); });
 }
 
 }  // namespace tova_fw_builder

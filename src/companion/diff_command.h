@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // diff OLD NEW: what differs between two files or two folders.
-void add_diff_command(CLI::App& program, Status& status);
+void add_diff_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

@@ -2,12 +2,12 @@
 // other programs.
 #include "companion/key_command.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
+#include "companion/command_line/command_node.h"
 #include "companion/ground/byte_text.h"
 #include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
@@ -202,66 +202,65 @@ void convert(const ConvertOptions& options, MakeText make_text) {
 constexpr char kPassphraseHelp[] =
     "Take the passphrase from the first line of FILE";
 
-void add_show(CLI::App& key, Status& status) {
-  CLI::App* show = key.add_subcommand(
+void add_show(CommandNode key, Status& status) {
+  const CommandNode show = key.add_command(
       "show",
       "Bits, exponent, hash as loaders know it, and whether the halves "
       "belong together");
   const auto options = std::make_shared<ShowOptions>();
-  show->add_option("KEY", options->keys, "Key file, PEM or DER")->required();
-  show->add_option("--passphrase-file", options->passphrase_file,
-                   kPassphraseHelp)
-      ->type_name("FILE");
-  show->add_flag("--json", options->json, "Print one JSON document");
-  show->footer(
+  show.add_option("KEY", options->keys, "Key file, PEM or DER").required();
+  show.add_option("--passphrase-file", options->passphrase_file,
+                  kPassphraseHelp)
+      .called("FILE");
+  show.add_flag("--json", options->json, "Print one JSON document");
+  show.footer(
       "Status 1: no manifest can be signed with a key.\n"
       "Example:\n  tova_fw key show release.pem");
-  show->callback([options, &status] { status = show_keys(*options); });
+  show.run([options, &status] { status = show_keys(*options); });
 }
 
-void add_conversion(CLI::App& command, const char* from, MakeText make_text) {
+void add_conversion(CommandNode command, const char* from, MakeText make_text) {
   const auto options = std::make_shared<ConvertOptions>();
-  command.add_option("KEY", options->from, from)->required();
+  command.add_option("KEY", options->from, from).required();
   command
       .add_option("-o,--output", options->to,
                   "The file to write; - prints it, but no private key on a "
                   "terminal")
-      ->type_name("FILE")
-      ->required();
+      .called("FILE")
+      .required();
   command.add_flag("--public", options->public_only, "The public half alone");
   command
       .add_option("--passphrase-file", options->passphrase_file,
                   kPassphraseHelp)
-      ->type_name("FILE");
-  command.callback([options, make_text] { convert(*options, make_text); });
+      .called("FILE");
+  command.run([options, make_text] { convert(*options, make_text); });
 }
 
 }  // namespace
 
-void add_key_command(CLI::App& program, Status& status) {
-  CLI::App* key = program.add_subcommand(
-      "key", "Show keys, and convert them to and from PEM");
-  key->require_subcommand(1);
-  add_show(*key, status);
+void add_key_command(CommandNode program, Status& status) {
+  const CommandNode key =
+      program.add_command("key", "Show keys, and convert them to and from PEM");
+  add_show(key, status);
   if (!outside_keys_are_known()) {
-    key->footer(
+    key.footer(
         "This tova_fw was built without OpenSSL: import, export, PEM "
         "and DER are left out.");
     return;
   }
-  CLI::App* import =
-      key->add_subcommand("import", "Make a key file of a PEM or DER key");
-  add_conversion(*import, "PEM or DER, also encrypted, or a key file",
+  const CommandNode import =
+      key.add_command("import", "Make a key file of a PEM or DER key");
+  add_conversion(import, "PEM or DER, also encrypted, or a key file",
                  text_of_key);
-  import->footer(
+  import.footer(
       "Only RSA keys of 2048 bits are taken, with the exponent 65537 or an "
       "odd\n"
       "one of one byte. Private key files get mode 0600.\n"
       "Example:\n  tova_fw key import release.pem -o release.key");
-  CLI::App* export_command =
-      key->add_subcommand("export", "Make a PEM key of a key in any form");
-  add_conversion(*export_command, "Key file, PEM or DER", pem_of_key);
-  export_command->footer(
+  const CommandNode export_command =
+      key.add_command("export", "Make a PEM key of a key in any form");
+  add_conversion(export_command, "Key file, PEM or DER", pem_of_key);
+  export_command.footer(
       "The PEM is not encrypted, whatever the key was; private ones get mode "
       "0600.\n"
       "Example:\n  tova_fw key export release.key --public -o release.pem");

@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // Adds `key` with `show`, `import` and `export`.
-void add_key_command(CLI::App& program, Status& status);
+void add_key_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

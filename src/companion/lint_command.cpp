@@ -1,7 +1,6 @@
 // The command `lint`: what a finding costs, and the forms of the answer.
 #include "companion/lint_command.h"
 
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -10,6 +9,8 @@
 
 #include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
+#include "companion/command_line/command_line.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
@@ -61,7 +62,7 @@ std::vector<std::string> files_of(const BuildInputs& inputs,
 Status lint_definition(const Options& options) {
   if (options.list_rules) return list_rules();
   if (options.inputs.definition.empty()) {
-    throw CLI::RequiredError("DEFINITION");
+    throw WrongUsage("DEFINITION is required");
   }
   for (const std::string& name : options.disabled) check_rule_name(name);
   const std::string folder = current_directory();
@@ -98,60 +99,58 @@ Status lint_definition(const Options& options) {
   return status;
 }
 
-void add_inputs(CLI::App& command, BuilderInputNames& names) {
+void add_inputs(CommandNode command, BuilderInputNames& names) {
   command.add_option("DEFINITION", names.definition, "The image definition")
-      ->type_name("");
+      .called("");
   command
       .add_option("--header", names.header,
                   "The header of constants; without it each one is taken as "
                   "given")
-      ->type_name("FILE");
+      .called("FILE");
   command
       .add_option("--elf-list", names.elf_list,
                   "The list of ELFs, for the rules about sections, addresses "
                   "and symbols")
-      ->type_name("FILE");
+      .called("FILE");
   command
       .add_option("--key-list", names.key_list,
                   "The list of trusted keys; without it their store is taken "
                   "as given")
-      ->type_name("FILE");
+      .called("FILE");
   command
       .add_option("--default-dir", names.default_dir,
                   "Where definitions are searched second; else here")
-      ->type_name("DIR");
+      .called("DIR");
 }
 
 }  // namespace
 
-void add_lint_command(CLI::App& program, Status& status) {
-  CLI::App* command = program.add_subcommand(
-      "lint", "Find what is wrong in an image definition");
+void add_lint_command(CommandNode program, Status& status) {
+  const CommandNode command =
+      program.add_command("lint", "Find what is wrong in an image definition");
   const auto options = std::make_shared<Options>();
-  add_inputs(*command, options->inputs);
+  add_inputs(command, options->inputs);
   command
-      ->add_option("--disable", options->disabled,
-                   "Leave out a rule; may be given more than once")
-      ->type_name("RULE")
-      ->expected(1)
-      ->take_all()
-      ->allow_extra_args(false);
-  command->add_flag("--strict", options->strict,
-                    "End with status 1 on a warning, too");
-  command->add_flag("--json", options->json, "Print one JSON document");
+      .add_option("--disable", options->disabled,
+                  "Leave out a rule; may be given more than once")
+      .called("RULE")
+      .repeatable();
+  command.add_flag("--strict", options->strict,
+                   "End with status 1 on a warning, too");
+  command.add_flag("--json", options->json, "Print one JSON document");
   command
-      ->add_option("--sarif", options->sarif,
-                   "Write the findings as SARIF 2.1.0, too")
-      ->type_name("FILE");
-  command->add_flag("--list-rules", options->list_rules,
-                    "Print the rules with their levels and end");
-  add_colour_option(*command, options->colour);
-  command->footer(
+      .add_option("--sarif", options->sarif,
+                  "Write the findings as SARIF 2.1.0, too")
+      .called("FILE");
+  command.add_flag("--list-rules", options->list_rules,
+                   "Print the rules with their levels and end");
+  add_colour_option(command, options->colour);
+  command.footer(
       "Example: tova_fw lint firmware.def\n"
       "Example: tova_fw lint firmware.def --header config.h \\\n"
       "           --elf-list firmware.elfs --strict --sarif lint.sarif\n"
       "A line '# lint: allow RULE' above a statement silences the rule there.");
-  command->callback([options, &status] { status = lint_definition(*options); });
+  command.run([options, &status] { status = lint_definition(*options); });
 }
 
 }  // namespace tova_fw_builder

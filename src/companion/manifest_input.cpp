@@ -1,11 +1,11 @@
 #include "companion/manifest_input.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstring>
 #include <span>
 #include <stdexcept>
 
+#include "companion/command_line/command_node.h"
 #include "companion/ground/input_file.h"
 #include "companion/ground/trouble.h"
 #include "image/kelp15.h"
@@ -83,14 +83,12 @@ void note_debug_mark(const std::string& path,
   }
 }
 
-void add_kind_of_signature(CLI::App& command, bool& debug) {
-  auto* kind = command.add_option_group("Kind of signature");
-  kind->add_flag_callback(
-      "--debug", [&debug] { debug = true; },
-      "A debug signature, which loaders tell by its mark");
-  kind->add_flag_callback(
-      "--release", [&debug] { debug = false; }, "A release signature");
-  kind->require_option(1);
+void add_kind_of_signature(CommandNode command, bool& debug) {
+  command.add_choices(
+      "Kind of signature",
+      {{"--debug", "A debug signature, which loaders tell by its mark",
+        [&debug] { debug = true; }},
+       {"--release", "A release signature", [&debug] { debug = false; }}});
 }
 
 }  // namespace tova_fw_builder

@@ -9,11 +9,9 @@
 
 #include "image/image.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
+
+class CommandNode;
 
 // The bytes of a manifest's file. Throws as read_head does, and
 // std::runtime_error "is too long for a manifest".
@@ -35,6 +33,6 @@ void note_debug_mark(const std::string& path,
                      const std::vector<std::uint8_t>& bytes, bool debug);
 
 // Adds --debug and --release, of which one is to be given, and sets `debug`.
-void add_kind_of_signature(CLI::App& command, bool& debug);
+void add_kind_of_signature(CommandNode command, bool& debug);
 
 }  // namespace tova_fw_builder

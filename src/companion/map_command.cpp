@@ -1,7 +1,6 @@
 // The command `map`: what it is to show, and where the answer goes.
 #include "companion/map_command.h"
 
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -11,6 +10,8 @@
 
 #include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
+#include "companion/command_line/command_line.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
 #include "companion/ground/output_file.h"
@@ -131,10 +132,10 @@ Status show_map(const Options& options) {
   }
   const Outputs outputs = {{options.json}, {options.html}};
   if (outputs.json.is_printed() && outputs.html.is_printed()) {
-    throw CLI::ValidationError("--json and --html can't both be printed");
+    throw WrongUsage("--json and --html can't both be printed");
   }
   if (are_one_file(outputs.json.path, outputs.html.path)) {
-    throw CLI::ValidationError("--json and --html can't be one file");
+    throw WrongUsage("--json and --html can't be one file");
   }
   const BuildInputs inputs = builder_inputs(options.inputs);
 
@@ -164,62 +165,60 @@ Status show_map(const Options& options) {
              : Status::kTrouble;
 }
 
-void add_inputs(CLI::App& command, BuilderInputNames& names) {
+void add_inputs(CommandNode command, BuilderInputNames& names) {
   command.add_option("--definition", names.definition, "The image definition")
-      ->required()
-      ->type_name("FILE");
+      .required()
+      .called("FILE");
   command
       .add_option("--header", names.header,
                   "The header of constants, if the definition uses one")
-      ->type_name("FILE");
+      .called("FILE");
   command.add_option("--elf-list", names.elf_list, "The list of ELFs")
-      ->required()
-      ->type_name("FILE");
+      .required()
+      .called("FILE");
   command
       .add_option("--key-list", names.key_list,
                   "The list of trusted keys, if the image has a store of them")
-      ->type_name("FILE");
+      .called("FILE");
   command
       .add_option("--default-dir", names.default_dir,
                   "Where definitions are searched second; else here")
-      ->type_name("DIR");
+      .called("DIR");
 }
 
 }  // namespace
 
-void add_map_command(CLI::App& program, Status& status) {
-  CLI::App* command =
-      program.add_subcommand("map", "Show where the memory of an image goes");
+void add_map_command(CommandNode program, Status& status) {
+  const CommandNode command =
+      program.add_command("map", "Show where the memory of an image goes");
   const auto options = std::make_shared<Options>();
-  add_inputs(*command, options->inputs);
+  add_inputs(command, options->inputs);
   command
-      ->add_option("--json", options->json,
-                   "Write one JSON document instead of the tables; - prints it")
-      ->type_name("FILE");
+      .add_option("--json", options->json,
+                  "Write one JSON document instead of the tables; - prints it")
+      .called("FILE");
   command
-      ->add_option("--html", options->html,
-                   "Write one page for the browser instead of the tables")
-      ->type_name("FILE");
+      .add_option("--html", options->html,
+                  "Write one page for the browser instead of the tables")
+      .called("FILE");
   command
-      ->add_option("--baseline", options->baseline,
-                   "Show what grew since the build that --json wrote this of")
-      ->type_name("OLD.json");
+      .add_option("--baseline", options->baseline,
+                  "Show what grew since the build that --json wrote this of")
+      .called("OLD.json");
   command
-      ->add_option(
-          "--budget", options->budgets,
-          "End with status 1 if more of a memory class is used: bytes, "
-          "K, M or %")
-      ->type_name("CLASS=LIMIT")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command->add_flag("--long", options->is_long, "Show every row");
-  add_colour_option(*command, options->colour);
-  command->footer(
+      .add_option("--budget", options->budgets,
+                  "End with status 1 if more of a memory class is used: bytes, "
+                  "K, M or %")
+      .called("CLASS=LIMIT")
+      .repeatable();
+  command.add_flag("--long", options->is_long, "Show every row");
+  add_colour_option(command, options->colour);
+  command.footer(
       "Example: tova_fw map --definition firmware.def --header config.h \\\n"
       "           --elf-list firmware.elfs --budget sram=90%\n"
       "The other inputs are those of tova_fw_builder build; paths in the ELF "
       "list and\nthe key list count from the definition's folder.");
-  command->callback([options, &status] { status = show_map(*options); });
+  command.run([options, &status] { status = show_map(*options); });
 }
 
 }  // namespace tova_fw_builder

@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // map: where the memory of an image goes, from the inputs of `build`.
-void add_map_command(CLI::App& program, Status& status);
+void add_map_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

@@ -1,13 +1,14 @@
 #include "companion/program.h"
 
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "companion/attach_command.h"
 #include "companion/check_command.h"
+#include "companion/command_line/command_line.h"
 #include "companion/completion_command.h"
 #include "companion/diff_command.h"
 #include "companion/ground/standard_output.h"
@@ -21,13 +22,12 @@
 #include "companion/tables_command.h"
 #include "companion/to_sign_command.h"
 #include "companion/where_command.h"
-#include "companion/wrong_usage.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
 namespace {
 
-using AddCommand = void (*)(CLI::App& program, Status& status);
+using AddCommand = void (*)(CommandNode program, Status& status);
 
 // In the order of the help.
 constexpr AddCommand kCommands[] = {
@@ -37,18 +37,13 @@ constexpr AddCommand kCommands[] = {
     add_attach_command, add_completion_command,
 };
 
-Status run(CLI::App& program, const std::vector<std::string>& arguments,
-           const Status& status) {
+Status run(CommandLine& line, const std::vector<std::string>& arguments) {
   try {
-    // The library takes them from the end.
-    program.parse(std::vector(arguments.rbegin(), arguments.rend()));
-    return status;
-  } catch (const CLI::Success& answer) {  // --help, --version
-    program.exit(answer);
+    line.run(arguments);
     return Status::kYes;
-  } catch (const CLI::ParseError& error) {
-    report_trouble("", wrong_usage_text(program, error));
-    std::cerr << "Try '" << command_of(program) << " --help'.\n";
+  } catch (const WrongUsage& error) {
+    report_trouble("", error.what());
+    std::cerr << "Try '" << line.understood() << " --help'.\n";
   } catch (const std::bad_alloc&) {
     report_trouble("", "there is not enough memory");
   } catch (const std::exception& error) {
@@ -65,17 +60,12 @@ int run_program(const std::vector<std::string>& arguments) {
   set_log_level(kLogError - 1);  // the builder's code has nothing to say here
 
   Status status = Status::kYes;
-  CLI::App program("Looks into firmware images and what belongs to them.",
-                   "tova_fw");
-  program.set_help_flag("-h,--help", "Print this help and end");
-  program.set_version_flag("--version", "tova_fw " TOVA_VERSION,
-                           "Print the version and end");
-  program.require_subcommand(1);
-  // A word with a slash ahead is a path on every system.
-  program.allow_windows_style_options(false);
-  for (const AddCommand add : kCommands) add(program, status);
+  CommandLine line("tova_fw",
+                   "Looks into firmware images and what belongs to them.",
+                   "tova_fw " TOVA_VERSION);
+  for (const AddCommand add : kCommands) add(line.program(), status);
 
-  status = worse_of(status, run(program, arguments, status));
+  status = worse_of(run(line, arguments), status);
   if (!finish_standard_output()) status = Status::kTrouble;
   return static_cast<int>(status);
 }

@@ -2,10 +2,10 @@
 // The program tova_fw: its commands in one table.
 //
 // A command is a file of its own with
-//   void add_NAME_command(CLI::App& program, Status& status);
-// which adds the subcommand with its options, its help, an example in the
-// footer, and a callback that does the work and sets `status`. What the
-// callback throws is reported as trouble.
+//   void add_NAME_command(CommandNode program, Status& status);
+// which adds the command with its options, its help, an example in the footer,
+// and what it runs, which sets `status`. What that throws is reported as
+// trouble.
 #pragma once
 
 #include <string>

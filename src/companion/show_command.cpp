@@ -1,6 +1,5 @@
 #include "companion/show_command.h"
 
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -9,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "companion/choice.h"
 #include "companion/colour_option.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/byte_text.h"
 #include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
@@ -156,42 +155,46 @@ Status show_files(const Options& options) {
 
 }  // namespace
 
-void add_show_command(CLI::App& program, Status& status) {
-  CLI::App* command =
-      program.add_subcommand("show", "Show what is in each file");
+void add_show_command(CommandNode program, Status& status) {
+  const CommandNode command =
+      program.add_command("show", "Show what is in each file");
   const auto options = std::make_shared<Options>();
-  command->add_option("FILE", options->files, "The files to show")
-      ->required()
-      ->type_name("");
+  command.add_option("FILE", options->files, "The files to show")
+      .required()
+      .called("");
   std::vector<std::string> formats;
   for (const std::string_view name : format_names()) formats.emplace_back(name);
-  take_one_of(*command->add_option(
-                  "--as", options->as,
-                  "Take the files as this format, whatever they look like"),
-              formats);
-  CLI::Option* script = command->add_option(
-      "--script", options->script,
-      "List a flash image by the statements of the script that made it");
-  script->type_name("SCRIPT")->excludes("--as");
+  const Option as =
+      command
+          .add_option("--as", options->as,
+                      "Take the files as this format, whatever they look like")
+          .one_of(formats);
+  const Option script =
+      command
+          .add_option(
+              "--script", options->script,
+              "List a flash image by the statements of the script that made it")
+          .called("SCRIPT")
+          .excludes(as);
   command
-      ->add_option("--deploy-dir", options->deploy,
-                   "What stands in front of the script's file names, as for "
-                   "build_img; else the image's folder")
-      ->type_name("PREFIX")
-      ->needs(script);
-  command->add_flag("--long", options->is_long, "Show every field");
-  command->add_flag("--bytes", options->bytes,
-                    "List every byte range instead: offset, length, field and "
-                    "value");
-  command->add_flag("--json", options->json, "Print one JSON document");
-  add_colour_option(*command, options->colour);
-  command->footer(
+      .add_option("--deploy-dir", options->deploy,
+                  "What stands in front of the script's file names, as for "
+                  "build_img; else the image's folder")
+      .called("PREFIX")
+      .needs(script);
+  command.add_flag("--long", options->is_long, "Show every field");
+  command.add_flag("--bytes", options->bytes,
+                   "List every byte range instead: offset, length, field and "
+                   "value");
+  command.add_flag("--json", options->json, "Print one JSON document");
+  add_colour_option(command, options->colour);
+  command.footer(
       "Ends with 0 if every file was shown, a damaged one, too, with its "
       "problems; with 2\n"
       "if a file can't be read or nothing in it is known.\n"
       "Example: tova_fw show --long firmware.bin firmware.man\n"
       "Example: tova_fw show --json firmware.bin | jq '.files[0].modules'");
-  command->callback([options, &status] { status = show_files(*options); });
+  command.run([options, &status] { status = show_files(*options); });
 }
 
 }  // namespace tova_fw_builder

@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // show FILE...: what is in each file.
-void add_show_command(CLI::App& program, Status& status);
+void add_show_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,5 @@
 #include "companion/tables_command.h"
 
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include "companion/command_line/command_node.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
@@ -60,38 +60,37 @@ Status write_tables(const Options& options) {
 
 }  // namespace
 
-void add_tables_command(CLI::App& program, Status& status) {
+void add_tables_command(CommandNode program, Status& status) {
   if (!can_read_elfs()) {
     program.footer("This tova_fw was built without libelf: it lacks tables.");
     return;
   }
-  CLI::App* command = program.add_subcommand(
+  const CommandNode command = program.add_command(
       "tables", "Write the section tables and symbol lists of ELFs");
   const auto options = std::make_shared<Options>();
-  command->add_option("ELF", options->elfs, "Linked ELFs, in the list's order")
-      ->required()
-      ->type_name("");
+  command.add_option("ELF", options->elfs, "Linked ELFs, in the list's order")
+      .required()
+      .called("");
   command
-      ->add_option("-o,--output", options->folder,
-                   "Where the tables go: NAME.sections and NAME.symbols")
-      ->required()
-      ->type_name("FOLDER");
+      .add_option("-o,--output", options->folder,
+                  "Where the tables go: NAME.sections and NAME.symbols")
+      .required()
+      .called("FOLDER");
   command
-      ->add_option("--name", options->names,
-                   "What the tables of the first ELF are called, then of the "
-                   "second; else by the ELF's file")
-      ->type_name("NAME")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+      .add_option("--name", options->names,
+                  "What the tables of the first ELF are called, then of the "
+                  "second; else by the ELF's file")
+      .called("NAME")
+      .repeatable();
   command
-      ->add_option("--list", options->list,
-                   "The list of the ELFs; else FOLDER/firmware.elfs")
-      ->type_name("FILE");
-  command->footer(
+      .add_option("--list", options->list,
+                  "The list of the ELFs; else FOLDER/firmware.elfs")
+      .called("FILE");
+  command.footer(
       "Example: tova_fw tables build/base_fw.elf build/mixer.elf -o out\n"
       "tova_fw_builder makes the same image of them as of those that objdump "
       "-h and nm\nof GNU binutils print. Paths in the list are absolute.");
-  command->callback([options, &status] { status = write_tables(*options); });
+  command.run([options, &status] { status = write_tables(*options); });
 }
 
 }  // namespace tova_fw_builder

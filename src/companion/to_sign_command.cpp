@@ -3,12 +3,11 @@
 // they are given, which then has to name the digest's algorithm, too.
 #include "companion/to_sign_command.h"
 
-#include <CLI/CLI.hpp>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "companion/choice.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/byte_text.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/output_file.h"
@@ -63,37 +62,37 @@ void write_bytes_to_sign(const Options& options) {
 
 }  // namespace
 
-void add_to_sign_command(CLI::App& program, Status&) {
-  CLI::App* command = program.add_subcommand(
-      "to-sign", "Write what a signer outside has to sign");
+void add_to_sign_command(CommandNode program, Status&) {
+  const CommandNode command =
+      program.add_command("to-sign", "Write what a signer outside has to sign");
   const auto options = std::make_shared<Options>();
-  command->add_option("MANIFEST", options->manifest, "Manifest of a 1.5 image")
-      ->required();
-  add_kind_of_signature(*command, options->debug);
-  CLI::Option* form =
-      command->add_option("--as", options->form,
-                          "message: for signers that hash it themselves\n"
-                          "digest: 32 bytes of SHA-256\n"
-                          "digest-info: the digest and its algorithm in DER, "
-                          "for a raw RSA mechanism");
-  take_one_of(*form->capture_default_str(),
-              {"message", "digest", "digest-info"});
+  command.add_option("MANIFEST", options->manifest, "Manifest of a 1.5 image")
+      .required();
+  add_kind_of_signature(command, options->debug);
   command
-      ->add_option("-o,--output", options->output,
-                   "The file to write; else, or with -, the standard output")
-      ->type_name("FILE");
-  auto* hexadecimal_flag = command->add_flag("--hex", options->hexadecimal,
-                                             "Write hexadecimal digits");
-  command->add_flag("--base64", options->base64, "Write base64")
-      ->excludes(hexadecimal_flag);
-  command->footer(
+      .add_option("--as", options->form,
+                  "message: for signers that hash it themselves\n"
+                  "digest: 32 bytes of SHA-256\n"
+                  "digest-info: the digest and its algorithm in DER, "
+                  "for a raw RSA mechanism")
+      .with_default()
+      .one_of({"message", "digest", "digest-info"});
+  command
+      .add_option("-o,--output", options->output,
+                  "The file to write; else, or with -, the standard output")
+      .called("FILE");
+  const Option hexadecimal = command.add_flag("--hex", options->hexadecimal,
+                                              "Write hexadecimal digits");
+  command.add_flag("--base64", options->base64, "Write base64")
+      .excludes(hexadecimal);
+  command.footer(
       "The signature has to be RSASSA-PKCS1-v1_5 with SHA-256. Put it into "
       "the\n"
       "manifest with tova_fw attach.\n"
       "Example:\n"
       "  tova_fw to-sign firmware.man --release |\n"
       "    openssl dgst -sha256 -sign release.pem -out firmware.sig");
-  command->callback([options] { write_bytes_to_sign(*options); });
+  command.run([options] { write_bytes_to_sign(*options); });
 }
 
 }  // namespace tova_fw_builder

@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // Adds `to-sign`: what a signer outside has to sign.
-void add_to_sign_command(CLI::App& program, Status& status);
+void add_to_sign_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

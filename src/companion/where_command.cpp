@@ -2,7 +2,6 @@
 // that name, unless it begins with 0x.
 #include "companion/where_command.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
 #include <filesystem>
@@ -18,6 +17,7 @@
 #include "address_lookup/address_lookup.h"
 #include "address_lookup/address_words.h"
 #include "address_lookup/owner_forms.h"
+#include "companion/command_line/command_node.h"
 #include "companion/ground/json.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
@@ -165,29 +165,29 @@ Status look_up(const Options& options) {
 
 }  // namespace
 
-void add_where_command(CLI::App& program, Status& status) {
-  CLI::App* command = program.add_subcommand(
+void add_where_command(CommandNode program, Status& status) {
+  const CommandNode command = program.add_command(
       "where", "Tell what run addresses belong to, as for a crash log");
   const auto options = std::make_shared<Options>();
   command
-      ->add_option("FILE|ADDRESS", options->words,
-                   "Manifests of 1.5, binaries, files of contents, folders of "
-                   "them; and addresses, - for those in the standard input")
-      ->required()
-      ->type_name("");
+      .add_option("FILE|ADDRESS", options->words,
+                  "Manifests of 1.5, binaries, files of contents, folders of "
+                  "them; and addresses, - for those in the standard input")
+      .required()
+      .called("");
   command
-      ->add_option("--elf-list", options->elf_list,
-                   "The list of the ELFs: tells section and symbol, too")
-      ->type_name("FILE");
-  command->add_flag("--json", options->json, "Print one JSON document");
-  command->footer(
+      .add_option("--elf-list", options->elf_list,
+                  "The list of the ELFs: tells section and symbol, too")
+      .called("FILE");
+  command.add_flag("--json", options->json, "Print one JSON document");
+  command.footer(
       "Addresses are hexadecimal, with or without 0x. A word that names a file "
       "is a\nfile, unless it begins with 0x. Of the standard input, words with "
       "0x, words of\neight digits, and the only word of a line are taken.\n"
       "Example: tova_fw where firmware.bin --elf-list firmware.elfs "
       "0x9001004c\n"
       "Example: tova_fw where out/ - <crash.log");
-  command->callback([options, &status] { status = look_up(*options); });
+  command.run([options, &status] { status = look_up(*options); });
 }
 
 }  // namespace tova_fw_builder

@@ -3,13 +3,11 @@
 
 #include "companion/ground/status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tova_fw_builder {
 
+class CommandNode;
+
 // Adds `tova_fw where`: what run addresses belong to.
-void add_where_command(CLI::App& program, Status& status);
+void add_where_command(CommandNode program, Status& status);
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,6 @@
 // Where a command is missing the parser says so, even if a word stands there:
 // what it made nothing of is looked at first.
-#include "companion/wrong_usage.h"
+#include "companion/command_line/wrong_usage.h"
 
 #include <CLI/CLI.hpp>
 #include <vector>

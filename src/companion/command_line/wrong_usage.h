@@ -1,4 +1,4 @@
-// companion/wrong_usage.h
+// companion/command_line/wrong_usage.h
 #pragma once
 
 #include <string>

@@ -1,0 +1,97 @@
+#include "companion/command_line/command_node.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "companion/ground/nearest.h"
+
+namespace tova_fw_builder {
+
+Option Option::required() const {
+  option_->required();
+  return *this;
+}
+
+Option Option::called(const std::string& value) const {
+  option_->type_name(value);
+  return *this;
+}
+
+Option Option::repeatable() const {
+  option_->expected(1)->take_all()->allow_extra_args(false);
+  return *this;
+}
+
+Option Option::one_of(const std::vector<std::string>& words) const {
+  const auto refuse = [words](const std::string& word) -> std::string {
+    if (std::find(words.begin(), words.end(), word) != words.end()) return "";
+    Nearest nearest(word);
+    for (const std::string& known : words) nearest.offer(known);
+    return "'" + word + "' is none of " + CLI::detail::join(words, ", ") +
+           nearest.question();
+  };
+  option_->check(CLI::Validator(refuse, ""))
+      ->type_name(CLI::detail::join(words, "|"));
+  return *this;
+}
+
+Option Option::with_default() const {
+  option_->capture_default_str();
+  return *this;
+}
+
+Option Option::excludes(const Option& other) const {
+  option_->excludes(other.option_);
+  return *this;
+}
+
+Option Option::needs(const Option& other) const {
+  option_->needs(other.option_);
+  return *this;
+}
+
+CommandNode CommandNode::add_command(const std::string& name,
+                                     const std::string& description) const {
+  app_->require_subcommand(1);
+  return CommandNode(*app_->add_subcommand(name, description));
+}
+
+Option CommandNode::add_option(const std::string& names, std::string& value,
+                               const std::string& help) const {
+  return Option(*app_->add_option(names, value, help));
+}
+
+Option CommandNode::add_option(const std::string& names,
+                               std::vector<std::string>& values,
+                               const std::string& help) const {
+  return Option(*app_->add_option(names, values, help));
+}
+
+Option CommandNode::add_option(
+    const std::string& names,
+    const std::function<void(const std::string&)>& take,
+    const std::string& help) const {
+  return Option(*app_->add_option_function<std::string>(names, take, help));
+}
+
+Option CommandNode::add_flag(const std::string& names, bool& given,
+                             const std::string& help) const {
+  return Option(*app_->add_flag(names, given, help));
+}
+
+void CommandNode::add_choices(const std::string& title,
+                              const std::vector<Choice>& choices) const {
+  CLI::Option_group* group = app_->add_option_group(title);
+  for (const Choice& choice : choices) {
+    group->add_flag_callback(choice.name, choice.choose, choice.help);
+  }
+  group->require_option(1);
+}
+
+void CommandNode::footer(const std::string& text) const { app_->footer(text); }
+
+void CommandNode::run(const std::function<void()>& action) const {
+  app_->callback(action);
+}
+
+}  // namespace tova_fw_builder
