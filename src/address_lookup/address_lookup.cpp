@@ -59,7 +59,7 @@ std::vector<AddressOwner> AddressLookup::owners_of(
       owner.file = {segment.file,
                     segment.file_offset + address - segment.range.begin};
     }
-    owners.push_back(std::move(owner));
+    owners.push_back(owner);
   };
 
   auto alone = segments_at(address);
@@ -71,8 +71,8 @@ std::vector<AddressOwner> AddressLookup::owners_of(
     AddressOwner owner;
     owner.section = {section.name, address - section.range.begin};
     owner.elf = section.elf;
-    if (const ElfSymbol* symbol = elfs_.symbol_at(section, address)) {
-      owner.symbol = {std::string(symbol->name), address - symbol->address};
+    if (const ElfSymbol* symbol = ElfPlaces::symbol_at(section, address)) {
+      owner.symbol = {symbol->name, address - symbol->address};
     }
     bool is_told = false;
     for (const ImageSegment* segment : segments) {
@@ -81,7 +81,7 @@ std::vector<AddressOwner> AddressLookup::owners_of(
       std::erase(alone, segment);
       is_told = true;
     }
-    if (!is_told) owners.push_back(std::move(owner));
+    if (!is_told) owners.push_back(owner);
   }
   for (const ImageSegment* segment : alone) add_segment(*segment, {});
   return owners;

@@ -15,15 +15,16 @@ namespace tova_fw_builder {
 
 // A text and how far behind its start the address is; empty if there is none.
 struct NamedOffset {
-  std::string name = {};
+  std::string_view name = {};
   std::uint64_t offset = 0;
 };
 
+// The texts are those of the lookup.
 struct AddressOwner {
-  std::string module = {};  // empty without a file that tells it
+  std::string_view module = {};  // empty without a file that tells it
   NamedOffset segment = {};
-  NamedOffset section = {};  // empty without ELFs, and for padding
-  std::string elf = {};      // of the section
+  NamedOffset section = {};   // empty without ELFs, and for padding
+  std::string_view elf = {};  // of the section
   NamedOffset symbol = {};
   NamedOffset file = {};  // with the place of the byte; empty for zeroed data
 };

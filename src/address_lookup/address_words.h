@@ -18,7 +18,7 @@ std::optional<std::uint32_t> parse_address(std::string_view text);
 // words of just eight digits, and the only word of a line. A word is what
 // letters, digits and '_' stand together in; one that is no address of 32 bits
 // is passed over. Of a line of more than 4096 characters the rest counts as
-// another one.
+// another one. What `in` is tied to is flushed ahead of each wait for more.
 void find_addresses(std::istream& in,
                     const std::function<void(std::uint32_t)>& take);
 

@@ -37,8 +37,9 @@ ElfPlaces::ElfPlaces(const std::string& list) {
   for (ElfListEntry elf : read_elf_list(list)) {
     elf.memmap = found_path(elf.memmap, list);
     elf.nm = found_path(elf.nm, list);
+    const std::size_t first_section = sections_.size();
     naming(elf.memmap, [&] { read_sections(elf); });
-    read_symbols(elf);
+    read_symbols(elf, first_section);
   }
 }
 
@@ -48,14 +49,12 @@ void ElfPlaces::read_sections(const ElfListEntry& elf) {
   for (const auto& [name, header] : one.sections) {
     if (!header->alloc || header->size == 0) continue;
     const std::uint64_t begin = header->vma;
-    sections_.push_back({name,
-                         elf.elf,
-                         {begin, begin + header->size},
-                         static_cast<std::uint32_t>(symbols_.size())});
+    sections_.push_back({name, elf.elf, {begin, begin + header->size}, {}});
   }
 }
 
-void ElfPlaces::read_symbols(const ElfListEntry& elf) {
+void ElfPlaces::read_symbols(const ElfListEntry& elf,
+                             std::size_t first_section) {
   std::vector<ElfSymbol>& symbols = symbols_.emplace_back();
   for_each_symbol(
       *open_input(elf.nm), [&](const FwImageMap::SymbolMap::Entry& entry) {
@@ -67,16 +66,21 @@ void ElfPlaces::read_symbols(const ElfListEntry& elf) {
                            {copy, entry.name.copy(copy, length)}});
       });
   std::ranges::sort(symbols, comes_before);
+  for (std::size_t i = first_section; i < sections_.size(); ++i) {
+    const auto place = [&](std::uint64_t address) {
+      return std::ranges::lower_bound(symbols, address, {},
+                                      &ElfSymbol::address);
+    };
+    ElfSection& section = sections_[i];
+    section.symbols = {place(section.range.begin), place(section.range.end)};
+  }
 }
 
 const ElfSymbol* ElfPlaces::symbol_at(const ElfSection& section,
-                                      std::uint32_t address) const {
-  const auto& symbols = symbols_[section.elf_number];
-  const auto behind =
-      std::ranges::upper_bound(symbols, address, {}, &ElfSymbol::address);
-  if (behind == symbols.begin()) return nullptr;
-  const ElfSymbol& last = *(behind - 1);
-  return last.address >= section.range.begin ? &last : nullptr;
+                                      std::uint32_t address) {
+  const auto behind = std::ranges::upper_bound(section.symbols, address, {},
+                                               &ElfSymbol::address);
+  return behind == section.symbols.begin() ? nullptr : &*(behind - 1);
 }
 
 }  // namespace tova_fw_builder

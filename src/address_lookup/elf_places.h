@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <memory_resource>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,17 +15,17 @@
 
 namespace tova_fw_builder {
 
-struct ElfSection {
-  std::string name;
-  std::string elf;
-  AddressRange range;
-  std::uint32_t elf_number = 0;
-};
-
 struct ElfSymbol {
   std::uint32_t address = 0;
   bool is_global = false;
   std::string_view name;
+};
+
+struct ElfSection {
+  std::string name;
+  std::string elf;
+  AddressRange range;
+  std::span<const ElfSymbol> symbols;  // of its ELF and in its range, in order
 };
 
 class ElfPlaces {
@@ -40,12 +41,12 @@ class ElfPlaces {
 
   // The last symbol of the section up to the address; of those at one address
   // a global one, and the first by name. Null if there is none.
-  const ElfSymbol* symbol_at(const ElfSection& section,
-                             std::uint32_t address) const;
+  static const ElfSymbol* symbol_at(const ElfSection& section,
+                                    std::uint32_t address);
 
  private:
   void read_sections(const ElfListEntry& elf);
-  void read_symbols(const ElfListEntry& elf);
+  void read_symbols(const ElfListEntry& elf, std::size_t first_section);
 
   std::vector<ElfSection> sections_;
   std::vector<std::vector<ElfSymbol>> symbols_;  // of each ELF, by address

@@ -1,32 +1,46 @@
 #include "address_lookup/owner_forms.h"
 
-#include <array>
-#include <cstdio>
 #include <string>
+#include <string_view>
 
+#include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
 
 namespace tova_fw_builder {
 namespace {
 
 std::string address_text(std::uint32_t address) {
-  std::array<char, 16> text;
-  std::snprintf(text.data(), text.size(), "0x%08x",
-                static_cast<unsigned>(address));
-  return text.data();
+  std::string text = "0x00000000";
+  for (std::size_t i = text.size(); address != 0; address >>= 4) {
+    text[--i] = "0123456789abcdef"[address & 0xF];
+  }
+  return text;
 }
 
 // "NAME+0x4c"; of a file "NAME@0x4c".
-std::string offset_text(const NamedOffset& place, char between) {
-  if (place.name.empty()) return "-";
-  return printable(place.name) + between + hex_number(place.offset);
+void add_place(std::string& line, const NamedOffset& place, char between) {
+  line += "  ";
+  if (place.name.empty()) {
+    line += '-';
+    return;
+  }
+  line += printable(place.name);
+  line += between;
+  line += hex_number(place.offset);
 }
 
-void add(Json& json, const char* name, const char* offset_name,
-         const NamedOffset& place) {
+void add_member(std::string& json, std::string_view name,
+                std::string_view value) {
+  json += json.back() == '{' ? "\n" : ",\n";
+  json.append("          \"").append(name).append("\": ").append(value);
+}
+
+void add_place(std::string& json, std::string_view name,
+               const NamedOffset& place) {
   if (place.name.empty()) return;
-  json[name] = place.name;
-  json[offset_name] = place.offset;
+  add_member(json, name, json_string(place.name));
+  add_member(json, std::string(name) += "_offset",
+             std::to_string(place.offset));
 }
 
 }  // namespace
@@ -34,34 +48,36 @@ void add(Json& json, const char* name, const char* offset_name,
 void print_owners(std::ostream& out, const AddressLookup& lookup,
                   std::uint32_t address,
                   const std::vector<AddressOwner>& owners) {
-  if (owners.empty()) {
-    out << address_text(address) << "  belongs to nothing\n";
-  }
+  const std::string start = address_text(address) + "  ";
+  if (owners.empty()) out << start + "belongs to nothing\n";
   for (const AddressOwner& owner : owners) {
-    out << address_text(address) << "  "
-        << (owner.module.empty() ? "-" : printable(owner.module)) << "  "
-        << offset_text(
-               owner.section.name.empty() ? owner.segment : owner.section, '+');
-    if (lookup.knows_elfs()) out << "  " << offset_text(owner.symbol, '+');
-    if (lookup.knows_files()) out << "  " << offset_text(owner.file, '@');
-    out << '\n';
+    std::string line = start;
+    line += owner.module.empty() ? "-" : printable(owner.module);
+    add_place(line, owner.section.name.empty() ? owner.segment : owner.section,
+              '+');
+    if (lookup.knows_elfs()) add_place(line, owner.symbol, '+');
+    if (lookup.knows_files()) add_place(line, owner.file, '@');
+    out << line + '\n';
   }
 }
 
-Json owners_json(std::uint32_t address,
-                 const std::vector<AddressOwner>& owners) {
-  Json list = Json::array();
+std::string owners_json(std::uint32_t address,
+                        const std::vector<AddressOwner>& owners) {
+  std::string json = "{\n      \"address\": " + std::to_string(address) +
+                     ",\n      \"owners\": [";
   for (const AddressOwner& owner : owners) {
-    Json json = Json::object();
-    if (!owner.module.empty()) json["module"] = owner.module;
-    add(json, "segment", "segment_offset", owner.segment);
-    add(json, "section", "section_offset", owner.section);
-    if (!owner.elf.empty()) json["elf"] = owner.elf;
-    add(json, "symbol", "symbol_offset", owner.symbol);
-    add(json, "file", "file_offset", owner.file);
-    list.push_back(std::move(json));
+    json += json.back() == '[' ? "\n        {" : ",\n        {";
+    if (!owner.module.empty()) {
+      add_member(json, "module", json_string(owner.module));
+    }
+    add_place(json, "segment", owner.segment);
+    add_place(json, "section", owner.section);
+    if (!owner.elf.empty()) add_member(json, "elf", json_string(owner.elf));
+    add_place(json, "symbol", owner.symbol);
+    add_place(json, "file", owner.file);
+    json += "\n        }";
   }
-  return {{"address", address}, {"owners", std::move(list)}};
+  return json += owners.empty() ? "]\n    }" : "\n      ]\n    }";
 }
 
 }  // namespace tova_fw_builder

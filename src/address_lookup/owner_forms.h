@@ -2,11 +2,12 @@
 // The owners of an address as text and as JSON.
 #pragma once
 
+#include <cstdint>
 #include <ostream>
+#include <string>
 #include <vector>
 
 #include "address_lookup/address_lookup.h"
-#include "companion/ground/json.h"
 
 namespace tova_fw_builder {
 
@@ -17,8 +18,10 @@ void print_owners(std::ostream& out, const AddressLookup& lookup,
                   std::uint32_t address,
                   const std::vector<AddressOwner>& owners);
 
-// {address, owners}; an owner has no member for what isn't known.
-Json owners_json(std::uint32_t address,
-                 const std::vector<AddressOwner>& owners);
+// {address, owners} as an entry of a list in the document, from its first brace
+// to its last; an owner has no member for what isn't known. Written as text,
+// since a log may have millions of addresses.
+std::string owners_json(std::uint32_t address,
+                        const std::vector<AddressOwner>& owners);
 
 }  // namespace tova_fw_builder

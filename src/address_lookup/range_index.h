@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace tova_fw_builder {
@@ -19,7 +20,8 @@ struct AddressRange {
   }
 };
 
-// Ranges that may overlap, by their numbers.
+// Ranges that may overlap, by their numbers. What it takes to find those of an
+// address grows with how many they are, and hardly with how many there are.
 class RangeIndex {
  public:
   RangeIndex() = default;
@@ -32,8 +34,13 @@ class RangeIndex {
   struct Entry {
     AddressRange range;
     std::uint32_t number;
-    std::uint64_t furthest;  // end of this one and all before it
+    std::uint64_t furthest;  // end of this one and all below it
   };
+
+  static std::uint64_t note_furthest(std::span<Entry> span);
+  static void find(std::span<const Entry> span, std::uint64_t address,
+                   std::vector<std::uint32_t>& numbers);
+
   std::vector<Entry> entries_;
 };
 

@@ -18,7 +18,6 @@
 #include "address_lookup/address_words.h"
 #include "address_lookup/owner_forms.h"
 #include "companion/command_line/command_node.h"
-#include "companion/ground/json.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/native_path.h"
@@ -133,28 +132,18 @@ void ask(const std::vector<Question>& questions,
   }
 }
 
-// An entry of the document's list, without its line end.
-std::string json_entry(const Json& json) {
-  std::string text;
-  for (const char c : "\n" + json_text(json)) {
-    text += c;
-    if (c == '\n') text += "    ";
-  }
-  return text.substr(0, text.find_last_not_of(" \n") + 1);
-}
-
 Status look_up(const Options& options) {
   Status status = Status::kYes;
   const Words words = sort_words(options.words);
   const AddressLookup lookup = make_lookup(words, options, status);
-  const char* between = "";
+  const char* between = "\n    ";
   if (options.json) std::cout << "{\n  \"schema\": 1,\n  \"addresses\": [";
   ask(words.questions, [&](std::uint32_t address) {
     const auto owners = lookup.owners_of(address);
     if (owners.empty()) status = worse_of(status, Status::kNo);
     if (options.json) {
-      std::cout << between << json_entry(owners_json(address, owners));
-      between = ",";
+      std::cout << between << owners_json(address, owners);
+      between = ",\n    ";
     } else {
       print_owners(std::cout, lookup, address, owners);
     }

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
 
 #include "address_lookup/address_words.h"
 #include "address_lookup/owner_forms.h"
+#include "companion/ground/json.h"
 #include "inspect/check/check.h"
 #include "inspect/check/image_samples.h"
 #include "support/bytes.h"
@@ -26,6 +28,28 @@ TEST(RangeIndex, FindsAllThatHaveAnAddress) {
   EXPECT_EQ((Numbers{1}), index.at(99));
   EXPECT_EQ((Numbers{}), index.at(100));
   EXPECT_EQ((Numbers{0}), RangeIndex({{0xFFFFFFF0, 0x100000000}}).at(~0u));
+}
+
+// Few and many, short and over all: by a look at each of them.
+TEST(RangeIndex, IsALookAtEach) {
+  std::mt19937 random(19);
+  for (unsigned count = 0; count < 60; ++count) {
+    std::vector<AddressRange> ranges;
+    for (unsigned i = 0; i < count; ++i) {
+      const std::uint64_t begin = random() % 200;
+      ranges.push_back({begin, begin + (i % 5 == 0 ? 150 : random() % 9)});
+    }
+    const RangeIndex index(ranges);
+    for (std::uint64_t address = 0; address < 360; ++address) {
+      Numbers expected;
+      for (std::uint32_t i = 0; i < count; ++i) {
+        if (ranges[i].has(address)) expected.push_back(i);
+      }
+      const auto begin = [&](std::uint32_t i) { return ranges[i].begin; };
+      std::ranges::stable_sort(expected, {}, begin);
+      ASSERT_EQ(expected, index.at(address)) << count << ' ' << address;
+    }
+  }
 }
 
 TEST(AddressWords, Numbers) {
@@ -75,6 +99,52 @@ TEST(AddressWords, InLogs) {
   EXPECT_EQ("10 20 ", found(std::string("pc 0x10\0 lr 0x20\n", 16)));
   // Cut where the room for a line ends.
   EXPECT_EQ("12345678 ", found(std::string(4096, ' ') + "12345678 x\n"));
+}
+
+// What a reader of the answers has seen, and how often he was sent some.
+struct Answers : std::stringbuf {
+  int sync() override {
+    seen = str();
+    ++count;
+    return 0;
+  }
+  std::string seen;
+  int count = 0;
+};
+
+// A console that notes what of the answers is seen when more is waited for.
+class Console : public std::streambuf {
+ public:
+  Console(std::vector<std::string> pieces, const Answers& answers)
+      : pieces_(std::move(pieces)), answers_(answers) {}
+  std::vector<std::string> seen;
+
+ protected:
+  int_type underflow() override {
+    seen.push_back(answers_.seen);
+    if (seen.size() > pieces_.size()) return traits_type::eof();
+    std::string& piece = pieces_[seen.size() - 1];
+    setg(piece.data(), piece.data(), piece.data() + piece.size());
+    return traits_type::to_int_type(piece[0]);
+  }
+
+ private:
+  std::vector<std::string> pieces_;
+  const Answers& answers_;
+};
+
+// The last answer ahead of a prompt, too; but none by itself.
+TEST(AddressWords, AnswersAreSeenAheadOfAWait) {
+  Answers answers;
+  std::ostream out(&answers);
+  std::string many;
+  for (int i = 0; i < 1000; ++i) many += "-\n";
+  Console console({many + "pc 0x10\nlr 0x", "20\n0x30\n> "}, answers);
+  std::istream in(&console);
+  in.tie(&out);
+  find_addresses(in, [&out](std::uint32_t address) { out << address << ' '; });
+  EXPECT_EQ((std::vector<std::string>{"", "16 ", "16 32 48 "}), console.seen);
+  EXPECT_LT(answers.count, 20);
 }
 
 // Two modules; built_in has a page of the first, over has the last page, too.
@@ -269,15 +339,31 @@ TEST(AddressLookup, OverlaidModulesAreAllTold) {
 TEST(AddressLookup, Json) {
   const TempDir dir;
   const AddressLookup lookup(segments(), elf_places(dir));
+  const auto in_list = [](const AddressLookup& in, std::uint32_t address) {
+    return "[\n    " + owners_json(address, in.owners_of(address)) + "\n  ]";
+  };
+  // The library writes the whole in the same way.
+  const auto as_written = [](const std::string& list) {
+    const std::string text = json_text({{"list", Json::parse(list)}});
+    return text.substr(12, text.size() - 15);
+  };
   EXPECT_EQ(
-      R"({"address":4116,"owners":[{"module":"base","segment":"text",)"
-      R"("segment_offset":20,"section":".text","section_offset":20,"elf":")" +
+      as_written(
+          R"([{"address":4116,"owners":[{"module":"base","segment":"text",)"
+          R"("segment_offset":20,"section":".text","section_offset":20,"elf":")" +
           dir.file("fw.elf") +
           R"(","symbol":"alpha","symbol_offset":4,"file":"fw.bin",)"
-          R"("file_offset":532}]})",
-      owners_json(0x1014, lookup.owners_of(0x1014)).dump());
-  EXPECT_EQ(R"({"address":1,"owners":[]})",
-            owners_json(1, lookup.owners_of(1)).dump());
+          R"("file_offset":532}]}])"),
+      in_list(lookup, 0x1014));
+  EXPECT_EQ(as_written(R"([{"address":1,"owners":[]}])"), in_list(lookup, 1));
+  std::vector<ImageSegment> odd = segments();
+  odd[2] = {"\xFFq\"\\", "text", {0x1000, 0x3000}, false, "", 0};
+  EXPECT_EQ(
+      as_written(
+          R"([{"address":4096,"owners":[{"module":"base","segment":"text",)"
+          R"("segment_offset":0,"file":"fw.bin","file_offset":512},)"
+          R"({"module":"\ufffdq\"\\","segment":"text","segment_offset":0}]}])"),
+      in_list(AddressLookup(odd, {}), 0x1000));
 }
 
 TEST(ElfPlaces, TroubleNamesTheTable) {

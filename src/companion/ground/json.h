@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "companion/ground/trouble.h"
 
@@ -16,7 +17,10 @@ using Json = nlohmann::ordered_json;
 // aren't UTF-8 become U+FFFD, so that what is printed is always JSON.
 std::string json_text(const Json& document);
 
-// The same in one line, fit for a script element of a page: without "<", ">"
+// A text as a string of such a document, with its quotation marks.
+std::string json_string(std::string_view text);
+
+// A document in one line, fit for a script element of a page: without "<", ">"
 // and "&", and with nothing but ASCII.
 std::string json_for_page(const Json& document);
 

@@ -1,5 +1,6 @@
 #include "companion/ground/message_text.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "companion/ground/byte_text.h"
@@ -48,6 +49,8 @@ std::size_t printable_length(std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
+  const auto is_plain = [](char c) { return c >= 0x20 && c < 0x7F; };
+  if (std::ranges::all_of(text, is_plain)) return std::string(text);
   std::string result;
   while (!text.empty()) {
     const std::size_t length = printable_length(text);
