@@ -65,7 +65,8 @@ int run_program(const std::vector<std::string>& arguments) {
                    "tova_fw " TOVA_VERSION);
   for (const AddCommand add : kCommands) add(line.program(), status);
 
-  status = worse_of(run(line, arguments), status);
+  const Status ended = run(line, arguments);
+  status = worse_of(status, ended);
   if (!finish_standard_output()) status = Status::kTrouble;
   return static_cast<int>(status);
 }
