@@ -30,10 +30,12 @@ inline bool is_below(const Digit* a, const Digit* b, std::size_t count) {
   return a[i] < b[i];
 }
 
-// All ones for true. The compiler can't see that only two values come out, and
-// so has no cause to make a branch of what is done with them.
+// All ones for true. A compiler that sees that only two values come out may make
+// a branch of what is done with them, as clang 16 does: what has been volatile
+// may be any value to it.
 inline Digit mask_if_zero(Digit value) {
-  return ((value | (0 - value)) >> 63) - 1;
+  const volatile Digit mask = ((value | (0 - value)) >> 63) - 1;
+  return mask;
 }
 
 }  // namespace tova_fw_builder
