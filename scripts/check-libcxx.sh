@@ -26,7 +26,7 @@ export LD_LIBRARY_PATH=$root/usr/lib/x86_64-linux-gnu:$root/usr/lib/llvm-16/lib
 
 quietly libcxx-configure cmake -S . -B build/libcxx -G Ninja \
   -DCMAKE_CXX_COMPILER="$root/usr/lib/llvm-16/bin/clang++" \
-  -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
+  -DCMAKE_BUILD_TYPE=Release \
   -DCMAKE_CXX_FLAGS=-stdlib=libc++ -DTOVA_WERROR=ON \
   -DTOVA_GTEST_SOURCE=/usr/src/googletest
 echo "Building and testing with libc++, logs in build/libcxx-*.log"
