@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "crypto/rsa_key.h"
+#include "crypto/zels_bignum.h"
 #include "crypto/zels_rsa.h"
 
 namespace tova_fw_builder {

@@ -15,11 +15,11 @@
 #include "companion/ground/output_file.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_input.h"
+#include "inspect/check/sample_key.h"
 #include "outside_keys/any_key.h"
+#include "outside_keys/key_text.h"
 #include "outside_keys/outside_key.h"
-#include "signing/keys/key_file.h"
 #include "signing/keys/public_key_hash.h"
-#include "signing/sign_command.h"
 
 namespace tova_fw_builder {
 namespace {

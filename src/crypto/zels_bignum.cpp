@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "crypto/internal/big_num_context.h"
+#include "crypto/zel_error.h"
 
 namespace tova_fw_builder {
 
@@ -16,6 +17,11 @@ bool is_length(std::int32_t words) { return words >= 1 && words <= kMostWords; }
 
 std::uint32_t digits_for_words(std::int32_t words) {
   return (static_cast<std::uint32_t>(words) + 1) / 2;
+}
+
+std::uint32_t word_at(const std::uint8_t* bytes) {
+  return std::uint32_t{bytes[3]} << 24 | std::uint32_t{bytes[2]} << 16 |
+         std::uint32_t{bytes[1]} << 8 | bytes[0];
 }
 
 }  // namespace
@@ -82,6 +88,25 @@ ZelStatus zelsRef_BN(std::uint32_t* sign, std::int32_t* bits,
   if (bits != nullptr) *bits = bit_size(*number);
   if (digits != nullptr) *digits = number->digits;
   return zelStsNoErr;
+}
+
+SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data) {
+  const std::int32_t words = size_in_bytes / 4;
+  std::int32_t size = 0;
+  throw_unless_ok(zelsBigNumGetSize(words, &size), "zelsBigNumGetSize");
+  SecretBuffer number(static_cast<std::size_t>(size));
+  throw_unless_ok(zelsBigNumInit(words, number.data()), "zelsBigNumInit");
+  if (data != nullptr) {
+    const auto count = static_cast<std::size_t>(words);
+    // The library reads whole words; callers have bytes inside of records.
+    // Wiped, as it may be a private number.
+    const SecretBuffer aligned(count * sizeof(std::uint32_t));
+    auto* word = reinterpret_cast<std::uint32_t*>(aligned.data());
+    for (std::size_t i = 0; i < count; ++i) word[i] = word_at(data + 4 * i);
+    throw_unless_ok(zelsSet_BN(kPositive, words, word, number.data()),
+                    "zelsSet_BN");
+  }
+  return number;
 }
 
 }  // namespace tova_fw_builder

@@ -1,11 +1,12 @@
 // crypto/zels_bignum.h
 // Big numbers as plain functions over contexts that the caller allocates as
 // bytes, of the size that the size query reports and of any alignment. A
-// context must stay where it was initialised.
+// context must stay where it was initialised. And the tool's own wrapper.
 #pragma once
 
 #include <cstdint>
 
+#include "crypto/secret_buffer.h"
 #include "crypto/zels_status.h"
 
 namespace tova_fw_builder {
@@ -35,5 +36,10 @@ ZelStatus zelsSet_BN(std::uint32_t sign, std::int32_t words,
 // Null `context`: zelStsNullPtrErr. Not a big number: zelStsContextMatchErr.
 ZelStatus zelsRef_BN(std::uint32_t* sign, std::int32_t* bit_size,
                      const std::uint64_t** digits, std::uint8_t* context);
+
+// A big number with room for `size_in_bytes` bytes, rounded down to whole
+// 32-bit words and loaded from `data`, of any alignment; zero for null. Throws
+// ZelError under "zelsBigNumGetSize" for no word or more than 512.
+SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data);
 
 }  // namespace tova_fw_builder

@@ -12,8 +12,8 @@
 #include "companion/ground/input_file.h"
 #include "driver/ground/native_path.h"
 #include "driver/ground/numbers.h"
+#include "outside_keys/key_text.h"
 #include "outside_keys/outside_key.h"
-#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

@@ -19,8 +19,8 @@
 #include <vector>
 
 #include "outside_keys/key_derivation.h"
+#include "outside_keys/key_text.h"
 #include "outside_keys/outside_key.h"
-#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

@@ -64,19 +64,4 @@ void attach_signature(ImageManifest& manifest, const RsaBlock& signature,
   install_public_key(manifest, key);
 }
 
-bool halves_belong_together(const KeyMaterial& key) {
-  if (key.pub_modulus != key.priv_modulus ||
-      key.pub_exponent != key.priv_exponent) {
-    return false;
-  }
-  try {
-    const RsaPrivateKey signer(key.priv_modulus.data(), key.priv_d.data());
-    const RsaPublicKey reader(key.pub_modulus.data(), key.pub_exponent.data());
-    return reader.encrypt(signer.decrypt(signature_template.data()).data()) ==
-           signature_template;
-  } catch (const std::runtime_error&) {
-    return false;
-  }
-}
-
 }  // namespace tova_fw_builder

@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "crypto/rsa_key.h"
 #include "image/image.h"
 #include "signing/keys/key_file.h"
+#include "signing/keys/rsa_key.h"
 
 namespace tova_fw_builder {
 
@@ -29,10 +29,5 @@ void sign_manifest(ImageManifest& manifest, const KeyMaterial& key);
 // Puts signature and public key into the manifest and logs the key's hash.
 void attach_signature(ImageManifest& manifest, const RsaBlock& signature,
                       const KeyMaterial& key);
-
-// Whether the two parts of a key pair belong together: modulus and exponent
-// are the same, and a signature made with the private part verifies with the
-// public one. False for a key without a private part.
-bool halves_belong_together(const KeyMaterial& key);
 
 }  // namespace tova_fw_builder

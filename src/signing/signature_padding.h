@@ -4,8 +4,8 @@
 
 #include <cstddef>
 
-#include "crypto/rsa_key.h"
 #include "image/image.h"
+#include "signing/keys/rsa_key.h"
 
 namespace tova_fw_builder {
 

@@ -11,8 +11,8 @@
 
 #include "crypto/internal/big_num_context.h"
 #include "crypto/internal/modular_power.h"
-#include "crypto/rsa_key.h"
 #include "crypto/rsa_sample.h"
+#include "crypto/zels_bignum.h"
 #include "crypto/zels_rsa.h"
 
 using namespace tova_fw_builder;

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "crypto/rsa_key.h"
 #include "crypto/rsa_sample.h"
 #include "crypto/secret_buffer.h"
 #include "crypto/zels_bignum.h"

@@ -8,8 +8,7 @@
 #include <cstring>
 
 #include "outside_keys/any_key.h"
-#include "signing/keys/key_file.h"
-#include "signing/sign_command.h"
+#include "outside_keys/key_text.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {

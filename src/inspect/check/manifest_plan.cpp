@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "inspect/addon_name.h"
 #include "inspect/check/places.h"
 #include "inspect/check/roles.h"
 #include "layout/records/addon_file.h"

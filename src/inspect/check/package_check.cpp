@@ -9,8 +9,8 @@
 
 #include "companion/ground/message_text.h"
 #include "driver/ground/native_path.h"
+#include "inspect/addon_name.h"
 #include "inspect/check/checks.h"
-#include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
 namespace {

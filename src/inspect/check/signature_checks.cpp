@@ -8,6 +8,7 @@
 #include "image/kelp15.h"
 #include "image/records/binary_header.h"
 #include "inspect/check/checks.h"
+#include "inspect/check/sample_key.h"
 #include "signing/keys/public_key_hash.h"
 #include "signing/verify_command.h"
 

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "inspect/addon_name.h"
 #include "inspect/compare/folder_parts.h"
-#include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
 namespace {

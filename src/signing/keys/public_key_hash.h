@@ -22,7 +22,4 @@ void log_public_key_hash(int level, const char* lead,
 // Logs the key's hash at level 2 in that form, without a lead.
 void public_key_hash(const KeyMaterial& key);
 
-// Whether this is the hash of the key in examples/, which everyone has.
-bool is_sample_key(const PublicKeyHash& hash);
-
 }  // namespace tova_fw_builder

@@ -5,7 +5,7 @@
 
 #include "image/kelp15.h"
 #include "inspect/check/checked_sample.h"
-#include "signing/keys/key_file.h"
+#include "outside_keys/key_text.h"
 #include "signing/manifest_sample.h"
 #include "signing/sign_command.h"
 #include "support/captured_log.h"

@@ -1,6 +1,6 @@
-// crypto/rsa_key.h
-// RSA keys of 2048 bits, and the big numbers that go into them. All numbers
-// stand least significant byte first.
+// signing/keys/rsa_key.h
+// RSA keys of 2048 bits, as signing and verifying use them. All numbers stand
+// least significant byte first.
 #pragma once
 
 #include <array>
@@ -11,11 +11,6 @@
 namespace tova_fw_builder {
 
 using RsaBlock = std::array<std::uint8_t, 256>;
-
-// A big number with room for `size_in_bytes` bytes, rounded down to whole
-// 32-bit words and loaded from `data`, of any alignment; zero for null. Throws
-// ZelError under "zelsBigNumGetSize" for no word or more than 512.
-SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data);
 
 // Both take the numbers' bytes, of which null counts as zero. They throw
 // ZelError with the operation that failed, mainly with -11: the one that sets

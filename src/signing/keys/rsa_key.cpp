@@ -1,6 +1,6 @@
 // RSA keys over the function library. Both kinds take the same steps with other
 // functions; the names of the steps are those that the log shows.
-#include "crypto/rsa_key.h"
+#include "signing/keys/rsa_key.h"
 
 #include "crypto/zel_error.h"
 #include "crypto/zels_bignum.h"
@@ -88,31 +88,7 @@ RsaBlock apply(const KeyKind& kind, const SecretBuffer& key,
   return result;
 }
 
-std::uint32_t word_at(const std::uint8_t* bytes) {
-  return std::uint32_t{bytes[3]} << 24 | std::uint32_t{bytes[2]} << 16 |
-         std::uint32_t{bytes[1]} << 8 | bytes[0];
-}
-
 }  // namespace
-
-SecretBuffer MakeBigNum(std::int32_t size_in_bytes, const std::uint8_t* data) {
-  const std::int32_t words = size_in_bytes / 4;
-  std::int32_t size = 0;
-  throw_unless_ok(zelsBigNumGetSize(words, &size), "zelsBigNumGetSize");
-  SecretBuffer number(static_cast<std::size_t>(size));
-  throw_unless_ok(zelsBigNumInit(words, number.data()), "zelsBigNumInit");
-  if (data != nullptr) {
-    const auto count = static_cast<std::size_t>(words);
-    // The library reads whole words; callers have bytes inside of records.
-    // Wiped, as it may be a private number.
-    const SecretBuffer aligned(count * sizeof(std::uint32_t));
-    auto* word = reinterpret_cast<std::uint32_t*>(aligned.data());
-    for (std::size_t i = 0; i < count; ++i) word[i] = word_at(data + 4 * i);
-    throw_unless_ok(zelsSet_BN(kPositive, words, word, number.data()),
-                    "zelsSet_BN");
-  }
-  return number;
-}
 
 RsaPublicKey::RsaPublicKey(const std::uint8_t* modulus,
                            const std::uint8_t* exponent)

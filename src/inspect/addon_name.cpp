@@ -1,22 +1,20 @@
-#include "layout/records/addon_file.h"
+#include "inspect/addon_name.h"
 
 #include <algorithm>
+
+#include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-constexpr std::string_view kExtension = ".bin";
+// Of "_", a UUID and ".bin".
 constexpr std::size_t kUuidLength = 36;
+constexpr std::size_t kTail = 1 + kUuidLength + 4;
 
 }  // namespace
 
-std::string addon_file_suffix(std::string_view uuid) {
-  return std::string("_").append(uuid).append(kExtension);
-}
-
 std::string uuid_of_addon_file(std::string_view path) {
-  constexpr std::size_t kTail = 1 + kUuidLength + kExtension.size();
   if (path.size() < kTail) return "";
   std::string tail(path.substr(path.size() - kTail));
   std::ranges::transform(tail, tail.begin(), [](char c) {

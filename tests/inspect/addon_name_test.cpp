@@ -1,11 +1,13 @@
-#include "layout/records/addon_file.h"
+#include "inspect/addon_name.h"
 
 #include <gtest/gtest.h>
+
+#include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
 namespace {
 
-TEST(AddonFile, ItsNameTellsTheUuid) {
+TEST(AddonName, ItsNameTellsTheUuid) {
   const std::string uuid = "5a3c0004-0000-4000-8000-00000000000f";
   EXPECT_EQ("_" + uuid + ".bin", addon_file_suffix(uuid));
   EXPECT_EQ(uuid, uuid_of_addon_file("out/fw_" + uuid + ".bin"));

@@ -1,0 +1,87 @@
+// The builder finds a form anywhere near the start of a file; here a key file
+// begins with it, so that PEM and DER are never taken for one.
+#include "outside_keys/key_text.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "signing/keys/key_form.h"
+#include "signing/keys/rsa_key.h"
+
+namespace tova_fw_builder {
+
+namespace {
+
+const KeyForm& form_for(const KeyMaterial& key, bool public_only) {
+  const auto& e = key.pub_exponent;
+  // The bytes of the file stand first, and zeros behind them.
+  const bool short_exponent = e[1] == 0 && e[2] == 0;
+  const auto forms = key_forms();
+  return *std::ranges::find_if(forms, [&](const KeyForm& form) {
+    return form.public_only == public_only &&
+           (form.exponent_length == 1) == short_exponent;
+  });
+}
+
+std::size_t length_of(const KeyForm& form, std::span<const KeyField> fields) {
+  std::size_t length = 0;
+  for (const std::string_view piece : form.pieces) length += piece.size();
+  for (const KeyField& field : fields) length += field.bytes.size();
+  return length;
+}
+
+std::uint8_t* put(std::uint8_t* at, std::string_view piece) {
+  return std::copy(piece.begin(), piece.end(), at);
+}
+
+std::uint8_t* put(std::uint8_t* at, const KeyField& field) {
+  const auto bytes = field.bytes;
+  return field.reversed ? std::reverse_copy(bytes.begin(), bytes.end(), at)
+                        : std::copy(bytes.begin(), bytes.end(), at);
+}
+
+}  // namespace
+
+std::unique_ptr<KeyMaterial> key_of_text(std::string_view file) {
+  const auto forms = key_forms();
+  const auto form = std::ranges::find_if(forms, [&](const KeyForm& candidate) {
+    return file.starts_with(candidate.pieces[0]);
+  });
+  return form == forms.end() ? nullptr : key_of_form(file, *form);
+}
+
+SecretBuffer text_of_key(KeyMaterial& key, bool public_only) {
+  const KeyForm& form = form_for(key, public_only);
+  const auto fields = fields_of(key, form);
+  SecretBuffer text(length_of(form, fields));
+  std::uint8_t* at = text.data();
+  auto piece = form.pieces.begin();
+  for (const KeyField& field : fields) at = put(put(at, *piece++), field);
+  put(at, *piece);
+  return text;
+}
+
+bool has_private_part(const KeyMaterial& key) {
+  const auto is_set = [](std::uint8_t byte) { return byte != 0; };
+  return std::ranges::any_of(key.priv_modulus, is_set) ||
+         std::ranges::any_of(key.priv_d, is_set);
+}
+
+bool halves_belong_together(const KeyMaterial& key) {
+  if (key.pub_modulus != key.priv_modulus ||
+      key.pub_exponent != key.priv_exponent) {
+    return false;
+  }
+  RsaBlock number;
+  number.fill(0xa5);
+  number.back() = 0;  // below any full modulus
+  try {
+    const RsaPrivateKey signer(key.priv_modulus.data(), key.priv_d.data());
+    const RsaPublicKey reader(key.pub_modulus.data(), key.pub_exponent.data());
+    return reader.encrypt(signer.decrypt(number.data()).data()) == number;
+  } catch (const std::runtime_error&) {
+    return false;
+  }
+}
+
+}  // namespace tova_fw_builder

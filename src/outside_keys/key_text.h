@@ -1,0 +1,28 @@
+// outside_keys/key_text.h
+// Key files as bytes in memory, and what a key holds.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "crypto/secret_buffer.h"
+#include "signing/keys/key_material.h"
+
+namespace tova_fw_builder {
+
+// The key of a key file's bytes, or null if they don't begin like one. Throws
+// as key_of_form does.
+std::unique_ptr<KeyMaterial> key_of_text(std::string_view file);
+
+// The bytes of the key file for `key`, which is only read.
+SecretBuffer text_of_key(KeyMaterial& key, bool public_only);
+
+// Whether the key has more than its public part.
+bool has_private_part(const KeyMaterial& key);
+
+// Whether the two parts of a key pair belong together: modulus and exponent
+// are the same, and what the private part makes of a number the public one
+// turns back. False for a key without a private part.
+bool halves_belong_together(const KeyMaterial& key);
+
+}  // namespace tova_fw_builder
