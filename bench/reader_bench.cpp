@@ -11,8 +11,6 @@
 #include "definitions/image_block.h"
 #include "driver/ground/log.h"
 #include "input_map/fw_image_map.h"
-#include "input_map/section_table.h"
-#include "input_map/symbol_list.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -1,7 +1,6 @@
 // A whole `build`, from one input that is cut into its files.
 #include "harness.h"
-#include "image/build_command.h"
-#include "image/buildrom_command.h"
+#include "image/commands.h"
 
 void fuzz_one(const std::string& input) {
   const auto files = cut(input, 6);

@@ -2,7 +2,7 @@
 #include <functional>
 
 #include "harness.h"
-#include "signing/verify_command.h"
+#include "signing/commands.h"
 
 void fuzz_one(const std::string& input) {
   std::string manifest = input;

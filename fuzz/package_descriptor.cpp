@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "harness.h"
-#include "tools/asm_command.h"
+#include "tools/commands.h"
 
 void fuzz_one(const std::string& input) {
   const auto files = cut(input, 3);

@@ -1,10 +1,9 @@
 // The reader of section tables, on two tables of one image, and the passes
 // over what they leave.
-#include "input_map/section_table.h"
-
 #include <sstream>
 
 #include "harness.h"
+#include "input_map/fw_image_map.h"
 
 void fuzz_one(const std::string& input) {
   tova_fw_builder::FwImageMap map;

@@ -1,9 +1,8 @@
 // The reader of symbol lists, on two lists of one image.
-#include "input_map/symbol_list.h"
-
 #include <sstream>
 
 #include "harness.h"
+#include "input_map/fw_image_map.h"
 
 void fuzz_one(const std::string& input) {
   tova_fw_builder::FwImageMap map;

@@ -8,8 +8,7 @@
 #include "companion/ground/naming.h"
 #include "driver/ground/files.h"
 #include "driver/ground/native_path.h"
-#include "input_map/section_table.h"
-#include "input_map/symbol_list.h"
+#include "input_map/fw_image_map.h"
 
 namespace tova_fw_builder {
 namespace {

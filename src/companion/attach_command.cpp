@@ -18,9 +18,8 @@
 #include "companion/key_input.h"
 #include "companion/manifest_input.h"
 #include "outside_keys/any_key.h"
-#include "signing/sign_command.h"
+#include "signing/commands.h"
 #include "signing/signature_padding.h"
-#include "signing/verify_command.h"
 
 namespace tova_fw_builder {
 namespace {

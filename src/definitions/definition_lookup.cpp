@@ -1,10 +1,10 @@
-// The look-up of definition files.
-#include "definitions/definition_lookup.h"
-
+// The look-up of definition files (docs/definition-language.md, "include"), and
+// the working directory, which follows the file that is being read.
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
 
+#include "definitions/definition_reader.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "driver/ground/native_path.h"

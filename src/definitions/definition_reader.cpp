@@ -9,7 +9,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "definitions/definition_lookup.h"
 #include "definitions/statement.h"
 #include "driver/ground/native_path.h"
 
@@ -40,8 +39,8 @@ bool read_line(std::istream& in, std::string& line) {
 // One run over a tree of files.
 class DefinitionReader {
  public:
-  DefinitionReader(FwOutMap& map, SourceMap* source)
-      : map_(map), source_(source) {}
+  DefinitionReader(FwOutMap& map, ReadingNotes& notes)
+      : map_(map), notes_(notes) {}
 
   std::unique_ptr<std::iostream> read_file(const std::string& name);
 
@@ -50,11 +49,10 @@ class DefinitionReader {
   void include(Statement line, std::ostream& out);
   void define(Statement line);
   std::string expand_macro(std::string_view word) const;
-  void note_word(std::string_view word, bool is_replaced) const;
   void charge(std::uint64_t length);
 
   FwOutMap& map_;
-  SourceMap* const source_;  // null if nobody asks
+  ReadingNotes& notes_;
   std::map<std::string, std::string, std::less<>> define_table_;
   std::uint32_t include_depth_ = 0;
 
@@ -68,15 +66,14 @@ std::unique_ptr<std::iostream> DefinitionReader::read_file(
   auto out = std::make_unique<std::stringstream>();
   const auto in = open_image_defs(map_, name);
   const bool counts = files_counted_.insert(map_.files_read.back()).second;
-  if (source_) source_->enter_file(map_.files_read.back());
+  notes_.enter_file(map_.files_read.back());
   std::string line;
   while (read_line(*in, line)) {
-    if (source_) source_->enter_line(line);
+    notes_.enter_line(line);
     if (counts) length_read_ += line.size() + 1;
     charge(line.size() + 1);
     flatten(Statement(line), *out);
   }
-  if (source_) source_->leave_file();
   return out;
 }
 
@@ -84,8 +81,8 @@ void DefinitionReader::flatten(Statement line, std::ostream& out) {
   if (line.word().starts_with('#')) return;
   if (line.word() == "include") return include(line, out);
   if (line.word() == "define") return define(line);
-  if (source_) source_->add_line();
-  note_word(line.word(), false);
+  notes_.add_line(!out.fail());
+  notes_.add_word(line.word(), false);
   charge(line.word().size() + 1);
   // The key: no define can stand for it.
   out << line.word() << ' ';
@@ -96,19 +93,11 @@ void DefinitionReader::flatten(Statement line, std::ostream& out) {
     const auto found = define_table_.find(word);
     const bool is_replaced = found != define_table_.end();
     const auto text = is_replaced ? found->second : word;
-    note_word(word, is_replaced);
+    notes_.add_word(word, is_replaced);
     charge(text.size() + 1);
     out << text << ' ';
   }
   out << '\n';
-  if (source_ && !out) source_->drop_lines(source_->lines.size() - 1);
-}
-
-void DefinitionReader::note_word(std::string_view word,
-                                 bool is_replaced) const {
-  if (source_ == nullptr) return;
-  source_->add_word(word,
-                    is_replaced ? source_->use_define(word) : SourceMap::kNone);
 }
 
 void DefinitionReader::include(Statement line, std::ostream& out) {
@@ -117,15 +106,13 @@ void DefinitionReader::include(Statement line, std::ostream& out) {
   }
   charge(kIncludeCost);
   const bool had_failed = out.fail();
-  const std::size_t lines_before = source_ ? source_->lines.size() : 0;
   const auto included = read_file(expand_macro(line.next_word()));
   // Fails `out` if there is no text, also if `included` failed before it had
   // any. What it had goes on even if it failed.
   out << included->rdbuf();
-  if (source_ && had_failed) source_->drop_lines(lines_before);
-  if (source_ && !had_failed && !out) {
-    source_->empty_includes.push_back(source_->open.back());
-  }
+  notes_.leave_file(had_failed ? ReadingNotes::Fate::kLost
+                    : !out     ? ReadingNotes::Fate::kEmpty
+                               : ReadingNotes::Fate::kTaken);
   std::error_code ignored;
   // A directory that is gone by now isn't told; the included file's stays.
   std::filesystem::current_path(native_path(map_.dir_stack.back()), ignored);
@@ -140,7 +127,7 @@ void DefinitionReader::define(Statement line) {
   if (!define_table_.emplace(name, value).second) {
     throw std::runtime_error("Define name conflict : " + name);
   }
-  if (source_) source_->add_define(name, value);
+  notes_.add_define(name, value);
 }
 
 // Replaces "$(NAME)". The name runs from the first "$(" to the LAST ")", so a
@@ -156,7 +143,7 @@ std::string DefinitionReader::expand_macro(std::string_view word) const {
   if (found == define_table_.end()) {
     throw std::runtime_error("Not recognized define : " + name);
   }
-  if (source_) source_->use_define(name);
+  notes_.use_define(name);
   std::string text(word.substr(0, open));
   return text.append(found->second).append(word.substr(close + 1));
 }
@@ -172,9 +159,17 @@ void DefinitionReader::charge(std::uint64_t length) {
 }  // namespace
 
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
+                                               const std::string& path) {
+  ReadingNotes none;
+  return read_image_defs(map, path, none);
+}
+
+std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path,
-                                               SourceMap* source) {
-  return DefinitionReader(map, source).read_file(path);
+                                               ReadingNotes& notes) {
+  auto text = DefinitionReader(map, notes).read_file(path);
+  notes.leave_file(ReadingNotes::Fate::kTaken);
+  return text;
 }
 
 }  // namespace tova_fw_builder

@@ -3,11 +3,11 @@
 // two, the statement readers, never sees a file.
 #pragma once
 
-#include <istream>
+#include <fstream>
 #include <memory>
 #include <string>
 
-#include "definitions/source_map.h"
+#include "definitions/reading_notes.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -23,10 +23,28 @@ namespace tova_fw_builder {
 // Throws std::runtime_error "Max inclusion", "Not recognized define : " and the
 // name, "Define name conflict : " and the name, "Definition files expand to too
 // much text" (above 1 MiB, and 16 times as long as its files), and what
-// open_image_defs throws. Leaves the working directory at the top file's. Fills
-// `source` unless it is null.
+// open_image_defs throws. Leaves the working directory at the top file's.
+std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
+                                               const std::string& path);
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path,
-                                               SourceMap* source = nullptr);
+                                               ReadingNotes& notes);
+
+// Opens the file of that name, or else the one of that name in
+// `map.default_dir`. Appends its canonical path to `map.files_read`, pushes the
+// working directory on `map.dir_stack` and makes the file's directory the new
+// one; the caller undoes the last two behind an included file.
+//
+// Throws std::runtime_error "Failed to open image defs file : " and the name,
+// or "Cannot get current working directory", or "filesystem error: canonical:
+// ", the system's reason and the name in brackets, for a name that the new
+// directory doesn't resolve.
+std::shared_ptr<std::ifstream> open_image_defs(FwOutMap& map,
+                                               const std::string& name);
+
+// One attempt of it. Yields a stream that isn't open, with nothing changed, if
+// there is no such file; a directory is none, and a device is an empty file.
+std::shared_ptr<std::ifstream> find_image_def(FwOutMap& map,
+                                              const std::string& name);
 
 }  // namespace tova_fw_builder

@@ -1,9 +1,8 @@
 // Group blocks. An `entry` of FFFFFFFF leaves the group looking as if it had
 // none, so another one may follow it.
-#include "definitions/group_block.h"
-
 #include <stdexcept>
 
+#include "definitions/inner_blocks.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {

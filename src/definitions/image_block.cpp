@@ -2,11 +2,10 @@
 // can't exceed 7FFFFFFF, and -1 stands for all ones.
 #include "definitions/image_block.h"
 
+#include <algorithm>
 #include <utility>
 
-#include "definitions/group_block.h"
-#include "definitions/module_block.h"
-#include "definitions/pin_block.h"
+#include "definitions/inner_blocks.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -25,15 +24,13 @@ void read_binary_name(ImageBlock& block, Statement& statement) {
 }
 
 void read_binary_ver(ImageBlock& block, Statement& statement) {
-  statement.next_word();
-  for (const auto& [word, value] : kGenerations) {
-    if (word == statement.word()) {
-      block.map.binary_ver = value;
-      return;
-    }
+  const auto* const found = std::ranges::find(
+      kGenerations, statement.next_word(), &GenerationWord::word);
+  if (found == std::end(kGenerations)) {
+    throw CfgFileError(block.lines.number(), "binary_ver",
+                       "Unknown binary version");
   }
-  throw CfgFileError(block.lines.number(), "binary_ver",
-                     "Unknown binary version");
+  block.map.binary_ver = found->binary_ver;
 }
 
 template <std::uint32_t FwOutMap::*Field>
@@ -100,16 +97,14 @@ void log_module(const Module& module) {
 
 void open_module(ImageBlock& block, Statement& statement) {
   auto module = std::make_unique<Module>();
-  statement.next_word();
-  for (const ModuleKind& kind : kModuleKinds) {
-    if (kind.key == statement.word()) {
-      module->load_type = kind.load_type;
-      module->module_kind = kind.module_kind;
-      module->required = kind.required;
-      module->auto_init = kind.auto_init;
-      statement.next_word();
-      break;
-    }
+  const auto* const kind =
+      std::ranges::find(kModuleKinds, statement.next_word(), &ModuleKind::key);
+  if (kind != std::end(kModuleKinds)) {
+    module->load_type = kind->load_type;
+    module->module_kind = kind->module_kind;
+    module->required = kind->required;
+    module->auto_init = kind->auto_init;
+    statement.next_word();
   }
   // The word stays if none follows: `module o` is an optional module called o.
   module->name = statement.word();

@@ -1,14 +1,11 @@
 // The statements of a module. What counts as a number differs from statement
 // to statement; instance_count is the odd one: it wants at least two
 // characters, so a single digit is looked up as a constant.
-#include "definitions/module_block.h"
-
 #include <algorithm>
 #include <sstream>
 #include <stdexcept>
 
-#include "definitions/group_block.h"
-#include "definitions/pin_block.h"
+#include "definitions/inner_blocks.h"
 #include "definitions/uuid/uuid.h"
 #include "driver/ground/log.h"
 #include "driver/ground/numbers.h"
@@ -60,7 +57,7 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 // Hex digits alone, without "0x"; a constant named FACE can't be reached.
 bool is_mask(std::string_view word) {
-  return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) {
+  return !word.empty() && std::ranges::all_of(word, [](char c) {
     return hex_digit_value(c) >= 0;
   });
 }
@@ -154,9 +151,8 @@ constexpr GroupType kGroupTypes[] = {
 void open_group(ModuleBlock& block, Statement& statement) {
   const bool on_demand = statement.next_word() == "on_demand";
   if (on_demand) statement.next_word();
-  const auto* const found = std::find_if(
-      std::begin(kGroupTypes), std::end(kGroupTypes),
-      [&](const auto& row) { return row.word == statement.word(); });
+  const auto* const found =
+      std::ranges::find(kGroupTypes, statement.word(), &GroupType::word);
   if (found == std::end(kGroupTypes)) {
     throw std::runtime_error("Invalid group type");
   }

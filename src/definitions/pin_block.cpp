@@ -1,6 +1,6 @@
 // Pin blocks. A list without numbers converts its own key: most keys fail as
 // numbers, but `channel_cfg` alone sets the bits of its "c".
-#include "definitions/pin_block.h"
+#include "definitions/inner_blocks.h"
 
 namespace tova_fw_builder {
 

@@ -7,16 +7,9 @@
 #include "driver/ground/files.h"
 #include "driver/ground/numbers.h"
 #include "driver/ground/version.h"
-#include "image/build_command.h"
-#include "image/buildrom_command.h"
-#include "signing/hash_key_command.h"
-#include "signing/sign_command.h"
-#include "signing/verify_command.h"
-#include "signing/write_c_command.h"
-#include "tools/asm_command.h"
-#include "tools/build_img_command.h"
-#include "tools/make_hex_command.h"
-#include "tools/split_command.h"
+#include "image/commands.h"
+#include "signing/commands.h"
+#include "tools/commands.h"
 
 namespace tova_fw_builder {
 

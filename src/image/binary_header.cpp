@@ -8,10 +8,7 @@
 
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
-#include "image/module_entry.h"
-#include "image/records/binary_header.h"
-#include "image/symbol_table.h"
-#include "layout/kelp15_file_base.h"
+#include "layout/section_group.h"
 
 namespace tova_fw_builder {
 
@@ -82,6 +79,25 @@ void log_config(const ModuleConfig& config) {
            config.is_bytes, " cps ", config.cps, " ibs ", config.ibs, " obs ",
            config.obs, " mod_flags ", std::hex, config.mod_flags, std::dec,
            " cpc ", config.cpc, " obls ", config.obls);
+}
+
+// How far the base of file offsets moves on behind the module. In 1.5 the
+// loader's table counts through all files, those of the addons too, as if they
+// stood one behind the other.
+std::uint32_t file_base_step(const FwOutMap& map,
+                             const FwOutMap::Module& module) {
+  if (map.binary_ver != kKelp15) return 0;
+  if (module.type == FwOutMap::Module::kBaseFirmwareType) {
+    return static_cast<std::uint32_t>(map.image_end);
+  }
+  // .bss and built-in groups have no bytes in the file.
+  std::uint32_t pages = 0;
+  for (const auto& group : module.groups) {
+    if ((group->flags & FwOutMap::SectionGroup::kLoad) != 0) {
+      pages += group_pages(*group);
+    }
+  }
+  return pages * kPageSize;
 }
 
 std::vector<ModuleEntry> write_module_entries(const FwOutMap& map,

@@ -2,13 +2,12 @@
 // of the run. The output files are opened first, on purpose: they exist, empty,
 // when a definition fails, and relative names mean the folder that the tool was
 // started in, whereas reading definitions changes the working directory.
-#include "image/build_command.h"
-
 #include <fstream>
 #include <utility>
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "image/commands.h"
 #include "image/image.h"
 #include "layout/build_core.h"
 #include "layout/memory_description.h"

@@ -1,12 +1,11 @@
 // The `buildrom` command. The generation of the definition matters here only
 // for how the contents are written; no image class is asked.
-#include "image/buildrom_command.h"
-
 #include <fstream>
 #include <memory>
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "image/commands.h"
 #include "layout/build_core.h"
 #include "layout/content_writer.h"
 

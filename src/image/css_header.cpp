@@ -52,19 +52,13 @@ CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
 }
 
 void print_css_header(std::ostream& out, const CssHeader& css) {
-  const auto eight_digits = [&out](std::uint32_t value) {
-    out << std::setfill('0') << std::setw(8) << value << '\n';
-  };
-  out << "  CSS Header\n" << std::hex;
+  out << "  CSS Header\n" << std::hex << std::setfill('0');
   out << "    module_type " << css.module_type << '\n';
   out << "    mod_vendor  " << css.mod_vendor << '\n';
   out << "    header_len  " << css.header_len << "   (dwords)\n";
-  out << "    header_ver  ";
-  eight_digits(css.header_ver);
-  out << "    module_id   ";
-  eight_digits(css.module_id);
-  out << "    date        ";
-  eight_digits(css.date);
+  out << "    header_ver  " << std::setw(8) << css.header_ver << '\n';
+  out << "    module_id   " << std::setw(8) << css.module_id << '\n';
+  out << "    date        " << std::setw(8) << css.date << '\n';
   out << "    size        " << css.size << "   (dwords)\n";
   out << "    key_size    " << css.key_size << "   (dwords)\n";
   out << "    mod_size    " << css.mod_size << "   (dwords)\n";

@@ -1,10 +1,10 @@
 // The extended manifest. Its modules carry the number of the `type` statement,
 // not the type word of the loader's table.
-#include "image/extended_manifest.h"
+#include "image/records/extended_manifest.h"
 
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
-#include "image/records/extended_manifest.h"
+#include "image/image.h"
 
 namespace tova_fw_builder {
 

@@ -16,6 +16,10 @@
 
 namespace tova_fw_builder {
 
+// Logs and writes a 16-byte header and, for each module in order, a 40-byte
+// record, its SchedCaps and its Pin records. Counts keep their low 16 bits.
+void write_extended_manifest(const FwOutMap& map, std::ostream& stream);
+
 // A manifest, made from a finished image or read back from a file. What a
 // generation doesn't have, its operations leave alone.
 class ImageManifest {
@@ -53,7 +57,9 @@ class ImageManifest {
   // written from the map. Throw what write_binary_header throws, and the texts
   // of Kelp15FwManifest.
   virtual void write(std::ostream& stream, const FwOutMap& map) = 0;
-  virtual void write_extended(std::ostream& stream, const FwOutMap& map) = 0;
+  virtual void write_extended(std::ostream& stream, const FwOutMap& map) {
+    write_extended_manifest(map, stream);
+  }
   // Writes a manifest that was read back, with what was changed since.
   virtual void write_raw(std::ostream& stream) = 0;
 

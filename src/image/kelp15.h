@@ -1,8 +1,7 @@
 // image/kelp15.h
 // Generation 1.5: the binary holds module contents alone, addon modules stand
 // in files of their own, and the loader's header is in the manifest, the only
-// one that can be signed and read back. Rules of the addon files:
-// layout/kelp15_file_base.
+// one that can be signed and read back.
 #pragma once
 
 #include <array>
@@ -10,7 +9,6 @@
 #include <memory>
 #include <span>
 
-#include "image/extended_manifest.h"
 #include "image/image.h"
 #include "image/records/css_part.h"
 
@@ -53,9 +51,6 @@ class Kelp15FwManifest : public ImageManifest {
   // Throws std::runtime_error "Manifest is bigger than MAX of 8kB" before
   // anything is written, and what bcd_date and write_binary_header throw.
   void write(std::ostream& stream, const FwOutMap& map) override;
-  void write_extended(std::ostream& stream, const FwOutMap& map) override {
-    write_extended_manifest(map, stream);
-  }
   // `size` words of a manifest that was read back.
   void write_raw(std::ostream& stream) override;
 

@@ -10,7 +10,6 @@
 #include <memory>
 #include <string>
 
-#include "image/extended_manifest.h"
 #include "image/image.h"
 #include "image/records/metadata_extension.h"
 
@@ -45,9 +44,6 @@ class MetadataManifest : public UnsignedManifest {
                    std::uint32_t imr_type);
 
   void write(std::ostream& stream, const FwOutMap& map) override;
-  void write_extended(std::ostream& stream, const FwOutMap& map) override {
-    write_extended_manifest(map, stream);
-  }
 
  private:
   // The frame of the metadata extension. It goes to no file: all that is seen

@@ -1,8 +1,6 @@
 // One module as the loader's table lists it. A module's name is cut to the
 // room that it has here, whereas the image's name in the binary header is
 // dropped when it is too long.
-#include "image/module_entry.h"
-
 #include <algorithm>
 #include <iomanip>
 #include <stdexcept>
@@ -10,6 +8,7 @@
 
 #include "definitions/uuid/uuid.h"
 #include "driver/ground/byte_dump.h"
+#include "image/binary_header.h"
 
 namespace tova_fw_builder {
 

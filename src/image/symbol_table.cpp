@@ -1,13 +1,11 @@
 // The table of exported symbols. It closes with the names, while each record
 // tells where its name will stand.
-#include "image/symbol_table.h"
-
 #include <optional>
 #include <string>
 
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
-#include "layout/records/out_map.h"
+#include "image/binary_header.h"
 
 namespace tova_fw_builder {
 

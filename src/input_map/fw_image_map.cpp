@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "driver/ground/files.h"
 #include "driver/ground/log.h"
 
 namespace tova_fw_builder {
@@ -36,6 +37,21 @@ FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
 }
 
 }  // namespace
+
+// The order of the steps shows when one of them fails: the tables are opened
+// ahead of the symbols.
+void FwImageMap::read_image_map(const std::string& memmap_path,
+                                const std::string& elf_path,
+                                const std::string& nm_path) {
+  log_detail("Reading FW Image Map...");
+  log_detail("  Memmap: ", memmap_path);
+  log_detail("  ELF   : ", elf_path);
+  log_detail("  NM    : ", nm_path);
+  const auto table = open_input(memmap_path);
+  const std::shared_ptr<std::istream> elf = open_binary_input(elf_path);
+  merge_symbols(read_symbols(nm_path));
+  read_section_table(*this, *table, elf);
+}
 
 void FwImageMap::add_section(std::shared_ptr<SectionHeader> header) {
   const auto [place, is_new] = sections.try_emplace(header->name, header);

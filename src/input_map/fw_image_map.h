@@ -1,9 +1,11 @@
 // input_map/fw_image_map.h
 // What the linker produced: the sections and symbols of all ELF files of the
-// firmware, each kind under one name space.
+// firmware, each kind under one name space; and the readers of the two tables
+// of an ELF, each in a source of its own.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <map>
 #include <memory>
@@ -102,5 +104,34 @@ struct FwImageMap {
   std::map<std::string, std::shared_ptr<SectionHeader>> sections;
   std::uint32_t parse_state = 0;  // of the section table scanner: 0, 1 or 2
 };
+
+// Adds the sections of `table`, as objdump -h prints it (docs/file-formats.md,
+// "Section table") to `map`, with `elf` as their stream, and logs the table at
+// level 3.
+//
+// Of a name that stands twice, in one table or several, the first section is
+// kept and a note logged; but if the later one is loadable, throws
+// std::runtime_error "Duplicated section found: " and the name. Throws the
+// error of parse_alignment, too, for any column that is no number.
+void read_section_table(FwImageMap& map, std::istream& table,
+                        const std::shared_ptr<std::istream>& elf);
+
+// The alignment of a text like 2**4: the first run of digits to the power of
+// the second, in double precision; its low 32 bits, and 0 from 2^63 on. A run
+// of more than 32 bits is FFFFFFFF. Throws std::runtime_error "Not recognizeg
+// alignment specified" if there are not two.
+std::uint32_t parse_alignment(std::string_view text);
+
+using TakeSymbol = std::function<void(const FwImageMap::SymbolMap::Entry&)>;
+
+// Hands each symbol of a list as nm prints it on (docs/file-formats.md, "Symbol
+// list"), with a name that is valid during the call.
+void for_each_symbol(std::istream& in, const TakeSymbol& take);
+
+// The symbols of a list, of each name the last one.
+FwImageMap::SymbolMap read_symbols(std::istream& in);
+// The same for a file; logs their number at level 2. Throws std::runtime_error
+// "Failed to open file: " and the path.
+FwImageMap::SymbolMap read_symbols(const std::string& path);
 
 }  // namespace tova_fw_builder

@@ -2,8 +2,6 @@
 // small machine; its state is the map's `parse_state`. Easily misread: the end
 // of the text counts as one more line, which can complete a section whose flag
 // line is missing.
-#include "input_map/section_table.h"
-
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
@@ -14,6 +12,7 @@
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
+#include "input_map/fw_image_map.h"
 
 namespace tova_fw_builder {
 

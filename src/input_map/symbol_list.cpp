@@ -6,8 +6,6 @@
 // an array by its names, each comparison of which fetches two of them. Here
 // eight characters of each name are fetched into the array and sorted there,
 // then the next eight among those that are equal so far.
-#include "input_map/symbol_list.h"
-
 #include <algorithm>
 #include <span>
 #include <string_view>
@@ -16,6 +14,7 @@
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
+#include "input_map/fw_image_map.h"
 
 namespace tova_fw_builder {
 

@@ -16,7 +16,6 @@
 #include "driver/ground/wire.h"
 #include "inspect/coverage.h"
 #include "tools/image_script.h"
-#include "tools/partition_table.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -9,9 +9,7 @@
 #include "definitions/modules_config.h"
 #include "driver/ground/log.h"
 #include "input_map/fw_image_map.h"
-#include "layout/dependency_file.h"
-#include "layout/map_checks.h"
-#include "layout/module_connection.h"
+#include "layout/passes.h"
 #include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {

@@ -13,7 +13,6 @@
 #include "crypto/sha_hash.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
-#include "layout/kelp15_file_base.h"
 #include "layout/records/addon_file.h"
 #include "layout/section_group.h"
 
@@ -189,6 +188,13 @@ class ContentWriter {
 };
 
 }  // namespace
+
+// A kind unknown to the definitions counts like an addon.
+bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module) {
+  return map.binary_ver == kKelp15 &&
+         module.module_kind != FwOutMap::Module::kBase &&
+         module.module_kind != FwOutMap::Module::kLibrary;
+}
 
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path) {

@@ -23,4 +23,7 @@ namespace tova_fw_builder {
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path);
 
+// Whether the module goes to a file of its own. False in other generations.
+bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module);
+
 }  // namespace tova_fw_builder

@@ -1,12 +1,11 @@
 // The make dependency file. The empty rule for each file keeps make from
 // failing once a definition file is gone.
-#include "layout/dependency_file.h"
-
 #include <algorithm>
 #include <fstream>
 
 #include "driver/ground/files.h"
 #include "driver/ground/native_path.h"
+#include "layout/passes.h"
 
 namespace tova_fw_builder {
 

@@ -1,13 +1,12 @@
 // Binding of groups. A missing section is no error here, only a line of the
 // log: whether a module may do without it is known once all of its groups are
 // bound, and is_referenced decides it.
-#include "layout/group_binding.h"
-
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 
 #include "driver/ground/log.h"
+#include "layout/passes.h"
 #include "layout/section_group.h"
 
 namespace tova_fw_builder {
@@ -104,10 +103,9 @@ void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
   }
   if (!is_complete(group)) return;
   // Stable: sections of no size may share an address with the next one.
-  std::stable_sort(group.sections.begin(), group.sections.end(),
-                   [](const auto& a, const auto& b) {
-                     return load_address(*a) < load_address(*b);
-                   });
+  std::ranges::stable_sort(group.sections, {}, [](const auto& section) {
+    return load_address(*section);
+  });
   group.flags &= ~(kTypeMask | kPagesMask | Group::kOnDemand);
   group.flags |= group.type << kTypeShift & kTypeMask;
   group.flags |= group_pages(group) << kPagesShift;

@@ -1,11 +1,10 @@
 // Consistency checks. The one that a reader would take for an error is only a
 // note: uninitialised sections in between others do no harm but cost pages.
-#include "layout/map_checks.h"
-
 #include <set>
 #include <stdexcept>
 
 #include "driver/ground/log.h"
+#include "layout/passes.h"
 #include "layout/section_group.h"
 
 namespace tova_fw_builder {

@@ -2,6 +2,7 @@
 // steps, so an address kind is a member of the section header here.
 #include "layout/memory_description.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iomanip>
 #include <stdexcept>
@@ -22,50 +23,36 @@ constexpr Address kLma = &FwImageMap::SectionHeader::lma;
 
 enum class Direction { kHighest, kLowest };
 
-// One of the four queries.
-struct Query {
-  Address address;
-  Direction direction;
-
-  std::uint32_t key_of(const Section& section) const {
-    return (*section.header).*address;
-  }
-  bool lies_in(const Section& section, const MemoryClass& area) const {
-    return key_of(section) >= area.base && key_of(section) < area.end;
-  }
-  // Equals are not better, so the first one stays.
-  void improve(const Section*& best, const Section& candidate) const {
-    if (best == nullptr || (direction == Direction::kHighest
-                                ? key_of(candidate) > key_of(*best)
-                                : key_of(candidate) < key_of(*best))) {
-      best = &candidate;
-    }
-  }
-};
-
 // Of a group its best section alone is looked at: one that reaches beyond the
 // class counts for nothing, though other sections of it lie inside. Behind the
 // modules, a `dyn_mem` section wins by its address, inside the class or not.
 const Section* find(const FwOutMap& map, const MemoryClass& area,
-                    const Query& query) {
-  const Section* result = nullptr;
+                    Address address, Direction direction) {
+  const auto key_of = [address](const auto& section) {
+    return (*section->header).*address;
+  };
+  const auto lies_inside = [&](const auto& section) {
+    return key_of(section) >= area.base && key_of(section) < area.end;
+  };
+  const auto best_of = [&](const auto& sections) {  // the first one of equals
+    return direction == Direction::kHighest
+               ? std::ranges::max_element(sections, {}, key_of)
+               : std::ranges::min_element(sections, {}, key_of);
+  };
+  std::vector<const Section*> found;
   for (const auto& module : map.modules) {
     for (const auto& group : module->groups) {
-      const Section* best = nullptr;
-      for (const auto& section : group->sections) {
-        query.improve(best, *section);
-      }
-      if (best != nullptr && query.lies_in(*best, area)) {
-        query.improve(result, *best);
+      const auto best = best_of(group->sections);
+      if (best != group->sections.end() && lies_inside(*best)) {
+        found.push_back(best->get());
       }
     }
   }
   for (const auto& section : map.dyn_mem) {
-    if (result != nullptr || query.lies_in(*section, area)) {
-      query.improve(result, *section);
-    }
+    if (!found.empty() || lies_inside(section)) found.push_back(section.get());
   }
-  return result;
+  const auto best = best_of(found);
+  return best == found.end() ? nullptr : *best;
 }
 
 // What a class holds, by one kind of address.
@@ -87,10 +74,10 @@ Usage measure(const FwOutMap& map, const MemoryClass& area, Address address,
               const char* label) {
   Usage usage;
   usage.top =
-      rounded_top(find(map, area, {address, Direction::kHighest}), address);
+      rounded_top(find(map, area, address, Direction::kHighest), address);
   if (usage.top == 0) return usage;
   log_info(label, "0x", std::hex, std::setw(8), std::setfill('0'), usage.top);
-  const Section* lowest = find(map, area, {address, Direction::kLowest});
+  const Section* lowest = find(map, area, address, Direction::kLowest);
   const std::uint32_t low = lowest == nullptr ? 0 : (*lowest->header).*address;
   const std::string fault =
       "Highest address " + std::to_string(usage.top) + " is lower than ";
@@ -119,19 +106,19 @@ void write_class(std::ostream& out, const MemoryClass& area,
 }  // namespace
 
 const Section* highest_by_vma(const FwOutMap& map, const MemoryClass& area) {
-  return find(map, area, {kVma, Direction::kHighest});
+  return find(map, area, kVma, Direction::kHighest);
 }
 
 const Section* highest_by_lma(const FwOutMap& map, const MemoryClass& area) {
-  return find(map, area, {kLma, Direction::kHighest});
+  return find(map, area, kLma, Direction::kHighest);
 }
 
 const Section* lowest_by_vma(const FwOutMap& map, const MemoryClass& area) {
-  return find(map, area, {kVma, Direction::kLowest});
+  return find(map, area, kVma, Direction::kLowest);
 }
 
 const Section* lowest_by_lma(const FwOutMap& map, const MemoryClass& area) {
-  return find(map, area, {kLma, Direction::kLowest});
+  return find(map, area, kLma, Direction::kLowest);
 }
 
 void write_memory_description(const FwOutMap& map, const std::string& out_dir,

@@ -1,12 +1,10 @@
 // Connection of the modules. Errors of one module carry its name; those that
 // belong to the whole image are raised as they are.
-#include "layout/module_connection.h"
-
 #include <stdexcept>
 #include <vector>
 
 #include "driver/ground/log.h"
-#include "layout/group_binding.h"
+#include "layout/passes.h"
 #include "layout/section_group.h"
 
 namespace tova_fw_builder {

@@ -16,10 +16,9 @@ bool is_resolved(const Section& section) {
 }
 
 bool is_complete(const Group& group) {
-  return std::all_of(group.sections.begin(), group.sections.end(),
-                     [](const auto& section) {
-                       return section->optional || is_resolved(*section);
-                     });
+  return std::ranges::all_of(group.sections, [](const auto& section) {
+    return section->optional || is_resolved(*section);
+  });
 }
 
 std::uint32_t load_address(const Section& section) {

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "definitions/source_map.h"
 #include "lint/definition.h"
+#include "lint/source_map.h"
 
 namespace tova_fw_builder {
 

@@ -7,7 +7,7 @@
 #include "driver/ground/files.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
-#include "input_map/symbol_list.h"
+#include "input_map/fw_image_map.h"
 #include "lint/elf_facts.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"

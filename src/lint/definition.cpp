@@ -165,7 +165,7 @@ Definition read_definition(const BuildInputs& inputs) {
   }
   std::unique_ptr<std::iostream> text;
   const auto not_joined = refusal_of([&] {
-    text = read_image_defs(*out.map, inputs.image_def_path, &out.source);
+    text = read_image_defs(*out.map, inputs.image_def_path, out.source);
   });
   if (not_joined) {
     if (out.source.files.empty()) throw std::runtime_error(*not_joined);

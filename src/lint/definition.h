@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "definitions/block_reader.h"
-#include "definitions/source_map.h"
 #include "layout/build_core.h"
 #include "layout/records/out_map.h"
 #include "lint/findings.h"
+#include "lint/source_map.h"
 
 namespace tova_fw_builder {
 

@@ -6,7 +6,7 @@
 
 #include "companion/ground/message_text.h"
 #include "driver/ground/files.h"
-#include "input_map/section_table.h"
+#include "input_map/fw_image_map.h"
 #include "lint/statement_forms.h"
 #include "memory_map/measures.h"
 #include "signing/keys/key_list.h"

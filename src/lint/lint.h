@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "definitions/source_map.h"
 #include "layout/build_core.h"
 #include "lint/findings.h"
+#include "lint/source_map.h"
 
 namespace tova_fw_builder {
 

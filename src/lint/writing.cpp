@@ -9,7 +9,7 @@
 #include "crypto/zel_error.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
-#include "layout/kelp15_file_base.h"
+#include "layout/content_writer.h"
 #include "layout/memory_description.h"
 #include "layout/section_group.h"
 #include "lint/findings.h"

@@ -8,8 +8,7 @@
 #include <unordered_set>
 
 #include "driver/ground/files.h"
-#include "input_map/section_table.h"
-#include "input_map/symbol_list.h"
+#include "input_map/fw_image_map.h"
 #include "memory_map/measures.h"
 
 namespace tova_fw_builder {

@@ -1,8 +1,7 @@
 // The command `hash_key`.
-#include "signing/hash_key_command.h"
-
 #include <stdexcept>
 
+#include "signing/commands.h"
 #include "signing/keys/key_file.h"
 #include "signing/keys/public_key_hash.h"
 

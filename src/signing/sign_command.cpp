@@ -1,12 +1,12 @@
 // The command `sign`. The library calls its private operation "decrypt".
-#include "signing/sign_command.h"
-
 #include <fstream>
 #include <stdexcept>
 
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "signing/commands.h"
+#include "signing/keys/key_file.h"
 #include "signing/keys/public_key_hash.h"
 #include "signing/signature_padding.h"
 

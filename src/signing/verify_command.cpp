@@ -1,7 +1,5 @@
 // The command `verify`. The frame of the signature is not parsed: it must be
 // the one frame, byte for byte, which leaves no room for forged ones.
-#include "signing/verify_command.h"
-
 #include <algorithm>
 #include <array>
 #include <stdexcept>
@@ -9,6 +7,7 @@
 #include "crypto/sha_hash.h"
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/log.h"
+#include "signing/commands.h"
 #include "signing/keys/public_key_hash.h"
 #include "signing/signature_padding.h"
 

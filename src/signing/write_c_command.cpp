@@ -1,11 +1,10 @@
 // The command `write_c`. The array's length is the file's at the start of the
 // run, as it stands in the text ahead of the bytes.
-#include "signing/write_c_command.h"
-
 #include <fstream>
 
 #include "driver/ground/c_array.h"
 #include "driver/ground/files.h"
+#include "signing/commands.h"
 
 namespace tova_fw_builder {
 

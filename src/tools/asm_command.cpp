@@ -1,13 +1,12 @@
 // The command `asm`. An empty line doesn't end the descriptor: only the end of
 // the file, or a line too long for the buffer, does.
-#include "tools/asm_command.h"
-
 #include <fstream>
 
 #include "driver/ground/files.h"
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
+#include "tools/commands.h"
 
 namespace tova_fw_builder {
 

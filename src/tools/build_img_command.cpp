@@ -1,6 +1,4 @@
 // The command `build_img`.
-#include "tools/build_img_command.h"
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -17,8 +15,8 @@
 #include "driver/ground/native_path.h"
 #include "driver/ground/stream_digest.h"
 #include "driver/ground/wire.h"
+#include "tools/commands.h"
 #include "tools/image_script.h"
-#include "tools/partition_table.h"
 
 namespace tova_fw_builder {
 

@@ -1,12 +1,15 @@
 // tools/image_script.h
 // The script language of build_img (docs/file-formats.md, "Image script of
-// build_img"), line by line.
+// build_img"), line by line, and the record that an image has by it.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "driver/ground/wire.h"
 
 namespace tova_fw_builder {
 
@@ -25,5 +28,12 @@ struct ImageStatement {
 // The statements of one line, in the order in which they act; none if no
 // keyword begins it.
 std::vector<ImageStatement> image_statements(std::string_view line);
+
+// As it stands in a flash image, 68 bytes.
+struct PartitionTable {
+  Le32 count;                      // positions recorded
+  std::array<Le32, 16> positions;  // of the marked files, in order; then zero
+};
+static_assert(sizeof(PartitionTable) == 68 && alignof(PartitionTable) == 1);
 
 }  // namespace tova_fw_builder

@@ -1,7 +1,5 @@
 // The command `make_hex`. The output is truncated ahead of every check, so it
 // exists and is empty after any failure.
-#include "tools/make_hex_command.h"
-
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -9,6 +7,7 @@
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "driver/ground/numbers.h"
+#include "tools/commands.h"
 #include "tools/hex_lines.h"
 
 namespace tova_fw_builder {

@@ -1,7 +1,5 @@
 // The command `split`. It works on pairs of words, one for each bank; a pair
 // cut short by the end of the input is filled up with zero.
-#include "tools/split_command.h"
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -10,6 +8,7 @@
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "tools/commands.h"
 #include "tools/hex_lines.h"
 
 namespace tova_fw_builder {

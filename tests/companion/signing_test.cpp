@@ -6,8 +6,8 @@
 #include "inspect/byte_source.h"
 #include "outside_keys/outside_key.h"
 #include "run_tool.h"
+#include "signing/commands.h"
 #include "signing/manifest_sample.h"
-#include "signing/sign_command.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {

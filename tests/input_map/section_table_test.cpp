@@ -1,9 +1,8 @@
-#include "input_map/section_table.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
+#include "input_map/fw_image_map.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 

@@ -1,11 +1,10 @@
-#include "input_map/symbol_list.h"
-
 #include <gtest/gtest.h>
 
 #include <map>
 #include <random>
 #include <sstream>
 
+#include "input_map/fw_image_map.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "layout/content_writer.h"
-#include "layout/dependency_file.h"
+#include "layout/passes.h"
 #include "layout/rom_build.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"

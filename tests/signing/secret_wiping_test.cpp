@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "signing/commands.h"
 #include "signing/manifest_sample.h"
-#include "signing/sign_command.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 

@@ -2,10 +2,8 @@
 
 #include "crypto/sha_hash.h"
 #include "image/kelp15.h"
-#include "signing/hash_key_command.h"
+#include "signing/commands.h"
 #include "signing/manifest_sample.h"
-#include "signing/sign_command.h"
-#include "signing/verify_command.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
 

@@ -1,7 +1,6 @@
-#include "signing/write_c_command.h"
-
 #include <gtest/gtest.h>
 
+#include "signing/commands.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {

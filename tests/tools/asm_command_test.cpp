@@ -1,11 +1,10 @@
-#include "tools/asm_command.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
+#include "tools/commands.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -1,6 +1,4 @@
 // Expected bytes are written by hand; the digest is sha256sum's of "abc".
-#include "tools/build_img_command.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -8,6 +6,7 @@
 #include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
+#include "tools/commands.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -4,8 +4,7 @@
 #include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
-#include "tools/make_hex_command.h"
-#include "tools/split_command.h"
+#include "tools/commands.h"
 
 namespace tova_fw_builder {
 namespace {

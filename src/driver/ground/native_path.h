@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace tova_fw_builder {
 
@@ -13,6 +14,13 @@ namespace tova_fw_builder {
 std::filesystem::path native_path(const std::string& path);
 
 std::string path_text(const std::filesystem::path& path);
+
+#ifdef _WIN32
+// The text that functions of Windows take and give. What can't be converted
+// becomes U+FFFD.
+std::wstring wide_text(std::string_view utf8);
+std::string utf8_text(std::wstring_view wide);
+#endif
 
 // Opens a file to read its bytes. Null, with the reason in errno, if it can't.
 std::FILE* open_c_stream(const std::string& path);

@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "driver/ground/wide_text.h"
+#include "driver/ground/native_path.h"
 #else
 #include <fcntl.h>
 

@@ -9,8 +9,8 @@
 #include "image/records/binary_header.h"
 #include "inspect/check/checks.h"
 #include "inspect/check/sample_key.h"
+#include "signing/commands.h"
 #include "signing/keys/public_key_hash.h"
-#include "signing/verify_command.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -6,8 +6,8 @@
 #include "image/kelp15.h"
 #include "inspect/check/checked_sample.h"
 #include "outside_keys/key_text.h"
+#include "signing/commands.h"
 #include "signing/manifest_sample.h"
-#include "signing/sign_command.h"
 #include "support/captured_log.h"
 
 namespace tova_fw_builder {

@@ -1,6 +1,5 @@
-// definitions/source_map.h
-// Where the flattened text came from. The reader notes it for those who ask:
-// messages of the builder go by the lines of the flattened text alone.
+// lint/source_map.h
+// Where the flattened text came from, as the definition reader tells it.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "definitions/reading_notes.h"
+
 namespace tova_fw_builder {
 
-struct SourceMap {
+struct SourceMap : ReadingNotes {
   static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
   // One that was read, however often it was included.
@@ -49,24 +50,20 @@ struct SourceMap {
   // happened, the innermost last.
   std::vector<Place> open;
 
-  // For the reader. Words are parts of the line entered last.
-  void enter_file(const std::string& path);
-  void enter_line(std::string_view line);
-  void leave_file() { open.pop_back(); }
-  void add_line() { lines.push_back({open.back(), count_words()}); }
-  void add_word(std::string_view word, std::uint32_t define);
-  void drop_lines(std::size_t from);
-  void add_define(std::string_view name, std::string_view value);
-  std::uint32_t use_define(std::string_view name);
+  void enter_file(const std::string& path) override;
+  void enter_line(std::string_view line) override;
+  void add_line(bool is_taken) override;
+  void add_word(std::string_view word, bool is_replaced) override;
+  void add_define(std::string_view name, std::string_view value) override;
+  void use_define(std::string_view name) override;
+  void leave_file(Fate fate) override;
 
  private:
-  std::uint32_t count_words() const {
-    return static_cast<std::uint32_t>(words.size());
-  }
-
   std::map<std::string, std::uint32_t> file_numbers_;
   std::map<std::string, std::uint32_t, std::less<>> define_numbers_;
+  std::vector<std::size_t> lines_before_;  // each file that is still open
   const char* line_start_ = nullptr;
+  bool takes_words_ = false;
 };
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,5 @@
-// image/build_command.h
-// The `build` command: from definition files to binary, manifest, extended
-// manifest, package descriptor and memory description.
+// image/commands.h
+// The commands that build images, each in a source of its own.
 #pragma once
 
 #include <cstdint>
@@ -34,5 +33,15 @@ struct BuildArguments {
 // Throws what its steps throw. An output file that can't be opened or written
 // is no failure.
 void build_command(const BuildArguments& arguments);
+
+// Builds a plain ROM image: the contents of all modules with their padding, and
+// nothing around them. Names are glued to `out_dir`, ".bin" to the binary's.
+// That the image can't be written goes unnoticed. Throws what build_out_map and
+// write_module_contents throw.
+void buildrom_command(const std::string& default_dir,
+                      const std::string& image_def_path,
+                      const std::string& out_dir,
+                      const std::string& elf_list_name,
+                      const std::string& binary_name);
 
 }  // namespace tova_fw_builder
