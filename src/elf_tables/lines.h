@@ -2,23 +2,10 @@
 // The columns of both texts.
 #pragma once
 
-#include <array>
-#include <charconv>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace tova_fw_builder {
-
-// Hexadecimal, at least eight digits.
-inline std::string digits(std::uint64_t number) {
-  std::array<char, 16> text;
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), number, 16).ptr;
-  const auto count = static_cast<std::size_t>(end - text.data());
-  std::string padded(count < 8 ? 8 - count : 0, '0');
-  return padded.append(text.data(), count);
-}
 
 // With blanks up to `width`: behind the text, or ahead of it if that is below
 // zero.

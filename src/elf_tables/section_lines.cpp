@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "companion/ground/message_text.h"
 #include "elf_tables/elf_file.h"
 #include "elf_tables/elf_tables.h"
 #include "elf_tables/lines.h"
@@ -120,7 +121,7 @@ void ElfTables::write_sections(std::ostream& out) const {
     for (const std::uint64_t number :
          {section.sh_size, section.sh_addr, load_addresses.of(section),
           section.sh_offset}) {
-      out << ' ' << digits(number) << ' ';
+      out << ' ' << eight_digits(number) << ' ';
     }
     out << " 2**" << alignment_power(section) << '\n';
     write_flags(out, kind_of(section));

@@ -2,6 +2,7 @@
 // those of one name in this order, of which the builder takes the last.
 #include <string_view>
 
+#include "companion/ground/message_text.h"
 #include "elf_tables/elf_file.h"
 #include "elf_tables/elf_tables.h"
 #include "elf_tables/lines.h"
@@ -118,8 +119,8 @@ void ElfTables::write_symbols(std::ostream& out) const {
     }
     const std::string_view name = elf.name(table.strings, symbol.entry.st_name);
     if (name.empty() || is_special(elf.header().e_machine, name)) continue;
-    out << digits(address_of(elf, symbol)) << ' ' << letter_of(symbol) << ' '
-        << name_in_line(name) << '\n';
+    out << eight_digits(address_of(elf, symbol)) << ' ' << letter_of(symbol)
+        << ' ' << name_in_line(name) << '\n';
   }
 }
 

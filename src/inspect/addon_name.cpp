@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "definitions/uuid/uuid.h"
 #include "layout/records/addon_file.h"
 
 namespace tova_fw_builder {
@@ -9,8 +10,7 @@ namespace tova_fw_builder {
 namespace {
 
 // Of "_", a UUID and ".bin".
-constexpr std::size_t kUuidLength = 36;
-constexpr std::size_t kTail = 1 + kUuidLength + 4;
+constexpr std::size_t kTail = 1 + Uuid::kTextLength + 4;
 
 }  // namespace
 
@@ -20,7 +20,7 @@ std::string uuid_of_addon_file(std::string_view path) {
   std::ranges::transform(tail, tail.begin(), [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
-  std::string uuid = tail.substr(1, kUuidLength);
+  std::string uuid = tail.substr(1, Uuid::kTextLength);
   return tail == addon_file_suffix(uuid) ? uuid : "";
 }
 

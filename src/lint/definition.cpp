@@ -155,6 +155,13 @@ std::vector<LintWord> words_of_place(const SourceMap& source,
   return words;
 }
 
+Spot spot_of_word(const SourceMap& source, SourceMap::Place place,
+                  std::size_t word) {
+  const auto words = words_of_place(source, place);
+  if (words.empty()) return {place.file, place.line, 0, 0};
+  return words[std::min(word, words.size() - 1)].spot;
+}
+
 Definition read_definition(const BuildInputs& inputs) {
   Definition out;
   out.map = std::make_unique<FwOutMap>();

@@ -78,4 +78,11 @@ LintStatement words_of_line(const SourceMap& source, std::uint32_t line);
 std::vector<LintWord> words_of_place(const SourceMap& source,
                                      SourceMap::Place place);
 
+inline constexpr std::size_t kLastWord = static_cast<std::size_t>(-1);
+
+// Where one of them stands, counted from 0, or else the last one; the line
+// alone if it has none.
+Spot spot_of_word(const SourceMap& source, SourceMap::Place place,
+                  std::size_t word);
+
 }  // namespace tova_fw_builder

@@ -6,19 +6,13 @@
 #include "companion/ground/nearest.h"
 #include "definitions/image_block.h"
 #include "lint/allowances.h"
+#include "lint/rule_functions.h"
 #include "lint/rules.h"
 #include "lint/statement_forms.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-Spot word_spot(const SourceMap& source, SourceMap::Place place,
-               std::size_t word) {
-  const auto words = words_of_place(source, place);
-  if (words.empty()) return {place.file, place.line, 0, 0};
-  return words[std::min(word, words.size() - 1)].spot;
-}
 
 // All that a reader compares a word with, but for names.
 const std::set<std::string_view>& known_words() {
@@ -68,7 +62,7 @@ void find_byte_order_marks(const Definition& definition, Findings& out) {
 void find_empty_includes(const Definition& definition, Findings& out) {
   for (const SourceMap::Place place : definition.source.empty_includes) {
     const bool is_top = place.file == 0;
-    out.add(word_spot(definition.source, place, 1),
+    out.add(spot_of_word(definition.source, place, 1),
             std::string("the included file leaves no line, which ends this "
                         "file here") +
                 (is_top ? " and loses all that is above it, too" : "") +
@@ -82,7 +76,7 @@ void find_unused_defines(const Definition& definition, Findings& out) {
   if (refusal && refusal->line == SourceMap::kNone) return;
   for (const SourceMap::Define& define : definition.source.defines) {
     if (define.is_used) continue;
-    out.add(word_spot(definition.source, define.place, 1),
+    out.add(spot_of_word(definition.source, define.place, 1),
             "the define " + in_quotes(define.name) + " changes nothing");
   }
 }
@@ -103,7 +97,7 @@ void find_capturing_defines(const Definition& definition, Findings& out) {
       out.add(word.spot, in_quotes(define.name) + " becomes " +
                              in_quotes(define.value) + " by a define")
           .notes.push_back(
-              {word_spot(definition.source, define.place, 1), "the define"});
+              {spot_of_word(definition.source, define.place, 1), "the define"});
     }
   }
 }

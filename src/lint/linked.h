@@ -16,6 +16,10 @@
 
 namespace tova_fw_builder {
 
+// How often a rule asks which name was meant: comparing each missing one with
+// each of a hundred thousand takes its time.
+inline constexpr std::size_t kMostQuestions = 20;
+
 using LinkedHeader = std::shared_ptr<FwImageMap::SectionHeader>;
 
 // A `section` or `dyn_mem` statement. The builder's passes sort and erase what

@@ -6,7 +6,7 @@
 #include "companion/ground/message_text.h"
 #include "definitions/uuid/uuid.h"
 #include "driver/ground/numbers.h"
-#include "lint/rules.h"
+#include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
 
 namespace tova_fw_builder {

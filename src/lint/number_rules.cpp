@@ -5,8 +5,9 @@
 #include <optional>
 
 #include "companion/ground/message_text.h"
+#include "definitions/uuid/uuid.h"
 #include "driver/ground/numbers.h"
-#include "lint/rules.h"
+#include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
 
 namespace tova_fw_builder {
@@ -49,7 +50,7 @@ void numbers_of(const StatementForm& form, const LintStatement& statement,
       }
       return;
     case Shape::kModCfg:
-      for (std::size_t i = 1; i < words.size() && i <= 11; ++i) {
+      for (std::size_t i = 1; i < words.size() && i <= kModCfgFields; ++i) {
         if (words[i].text.starts_with('#')) return;
         const int base = i == 9 ? 16 : 10;
         // Behind one that fails, all are 0.
@@ -140,7 +141,7 @@ std::string cut_text(const Number& number) {
 // The UUID at the end of a longer word.
 void find_long_uuid(const StatementForm& form, const LintStatement& statement,
                     Findings& out) {
-  constexpr std::size_t kUuidLength = 36;
+  constexpr std::size_t kUuidLength = Uuid::kTextLength;
   if (form.operands[0] != Operand::kUuid || statement.words.size() < 2) return;
   const LintWord& word = statement.words[1];
   if (word.text.size() <= kUuidLength) return;

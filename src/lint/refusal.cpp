@@ -8,7 +8,7 @@
 #include "companion/ground/nearest.h"
 #include "definitions/image_block.h"
 #include "driver/ground/numbers.h"
-#include "lint/rules.h"
+#include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
 
 namespace tova_fw_builder {

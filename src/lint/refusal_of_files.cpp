@@ -1,6 +1,5 @@
 // What the builder refuses ahead of all statements: files that could not be
 // joined, or of which nothing is left.
-#include <algorithm>
 #include <filesystem>
 #include <set>
 #include <system_error>
@@ -14,10 +13,8 @@ namespace tova_fw_builder {
 void note_define(const SourceMap& source, std::uint32_t number,
                  Finding& finding) {
   const SourceMap::Define& define = source.defines[number];
-  const auto words = words_of_place(source, define.place);
   finding.notes.push_back(
-      {words.empty() ? Spot{define.place.file, define.place.line, 0, 0}
-                     : words.back().spot,
+      {spot_of_word(source, define.place, kLastWord),
        in_quotes(std::string_view(define.name)) + " becomes " +
            in_quotes(std::string_view(define.value)) + " here"});
 }
@@ -60,28 +57,19 @@ void explain_missing_file(const SourceMap& source, std::string_view operand,
   }
 }
 
-Spot spot_of_open_line(const SourceMap& source, std::size_t word) {
-  const auto words = words_of_place(source, source.open.back());
-  const SourceMap::Place place = source.open.back();
-  if (words.empty()) return {place.file, place.line, 0, 0};
-  return words[std::min(word, words.size() - 1)].spot;
-}
-
 }  // namespace
 
 void explain_files(const Definition& definition, Finding& finding) {
   const SourceMap& source = definition.source;
-  finding.spot = spot_of_open_line(source, 1);
+  finding.spot = spot_of_word(source, source.open.back(), 1);
   const auto words = words_of_place(source, source.open.back());
   const std::string_view operand =
       words.size() > 1 ? words[1].text : std::string_view();
   if (finding.text.starts_with("Define name conflict")) {
     for (const SourceMap::Define& define : source.defines) {
       if (define.name != operand) continue;
-      const auto first = words_of_place(source, define.place);
       finding.notes.push_back(
-          {first[std::min<std::size_t>(1, first.size() - 1)].spot,
-           "it is defined here"});
+          {spot_of_word(source, define.place, 1), "it is defined here"});
     }
   } else if (finding.text.starts_with("Not recognized define : ")) {
     const std::string name =
@@ -111,11 +99,9 @@ void explain_files(const Definition& definition, Finding& finding) {
 void find_lost_text(const Definition& definition, Findings& out) {
   for (const SourceMap::Place place : definition.source.empty_includes) {
     if (place.file != 0) continue;
-    const auto words = words_of_place(definition.source, place);
-    out.add(
-        words.empty() ? Spot{place.file, place.line, 0, 0} : words.back().spot,
-        "Unrecognized binary version; the included file leaves no line, "
-        "and so nothing of the definition is read");
+    out.add(spot_of_word(definition.source, place, kLastWord),
+            "Unrecognized binary version; the included file leaves no line, "
+            "and so nothing of the definition is read");
     return;
   }
 }

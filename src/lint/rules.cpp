@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "lint/rule_functions.h"
+
 namespace tova_fw_builder {
 
 namespace {

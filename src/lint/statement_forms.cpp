@@ -52,7 +52,6 @@ constexpr StatementForm kForms[] = {
     {kPin, "channel_cfg", Shape::kHexList},
 };
 
-constexpr std::size_t kModCfgFields = 11;
 constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
 }  // namespace

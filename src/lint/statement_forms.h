@@ -52,6 +52,8 @@ struct StatementForm {
   bool once = false;  // of several in a block the last one counts
 };
 
+inline constexpr std::size_t kModCfgFields = 11;
+
 std::span<const StatementForm> statement_forms();
 
 // Null for a key that the block doesn't know.

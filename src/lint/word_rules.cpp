@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "lint/rules.h"
+#include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
 
 namespace tova_fw_builder {
@@ -78,6 +78,25 @@ void find_echo(const StatementForm& form, const LintStatement& statement,
               " makes it stand twice: cut it off");
 }
 
+// A list takes all words, but a remark is no part of it. Yields whether there
+// is one.
+bool find_remark(const StatementForm& form, const LintStatement& statement,
+                 const Taken& taken, Findings& out) {
+  const bool is_text = form.shape == Shape::kText;
+  if (!is_text && form.shape != Shape::kModCfg) return false;
+  const auto remark = std::ranges::find_if(
+      statement.words,
+      [](const LintWord& word) { return word.text.starts_with('#'); });
+  const auto place = static_cast<std::size_t>(remark - statement.words.begin());
+  if (place >= std::min(taken.end, statement.words.size())) return false;
+  out.add(remark->spot,
+          is_text ? "the remark becomes a part of the name: put it on a line "
+                    "of its own"
+                  : "a remark behind a number is no comment: put it on a line "
+                    "of its own");
+  return true;
+}
+
 // What was meant by a word behind the last operand.
 std::string extra_text(const StatementForm& form,
                        const LintStatement& statement, std::size_t place) {
@@ -125,23 +144,7 @@ void find_extra_words(const Definition& definition, Findings& out) {
     const StatementForm& form = *form_of(definition, statement);
     const Taken taken = taken_words(form, statement);
     find_echo(form, statement, taken, out);
-    // A list takes all, but a remark is no part of it.
-    const bool is_free =
-        form.shape == Shape::kText || form.shape == Shape::kModCfg;
-    const auto remark = std::ranges::find_if(
-        statement.words,
-        [](const LintWord& word) { return word.text.starts_with('#'); });
-    const auto place =
-        static_cast<std::size_t>(remark - statement.words.begin());
-    if (is_free && place < std::min(taken.end, statement.words.size())) {
-      out.add(remark->spot,
-              form.shape == Shape::kText
-                  ? "the remark becomes a part of the name: put it on a line "
-                    "of its own"
-                  : "a remark behind a number is no comment: put it on a line "
-                    "of its own");
-      continue;
-    }
+    if (find_remark(form, statement, taken, out)) continue;
     if (form.shape == Shape::kSection && taken.name < statement.words.size() &&
         word_at(statement, taken.name).find('<', 1) != std::string_view::npos) {
       out.add(statement.words[taken.name].spot,

@@ -17,11 +17,7 @@ namespace {
 constexpr std::size_t kShortList = 20;
 constexpr std::size_t kShortSymbols = 10;
 
-std::string hex(std::uint64_t address) {
-  std::ostringstream text;
-  text << "0x" << std::hex << std::setw(8) << std::setfill('0') << address;
-  return text.str();
-}
+std::string hex(std::uint64_t address) { return "0x" + eight_digits(address); }
 
 std::string decimal(std::uint64_t number) { return std::to_string(number); }
 

@@ -81,6 +81,12 @@ std::string hex_number(std::uint64_t number) {
   return "0x" + std::string(digits, end);
 }
 
+std::string eight_digits(std::uint64_t number) {
+  std::string text = hex_number(number).substr(2);
+  if (text.size() < 8) text.insert(0, 8 - text.size(), '0');
+  return text;
+}
+
 std::string without_key_bytes(std::string_view message) {
   for (const std::string_view quoting :
        {"Key type not recognized", "Not recognized key type"}) {

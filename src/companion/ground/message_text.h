@@ -28,6 +28,9 @@ std::string counted(std::uint64_t number, std::string_view noun);
 // "0x1f".
 std::string hex_number(std::uint64_t number);
 
+// "0000001f": at least eight digits.
+std::string eight_digits(std::uint64_t number);
+
 // A message of the builder's without what it quotes of a key file or a key
 // list: the first bytes of a file that was named by mistake, and that may be
 // all of somebody's private key.

@@ -13,6 +13,7 @@ namespace tova_fw_builder {
 namespace {
 
 constexpr std::string_view kForm = "HHHHHHHH-HHHH-HHHH-HHHH-HHHHHHHHHHHH";
+static_assert(kForm.size() == Uuid::kTextLength);
 
 // Which byte of the binary form each pair of digits gives: the three leading
 // numbers are little-endian, so their bytes run backwards.

@@ -21,6 +21,8 @@ struct UuidNode {
 
 class Uuid {
  public:
+  static constexpr std::size_t kTextLength = 36;  // 8-4-4-4-12 digits
+
   // All zero, with an empty text.
   Uuid() = default;
 
@@ -30,7 +32,7 @@ class Uuid {
   // As in files (docs/file-formats.md, "Module entry").
   const std::array<std::uint8_t, 16>& bytes() const { return bytes_; }
   const UuidNode& node() const { return node_; }
-  // 8-4-4-4-12 digits; of a parsed UUID the whole input in upper case.
+  // kTextLength characters; of a parsed UUID the whole input in upper case.
   const std::string& text() const { return text_; }
 
  private:
