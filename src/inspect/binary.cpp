@@ -34,15 +34,18 @@ Places places_of(const Field& modules) {
   return places;
 }
 
-// A header at 0 may be one of 1.8 or 2.5 behind a signer's room of 8192 bytes.
+// A header at 0 may be one of 1.8 or 2.5 behind a signer's room of 8192 bytes,
+// and one behind other bytes may be of 3.0.
 bool is_generation_30(const Inspected& out, std::uint64_t header_offset,
                       std::uint64_t tables_end) {
-  if (header_offset != 0) return false;
   constexpr std::uint64_t kOwnPages = kContentsOffset / kPageSize;
   const Places places = places_of(*find(out.root, "modules"));
-  if (number_at(out.root, "header.preload_page_count") != kOwnPages) {
-    return places.all_at_contents && places.count > 1;
+  const bool has_own_pages =
+      number_at(out.root, "header.preload_page_count") == kOwnPages;
+  if (header_offset != 0) {
+    return has_own_pages && places.all_at_contents && places.count > 1;
   }
+  if (!has_own_pages) return places.all_at_contents && places.count > 1;
   const bool only_room = out.length == kContentsOffset - kSignedHeaderOffset &&
                          tables_end < out.length;
   return places.all_at_contents && !only_room;
@@ -88,6 +91,26 @@ Field decode_contents(std::uint64_t header_offset, Inspected& out) {
   return contents;
 }
 
+// What a signer has put in front, up to its last byte that isn't zero. Yields
+// what is to be said of the room ahead of the header.
+std::string decode_signer_part(const ByteSource& source,
+                               std::uint64_t header_offset, Inspected& out) {
+  const std::string room = counted(kSignedHeaderOffset - header_offset, "byte");
+  const std::string front = source.bytes(0, header_offset);
+  const std::size_t last = front.find_last_not_of('\0');
+  if (last == front.npos) return "the signer puts " + room + " in front";
+  if (header_offset != kSignedHeaderOffset) {
+    add_problem(out, front.find_first_not_of('\0'),
+                "the bytes in front of the header are not zero: damage, or a "
+                "signer's part that is " +
+                    room + " too short");
+  }
+  Field part = shown(text_field("signer_part", ""), kBytes);
+  part.kind = Field::Kind::kContents;
+  out.root.add(placed(std::move(part), 0, last + 1));
+  return "a signer's bytes stand in front";
+}
+
 void check_length(std::uint64_t header_offset, Inspected& out) {
   const std::uint64_t told =
       number_at(out.root, "header.preload_page_count") * kPageSize;
@@ -102,7 +125,16 @@ void check_length(std::uint64_t header_offset, Inspected& out) {
 
 }  // namespace
 
+bool has_signer_part(const ByteSource& source) {
+  const auto header =
+      record_at<TovaFwBinaryHeader>(source, kSignedHeaderOffset);
+  return header.header_id == TovaFwBinaryHeader::kMark &&
+         header.header_len == sizeof(header) &&
+         header.preload_page_count * std::uint64_t{kPageSize} == source.size();
+}
+
 std::optional<std::uint64_t> find_binary_header(const ByteSource& source) {
+  if (has_signer_part(source)) return kSignedHeaderOffset;
   const std::string_view mark(TovaFwBinaryHeader::kMark.data(), 4);
   const std::string head =
       source.bytes(0, kSignedHeaderOffset + sizeof(TovaFwBinaryHeader));
@@ -134,14 +166,21 @@ void decode_binary(const ByteSource& source, Inspected& out) {
   if (is_30) {
     Field contents = shown(text_field("contents", ""), kBytes);
     contents.kind = Field::Kind::kContents;
-    contents.offset = kContentsOffset;
+    contents_offset += header_offset;
+    contents.offset = contents_offset;
     contents.length = out.length - std::min(out.length, contents.offset);
     out.root.add(std::move(contents));
+    if (header_offset != 0) {
+      add_problem(out, 0,
+                  counted(header_offset, "byte") +
+                      " in front of the header, which 3.0 has at 0: cut off "
+                      "what stands in front");
+    }
     check_no_hashes(out);
   } else {
     const std::uint64_t room = kSignedHeaderOffset - header_offset;
     find(out.root, "header_offset")->note =
-        "the signer puts " + std::to_string(room) + " bytes in front";
+        decode_signer_part(source, header_offset, out);
     contents_offset -= room;
     check_length(header_offset, out);
     out.root.add(decode_contents(header_offset, out));

@@ -24,6 +24,11 @@ void decode_embedded(const ByteSource& source, Inspected& out);
 // up to 8192 else.
 std::optional<std::uint64_t> find_binary_header(const ByteSource& source);
 
+// Whether it is a binary of 1.8 or 2.5 with all that goes in front of it: the
+// header stands at 8192, and its page count is that of the file. What a signer
+// puts there may begin like any other format.
+bool has_signer_part(const ByteSource& source);
+
 // How far tables, texts and lists are taken apart. Nothing that is built comes
 // near it, and a hostile file can't fill the memory with fields.
 inline constexpr std::uint64_t kTablesLimit = 192 * 1024;

@@ -34,6 +34,11 @@ Record record_of(std::string_view bytes) {
   return record;
 }
 
+bool has_mark(const ByteSource& source, std::uint64_t offset) {
+  return source.bytes(offset, TovaFwBinaryHeader::kMark.size()) ==
+         std::string_view(TovaFwBinaryHeader::kMark.data(), 4);
+}
+
 bool is_metadata_length(std::uint32_t length) {
   return length == sizeof(Metadata18) || length == sizeof(Metadata25);
 }
@@ -41,11 +46,10 @@ bool is_metadata_length(std::uint32_t length) {
 // One damaged field doesn't hide a manifest: two of three must be right.
 bool is_manifest(const ByteSource& source) {
   const auto css = record_at<CssHeader>(source, 0);
-  const std::string mark = source.bytes(sizeof(CssPart), 4);
   return (css.module_type == CssHeader::kModuleType) +
              (css.header_len == CssHeader::kHeaderLength &&
               css.mod_vendor == CssHeader::kVendor) +
-             (mark == std::string_view(TovaFwBinaryHeader::kMark.data(), 4)) >=
+             has_mark(source, sizeof(CssPart)) >=
          2;
 }
 
@@ -127,6 +131,12 @@ Format recognise(const ByteSource& source) {
   const std::string head = source.bytes(0, 100);
   if (head.find(kPairHead) != head.npos) return Format::kKeyPair;
   if (head.starts_with(kPublicHead)) return Format::kPublicKey;
+  const bool has_header = has_mark(source, sizeof(CssPart));
+  if (has_header && !has_signer_part(source) && is_manifest(source)) {
+    return Format::kManifest15;
+  }
+  // What stands in front of a binary may begin like any of the others.
+  if (is_binary(source)) return Format::kBinary;
   if (is_manifest(source)) return Format::kManifest15;
   if (head.starts_with(
           std::string_view(ExtendedManifestHeader::kMark.data(), 4))) {
@@ -141,7 +151,6 @@ Format recognise(const ByteSource& source) {
     return Format::kMetadata;
   }
   if (is_package_descriptor(source)) return Format::kPackageDescriptor;
-  if (is_binary(source)) return Format::kBinary;
   if (source.size() < 4096 && may_be_private(source)) return Format::kKeyPair;
   return Format::kEmbedded;
 }

@@ -105,6 +105,18 @@ rm -r ../some
 check 2 '' --json --summary .
 cd ../..
 
+# A binary behind the part that a signer puts in front, which may begin as a
+# manifest does.
+mkdir signed
+cp made/gen-2.5/firmware.{man,man.ext,pkg} signed
+head -c 2048 made/gen-1.5/firmware.man.signed |
+  cat - made/gen-2.5/firmware.bin >signed/firmware.bin
+check 0 '' --release signed
+says ok image-digest 'SHA-384 of .* behind the 2048 bytes of a signer'
+flip signed/firmware.bin 5000
+check 1 image-digest signed
+rm -r signed
+
 # Who signed: whether it is told with a key file or with a hash, and in release
 # and debug form.
 hash=$("$builder" hash_key pub own-public.key | grep -o '0x[0-9a-f][0-9a-f]' |

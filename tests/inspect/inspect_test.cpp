@@ -103,6 +103,29 @@ TEST(Inspect, FieldsOfABinary) {
             find(inspected.root, "header_offset")->note);
 }
 
+// With the signer's bytes in front, the header stands at 8192.
+TEST(Inspect, BytesInFrontOfABinary) {
+  const std::string front = "signer" + std::string(8122, '\0');
+  const Inspected whole = inspect_bytes(front + binary_18());
+  EXPECT_TRUE(whole.problems.empty());
+  EXPECT_EQ("a signer's bytes stand in front",
+            find(whole.root, "header_offset")->note);
+  EXPECT_EQ(6u, find(whole.root, "signer_part")->length);
+  const Inspected short_by_one = inspect_bytes(front.substr(1) + binary_18());
+  ASSERT_EQ(1u, short_by_one.problems.size());
+  EXPECT_EQ(
+      "the bytes in front of the header are not zero: damage, or a signer's "
+      "part that is 1 byte too short",
+      short_by_one.problems[0].text);
+  const Inspected shifted = inspect_bytes(std::string(64, '\0') + binary_30());
+  expect_values(shifted, {{"generation", "3.0"}, {"header_offset", "0x40"}});
+  ASSERT_EQ(1u, shifted.problems.size());
+  EXPECT_EQ(
+      "64 bytes in front of the header, which 3.0 has at 0: cut off what "
+      "stands in front",
+      shifted.problems[0].text);
+}
+
 TEST(Inspect, FieldsOfTheOtherFormats) {
   expect_values(inspect_bytes(binary_30()), {{"generation", "3.0"}});
   expect_values(

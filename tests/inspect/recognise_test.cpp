@@ -41,6 +41,17 @@ TEST(Recognise, DamagedAndLookingAlike) {
       {with(binary_18(), 80, "x"), "binary"},
       {Bytes().fill(8192).text(header_tables(10, 32768)), "binary"},
       {Bytes().fill(8193).text(header_tables(10, 32768)), "embedded"},
+      // What a signer puts in front may begin like another format, and have a
+      // header inside.
+      {std::string(8128, 's') + binary_18(), "binary"},
+      {manifest_15(true).substr(0, 2048) + std::string(6080, 's') + binary_18(),
+       "binary"},
+      {manifest_15(true).substr(0, 644) + binary_18(), "binary"},
+      {metadata_18() + binary_18(), "binary"},
+      {extended_manifest() + binary_18(), "binary"},
+      {manifest_15(true).substr(0, 2048) + std::string(6080, 's') +
+           binary_18() + "x",
+       "manifest-1.5"},
       // Chance may put the mark ahead of the header.
       {with(binary_18(), 20, "$TM1"), "binary"},
       {with(binary_30(), 0, "x"), "embedded"},

@@ -33,6 +33,11 @@ void check_order(const CheckedFile& extended, const CheckedFile& header,
             "the " + counted(here.size(), "module") + " of " + header.path);
 }
 
+std::string behind_signer_part(const DigestPair& pair) {
+  if (pair.signer_part == 0) return "";
+  return " behind the " + counted(pair.signer_part, "byte") + " of a signer";
+}
+
 }  // namespace
 
 void check_image_digest(const ImageFiles& image, Report& report) {
@@ -42,11 +47,13 @@ void check_image_digest(const ImageFiles& image, Report& report) {
     const std::string& digest = image.digests.text(pair.digest);
     const bool is_256 = digest.size() == 64;
     if (digest == told) {
-      report.ok(*pair.metadata,
-                (is_256 ? "SHA-256 of " : "SHA-384 of ") + pair.binary->path);
+      report.ok(*pair.metadata, (is_256 ? "SHA-256 of " : "SHA-384 of ") +
+                                    pair.binary->path +
+                                    behind_signer_part(pair));
     } else {
-      report.failed(*pair.metadata,
-                    "the digest is not that of " + pair.binary->path);
+      report.failed(*pair.metadata, "the digest is not that of " +
+                                        pair.binary->path +
+                                        behind_signer_part(pair));
     }
   }
   if (!image.digest_pairs.empty() || !image.options.release) return;
@@ -67,9 +74,11 @@ void check_image_length(const ImageFiles& image, Report& report) {
     const Field& root = pair.metadata->inspected.root;
     const std::uint64_t base = number_at(root, "base_offset");
     const std::uint64_t limit = number_at(root, "limit_offset");
-    const std::uint64_t length = pair.binary->inspected.length;
+    const std::uint64_t length =
+        pair.binary->inspected.length - pair.signer_part;
     if (base + length == limit) {
-      report.ok(*pair.metadata, counted(length, "byte"));
+      report.ok(*pair.metadata,
+                counted(length, "byte") + behind_signer_part(pair));
     } else {
       report.failed(*pair.metadata, "limit_offset is " +
                                         number_text(limit, kHex) + ", and " +

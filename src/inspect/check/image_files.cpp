@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "image/records/binary_header.h"
+#include "layout/records/out_map.h"
+
 namespace tova_fw_builder {
 namespace {
 
@@ -33,6 +36,26 @@ void sort_file(const CheckedFile& file, ImageFiles& image) {
   }
 }
 
+// How many bytes a signer has put in front of the binary that the metadata is
+// of. In a signed one the header stands at 8192, and what the file has more
+// than the metadata tells stands in front, if its page count bears that out.
+std::uint64_t signer_part(const CheckedFile& metadata,
+                          const CheckedFile& binary) {
+  const Field& root = metadata.inspected.root;
+  const std::uint64_t length = binary.inspected.length;
+  const std::uint64_t told =
+      number_at(root, "limit_offset") - number_at(root, "base_offset");
+  const bool may_be_signed =
+      number_at(binary.inspected.root, "header_offset") ==
+          kSignedHeaderOffset &&
+      number_at(binary.inspected.root, "header.preload_page_count") *
+              kPageSize ==
+          length;
+  return may_be_signed && told < length && length - told <= kSignedHeaderOffset
+             ? length - told
+             : 0;
+}
+
 void plan_digests(ImageFiles& image) {
   using enum Digests::Kind;
   for (ContentsPlan& plan : image.plans) {
@@ -46,10 +69,11 @@ void plan_digests(ImageFiles& image) {
     const bool is_18 = text_at(metadata->inspected.root, "generation") == "1.8";
     for (const CheckedFile* binary : image.binaries) {
       if (is_30(*binary)) continue;
+      const std::uint64_t front = signer_part(*metadata, *binary);
       const std::size_t digest =
           image.digests.add(is_18 ? kSha256 : kSha384, binary->source,
-                            {{0, binary->inspected.length}});
-      image.digest_pairs.push_back({metadata, binary, digest});
+                            {{front, binary->inspected.length - front}});
+      image.digest_pairs.push_back({metadata, binary, front, digest});
     }
   }
 }

@@ -19,7 +19,8 @@ namespace tova_fw_builder {
 struct DigestPair {
   const CheckedFile* metadata = nullptr;
   const CheckedFile* binary = nullptr;
-  std::size_t digest = 0;  // of the whole binary
+  std::uint64_t signer_part = 0;  // bytes in front, which came later
+  std::size_t digest = 0;         // of the binary behind them
 };
 
 struct ImageFiles {

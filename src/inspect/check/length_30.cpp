@@ -24,8 +24,8 @@ bool is_zero(const ByteSource& source, Span span) {
 }
 
 struct Told {
-  std::uint64_t least = kContentsOffset;  // without any zeros between
-  std::uint64_t end = kContentsOffset;
+  std::uint64_t least = 0;  // without any zeros between
+  std::uint64_t end = 0;
   std::vector<Span> gaps;
   std::vector<Span> heads;  // the first page of each segment
   bool is_clear = true;     // addresses rise, and no segment is empty
@@ -44,6 +44,7 @@ bool has_empty_segment(const Field& module) {
 
 Told told_by(const Field& root) {
   Told told;
+  told.least = told.end = number_at(root, "header_offset") + kContentsOffset;
   std::optional<std::uint64_t> last;
   for (const Field& module : find(root, "modules")->members) {
     if (has_empty_segment(module)) told.is_clear = false;

@@ -230,7 +230,9 @@ void check_pages(const ImageFiles& image, Report& report) {
     }
     if (header->inspected.format == Format::kBinary && is_30(*header) &&
         header->inspected.length > kContentsOffset &&
-        header->inspected.length % kPageSize != 0) {
+        (header->inspected.length - number_at(root, "header_offset")) %
+                kPageSize !=
+            0) {
       report.failed(*header,
                     "the contents don't end on the page grid: an addon stands "
                     "off it, or the file was cut or has grown");

@@ -144,6 +144,30 @@ TEST(Check, FaultsAreFoundByTheirChecks) {
   }
 }
 
+// The manifest of 1.8 and 2.5 is of the file without what a signer puts ahead.
+TEST(Check, BinaryBehindASigner) {
+  const struct {
+    std::size_t front;  // the header stands 8128 bytes short of 8192
+    std::size_t flipped;
+    const char* failed;
+  } cases[] = {
+      {8128, 0, ""},
+      {8128, 8127, ""},               // the signer's own
+      {8128, 8128, "image-digest "},  // ahead of the header
+      {8128, 8128 + 41023, "module-hash image-digest "},
+      {8127, 8126, "structure image-digest image-length "},
+  };
+  for (const char* generation : {"1.8", "2.5"}) {
+    for (const auto& c : cases) {
+      ImageSample image = image_sample(generation);
+      std::string& binary = image.at("firmware.bin");
+      binary.insert(0, c.front, '\0');
+      binary[c.flipped] = 's';
+      EXPECT_EQ(c.failed, failed(check(image))) << generation << c.flipped;
+    }
+  }
+}
+
 TEST(Check, LengthsOfFiles) {
   const struct {
     const char* generation;

@@ -77,7 +77,9 @@ TEST(CompareTrees, FieldsOfABinary) {
        "[the hash of contents that changed]\n"
        "modules[eins].segments[rodata].contents 4096 -> 4096, 1 in 1, first "
        "1\n"},
-      {{{7, "x"}}, "padding[0] 64 -> 64, 1 in 1, first 7\n"},
+      {{{7, "x"}},
+       "padding[0] 64 -> 56, 0 in 0, first 0 [zeros between what moved]\n"
+       "signer_part 0 -> 8, 0 in 0, first 0\n"},
       // Text grows by a page: what lies behind it has moved.
       {{{kOne + 82, "\x02"},
         {kOne + 97, "\x20"},
