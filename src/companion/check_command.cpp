@@ -46,6 +46,11 @@ bool is_key(const CheckedFile& file) {
 struct Given {
   std::vector<CheckedFile> files;
   Troubles troubles;
+  // What became of the others, each in a few words for the summary.
+  std::uint64_t unread = 0;
+  std::uint64_t unknown = 0;
+  std::uint64_t keys = 0;
+  std::uint64_t empty_folders = 0;
 
   void open(const std::string& path, bool in_folder) {
     try {
@@ -54,10 +59,12 @@ struct Given {
       if (!is_key(file)) {
         files.push_back(std::move(file));
       } else if (!in_folder) {
+        ++keys;
         troubles.add(path, "a key is no part of an image: --trust " + path +
                                " demands a signature that was made with it");
       }
     } catch (const std::exception& error) {
+      ++unread;
       troubles.add(trouble_of(error));
     }
   }
@@ -79,10 +86,14 @@ struct Given {
         paths.push_back(path_text(at->path()));
       }
     }
-    if (error) troubles.add(folder, "cannot be read: " + error.message());
+    if (error) {
+      ++unread;
+      troubles.add(folder, "cannot be read: " + error.message());
+    }
     std::ranges::sort(paths);
     for (const std::string& path : paths) open(path, true);
     if (!paths.empty() || error) return;
+    ++empty_folders;
     troubles.add(folder,
                  folders.empty()
                      ? "no file is in it"
@@ -144,20 +155,63 @@ std::string joined(const std::vector<std::string_view>& ids) {
   return text;
 }
 
-std::string verdict(const Checked& checked, bool all_hold) {
-  const auto failed = ids_of(checked, is_failed);
-  const auto gaps = ids_of(checked, is_gap);
-  if (!failed.empty()) return "FAILED: " + joined(failed);
-  if (checked.lines.empty()) return "nothing was checked";
-  if (!all_hold) return "files are missing";
-  if (checked.summary.empty()) return "nothing is wrong in itself";
-  if (gaps.empty()) return "all checks hold";
-  return "no check fails; not checked: " + joined(gaps);
+// The ids of the checks that weren't made for want of something. That of
+// structure is left unchecked for single files, which may be contents or not.
+std::string gaps_text(const Checked& checked) {
+  std::vector<std::string> files;
+  for (const CheckLine& line : checked.lines) {
+    if (line.is_gap && line.id == "structure" && !line.file.empty()) {
+      files.push_back(line.file);
+    }
+  }
+  std::string text;
+  for (const std::string_view id : ids_of(checked, is_gap)) {
+    text.append(text.empty() ? "" : ", ").append(id);
+    if (id != "structure" || files.empty()) continue;
+    text += " of " + (files.size() == 1 ? printable(files[0])
+                                        : counted(files.size(), "file"));
+  }
+  return text;
 }
 
-void print_summary(const Checked& checked, bool all_hold) {
+// Of those files that weren't checked as a part of the image: "; 2 files cannot
+// be read".
+std::string left_out(const Given& given) {
+  std::string text;
+  const auto add = [&text](std::uint64_t count, std::string_view noun,
+                           const std::string& verb) {
+    if (count != 0) text += "; " + counted(count, noun) + verb;
+  };
+  add(given.unread, "file", " can't be read");
+  add(given.unknown, "file", " unknown");
+  add(given.keys, "key", " among the files");
+  add(given.empty_folders, "folder", " without files");
+  return text;
+}
+
+std::string verdict(const Checked& checked, const Given& given) {
+  const auto failed = ids_of(checked, is_failed);
+  const std::string gaps = gaps_text(checked);
+  std::string text;
+  if (!failed.empty()) {
+    text = "FAILED: " + joined(failed);
+  } else if (checked.lines.empty() || !checked.has_known) {
+    text = "nothing was checked";
+  } else if (checked.summary.empty()) {
+    text = given.files.size() > 1 ? "no header is among the files"
+                                  : "nothing is wrong in itself";
+  } else if (gaps.empty() && !given.troubles.any()) {
+    text = "all checks hold";
+  } else {
+    text = "no check fails";
+    if (!gaps.empty()) text += "; not checked: " + gaps;
+  }
+  return text + left_out(given);
+}
+
+void print_summary(const Checked& checked, const Given& given) {
   std::cout << (checked.summary.empty() ? "no image" : checked.summary) << "  "
-            << verdict(checked, all_hold) << '\n';
+            << verdict(checked, given) << '\n';
 }
 
 void print_lines(const Checked& checked, const Colours& colour) {
@@ -179,6 +233,7 @@ void print_lines(const Checked& checked, const Colours& colour) {
 // Files in which nothing is known must not pass for checked ones.
 void report_unknown(const Checked& checked, const Options& options,
                     Given& given) {
+  given.unknown = checked.unknown.size();
   for (const UnknownFile& unknown : checked.unknown) {
     given.troubles.add(unknown.file->path, unknown.text);
   }
@@ -207,7 +262,7 @@ Status check_files(const Options& options) {
   if (options.json) {
     std::cout << json_text(checks_json(checked, given.troubles));
   } else if (options.summary) {
-    print_summary(checked, holds(checked) && !given.troubles.any());
+    print_summary(checked, given);
   } else {
     print_lines(checked, colours(wants_colour(options.colour)));
   }

@@ -117,7 +117,7 @@ TEST_F(Commands, NothingIsSummedUpOfAWrongOption) {
     EXPECT_TRUE(
         run_tool(words_of(line)).out.ends_with("nothing was checked\n"));
   }
-  EXPECT_EQ("no image  files are missing\n",
+  EXPECT_EQ("no image  nothing was checked; 1 file can't be read\n",
             run_tool(words_of("check --summary none")).out);
 }
 

@@ -73,6 +73,26 @@ check 0 '' --json firmware.man.signed
   '["module-hash","extended-manifest","package"]' ]] || die "$(cat "$work/out")"
 
 # What can't be read or is of no image is named, and the rest is checked.
+summary_ends() {  # summary_ends TEXT
+  [[ $(<"$work/out") == *"  $1" ]] || die "not $1: $(cat "$work/out")"
+}
+check 0 '' --summary ./*
+summary_ends 'all checks hold'
+check 0 '' ./*
+says 'not checked' structure 'firmware.d: a dependency file'
+says 'not checked' structure 'bank_b.bin: the odd words of ./flash.img'
+check 2 '' --summary nothing ../logs/01-build-1.5.log "$keys/test-key-public.key" \
+  firmware.man{.signed,.ext} package.bin firmware.pkg bank_a.bin
+summary_ends "no check fails; 1 file can't be read; 1 file unknown; 1 key "`
+  `"among the files"
+check 2 '' --summary firmware.pkg firmware.man.ext
+summary_ends 'no header is among the files'
+mkdir ../doubtful
+cp firmware* ../doubtful
+head -c 5000 /dev/urandom >../doubtful/other.bin
+check 0 '' --summary ../doubtful
+summary_ends 'no check fails; not checked: structure of ../doubtful/other.bin'
+rm -r ../doubtful
 check 2 '' nothing firmware.bin.txt firmware.man.signed
 says ok signature 'made with the key 966d4e58'
 check 2 '' firmware.bin

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "image/records/binary_header.h"
+#include "inspect/check/beside_files.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
@@ -82,8 +83,14 @@ void plan_digests(ImageFiles& image) {
 
 ImageFiles sort_files(const std::vector<CheckedFile>& files,
                       const CheckOptions& options) {
-  ImageFiles image{options, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}, {}};
-  for (const CheckedFile& file : files) sort_file(file, image);
+  ImageFiles image(options);
+  for (const CheckedFile& file : files) {
+    if (is_piece(file, files)) {
+      image.pieces.push_back(&file);
+    } else {
+      sort_file(file, image);
+    }
+  }
   for (const CheckedFile* binary : image.binaries) {
     if (!is_30(*binary)) image.plans.push_back(plan_binary(*binary));
   }

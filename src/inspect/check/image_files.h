@@ -24,6 +24,8 @@ struct DigestPair {
 };
 
 struct ImageFiles {
+  explicit ImageFiles(const CheckOptions& given) : options(given) {}
+
   const CheckOptions& options;
   // In the order given.
   std::vector<const CheckedFile*> manifests;  // of 1.5
@@ -33,6 +35,7 @@ struct ImageFiles {
   std::vector<const CheckedFile*> packages;
   std::vector<const CheckedFile*> others;  // keys, and what is found by search
   std::vector<const CheckedFile*> bare;    // without a form of their own
+  std::vector<const CheckedFile*> pieces;  // with one, and of no image
 
   // Manifests of 1.5 and binaries: those with a header and modules.
   std::vector<const CheckedFile*> headers;

@@ -2,6 +2,7 @@
 // so that it tells how the segments of one module stand to one another and no
 // more. The modules of the main binary follow each other without a gap.
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "inspect/addon_name.h"
@@ -119,12 +120,14 @@ class ManifestPlanner {
     if (!place.spans.empty()) place.spans = {{0, place.length}};
   }
 
-  const CheckedFile* addon_file(const Field& module) const {
-    const auto found =
-        std::ranges::find_if(bare_, [&](const CheckedFile* file) {
-          return is_file_of(file->path, module);
-        });
-    return found == bare_.end() ? nullptr : *found;
+  // All that have its UUID in their names: of two folders there may be two.
+  std::vector<const CheckedFile*> addon_files(const Field& module) const {
+    std::vector<const CheckedFile*> found;
+    std::ranges::copy_if(bare_, std::back_inserter(found),
+                         [&](const CheckedFile* file) {
+                           return is_file_of(file->path, module);
+                         });
+    return found;
   }
 
   const Placed* addon_of(const CheckedFile& file) const {
@@ -136,7 +139,7 @@ class ManifestPlanner {
   }
 
   bool is_listed_addon(const Field& module) const {
-    if (addon_file(module) != nullptr) return true;
+    if (!addon_files(module).empty()) return true;
     if (package_ == nullptr) return false;
     return std::ranges::any_of(
         find(*package_, "files")->members, [&](const Field& file) {
@@ -217,7 +220,9 @@ class ManifestPlanner {
           "which modules stand in the binary isn't known: give the package "
           "descriptor, too";
     }
-    if (file == nullptr && place.unknown.empty()) {
+    if (file == nullptr && place.unknown.empty() && place.length == 0) {
+      place.file = &manifest_;  // any file has no contents
+    } else if (file == nullptr && place.unknown.empty()) {
       place.is_missing = true;
       place.unknown =
           "its contents are not at hand: give " +
@@ -240,18 +245,26 @@ class ManifestPlanner {
     plan.has_main = main != nullptr;
     if (main != nullptr) plan.bare.push_back({main, main_length(manifest_)});
     for (const Placed& placed : modules_) {
-      const CheckedFile* file =
-          placed.is_addon ? addon_file(*placed.place.module) : main;
-      if (placed.is_addon && file != nullptr && placed.place.unknown.empty()) {
-        plan.bare.push_back({file, placed.place.length});
+      if (!placed.is_addon) {
+        plan.modules.push_back(put(placed, main, placed.offset));
+        continue;
       }
-      plan.modules.push_back(put(placed, file, placed.offset));
-      if (placed.is_addon && file != nullptr &&
-          std::ranges::count(plan.modules, file, &ModulePlace::file) > 1) {
-        plan.modules.back().unknown = "another module has the same file";
-      }
+      const auto files = addon_files(*placed.place.module);
+      for (const CheckedFile* file : files) add_addon(placed, *file, plan);
+      if (files.empty()) plan.modules.push_back(put(placed, nullptr, 0));
     }
     return plan;
+  }
+
+  void add_addon(const Placed& placed, const CheckedFile& file,
+                 ContentsPlan& plan) const {
+    if (placed.place.unknown.empty()) {
+      plan.bare.push_back({&file, placed.place.length});
+    }
+    plan.modules.push_back(put(placed, &file, 0));
+    if (std::ranges::count(plan.modules, &file, &ModulePlace::file) > 1) {
+      plan.modules.back().unknown = "another module has the same file";
+    }
   }
 
   ContentsPlan together(const CheckedFile& joined) const {

@@ -1,11 +1,12 @@
 #include "inspect/check/unknown_files.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <string_view>
 
 #include "companion/ground/message_text.h"
-#include "driver/ground/numbers.h"
+#include "inspect/check/beside_files.h"
 #include "inspect/compare/byte_difference.h"
 #include "inspect/inspect.h"
 
@@ -19,20 +20,6 @@ constexpr std::uint64_t kSearched = 1024 * 1024;
 constexpr std::string_view kOtherFiles[] = {".elf", ".o",  ".a",  ".sig",
                                             ".der", ".gz", ".xz", ".zip"};
 
-bool has_ending(const std::string& path, std::string_view ending) {
-  if (path.size() < ending.size()) return false;
-  return std::ranges::equal(
-      ending, std::string_view(path).substr(path.size() - ending.size()),
-      [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b + 32 : b); });
-}
-
-bool is_text(std::string_view bytes) {
-  return std::ranges::none_of(bytes, [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return (byte < ' ' && !is_white_space(c)) || byte == 0x7F;
-  });
-}
-
 bool may_be_contents(const CheckedFile& file) {
   if (has_ending(file.path, ".bin") || has_ending(file.path, ".img")) {
     return true;
@@ -43,7 +30,7 @@ bool may_be_contents(const CheckedFile& file) {
     return false;
   }
   const std::string head = file.source.bytes(0, kHead);
-  return !is_text(head) && !head.starts_with("\177ELF");
+  return !is_text(head) && beside_kind(file).empty();
 }
 
 // Such as a flash image. Its beginning tells: it may be long.
@@ -51,20 +38,6 @@ bool has_structures(const CheckedFile& file) {
   const ByteSource head = ByteSource::of(file.source.bytes(0, kSearched));
   return !find(inspect(head, Format::kEmbedded).root, "embedded")
               ->members.empty();
-}
-
-bool is_of_image_by_name(const CheckedFile& file, const ImageFiles& image) {
-  for (const char* ending : {".man", ".man.ext", ".man.signed", ".pkg"}) {
-    if (has_ending(file.path, ending)) return true;
-  }
-  const std::string name = base_name(file.path);
-  return std::ranges::any_of(image.packages, [&](const CheckedFile* package) {
-    return std::ranges::any_of(find(package->inspected.root, "files")->members,
-                               [&](const Field& listed) {
-                                 return base_name(text_at(listed, "path")) ==
-                                        name;
-                               });
-  });
 }
 
 bool is_of_15(const ContentsPlan& plan) {
@@ -137,6 +110,25 @@ std::string unknown_text(const ImageFiles& image) {
   return text + " (contents of generation 1.5 need their manifest)";
 }
 
+// What is to be said of a file that has to be of the image, and isn't.
+std::string trouble_text(const CheckedFile& file, const ImageFiles& image) {
+  if (file.inspected.length == 0) return "an empty file";
+  if (has_structures(file)) {
+    return "it begins with nothing known, but structures stand in it: tova_fw "
+           "show lists them; cut them out to have them checked";
+  }
+  return unknown_text(image) + (image.headers.empty() ? "" : ": leave it out");
+}
+
+// Whether nothing of the contents of 1.5 lacks that a file could be.
+bool has_all_contents(const ImageFiles& image) {
+  return !image.headers.empty() &&
+         std::ranges::all_of(image.plans, [&](const ContentsPlan& plan) {
+           return !is_of_15(plan) || plan.has_main ||
+                  std::ranges::any_of(image.plans, &ContentsPlan::has_main);
+         });
+}
+
 // Of 1.8 and later all contents stand in the binary; of 1.5, the file may be
 // the joined package if no other one is.
 UnknownFile beside(const CheckedFile& file, const ImageFiles& image) {
@@ -155,40 +147,72 @@ UnknownFile beside(const CheckedFile& file, const ImageFiles& image) {
   return unknown;
 }
 
+// What is to be told of a file that isn't known; nothing of one in a folder
+// that has nothing to do with the image.
+std::optional<UnknownFile> judged(const CheckedFile& file,
+                                  const std::vector<CheckedFile>& files,
+                                  const ImageFiles& image) {
+  using enum UnknownFile::Kind;
+  if (const MemoryBank bank = memory_bank(file, files); bank.of != nullptr) {
+    return UnknownFile{&file, kBeside, false,
+                       std::string("the ") + (bank.is_odd ? "odd" : "even") +
+                           " words of " + bank.of->path +
+                           ", as split deals them out"};
+  }
+  if (std::ranges::count(image.pieces, &file) != 0) {
+    return UnknownFile{&file, kBeside, true,
+                       "it begins like a binary, but no module is in its "
+                       "header: a memory bank, or a binary that was damaged"};
+  }
+  const bool is_named = is_of_image_by_name(file, files);
+  const ContentsPlan* judge = is_named ? nullptr : judge_of(file, image);
+  if (judge != nullptr) {
+    return UnknownFile{
+        &file, kLength, false,
+        counted(file.inspected.length, "byte") + ", and " + lengths_of(*judge)};
+  }
+  if (!file.in_folder && !is_named) {
+    if (const std::string_view kind = beside_kind(file); !kind.empty()) {
+      return UnknownFile{
+          &file, kBeside, false,
+          std::string(kind) + ", in which nothing is to be checked"};
+    }
+    if (has_all_contents(image) && has_structures(file)) {
+      return beside(file, image);
+    }
+  }
+  if (!file.in_folder || is_named) {
+    return UnknownFile{&file, kTrouble, false, trouble_text(file, image)};
+  }
+  if (!may_be_contents(file)) return std::nullopt;
+  return beside(file, image);
+}
+
+// The manifests of 3.0 are empty.
+bool is_manifest_30(const CheckedFile& file, const ImageFiles& image) {
+  return file.inspected.length == 0 && !has_ending(file.path, ".pkg") &&
+         !has_ending(file.path, ".bin") &&
+         std::ranges::any_of(image.binaries, [](const CheckedFile* binary) {
+           return is_30(*binary);
+         });
+}
+
 }  // namespace
 
 std::vector<UnknownFile> unknown_files(const std::vector<CheckedFile>& files,
                                        const ImageFiles& image) {
-  using enum UnknownFile::Kind;
   std::set<const CheckedFile*> known;
   for (const ContentsPlan& plan : image.plans) {
     for (const BareFile& bare : plan.bare) known.insert(bare.file);
     for (const ModulePlace& place : plan.modules) known.insert(place.file);
   }
-  const bool has_30 = std::ranges::any_of(
-      image.binaries, [](const CheckedFile* binary) { return is_30(*binary); });
+  std::vector<const CheckedFile*> left = image.bare;
+  left.insert(left.end(), image.pieces.begin(), image.pieces.end());
   std::vector<UnknownFile> unknown;
-  for (const CheckedFile& file : files) {
-    if (file.inspected.format != Format::kEmbedded || known.contains(&file)) {
-      continue;
-    }
-    // The manifests of 3.0 are empty.
-    const bool is_manifest_30 = has_30 && file.inspected.length == 0 &&
-                                !has_ending(file.path, ".pkg") &&
-                                !has_ending(file.path, ".bin");
-    if (is_manifest_30) continue;
-    const bool is_named = is_of_image_by_name(file, image);
-    const ContentsPlan* judge = is_named ? nullptr : judge_of(file, image);
-    if (judge != nullptr) {
-      unknown.push_back({&file, kLength, false,
-                         counted(file.inspected.length, "byte") + ", and " +
-                             lengths_of(*judge)});
-    } else if (!file.in_folder || is_named) {
-      unknown.push_back(
-          {&file, kTrouble, false,
-           file.inspected.length == 0 ? "an empty file" : unknown_text(image)});
-    } else if (may_be_contents(file)) {
-      unknown.push_back(beside(file, image));
+  for (const CheckedFile* file : left) {
+    if (known.contains(file) || is_manifest_30(*file, image)) continue;
+    if (auto found = judged(*file, files, image)) {
+      unknown.push_back(std::move(*found));
     }
   }
   return unknown;

@@ -50,6 +50,43 @@ TEST(Check, LengthOf30WithZerosAheadOfAnAddon) {
                           "with the zeros between them have 57344\n"));
 }
 
+// Two folders of one image: a damaged addon doesn't hide behind a whole one.
+TEST(Check, EachFileOfAnAddonIsHashed) {
+  const std::string other = std::string("z/") + kAddonFile;
+  ImageSample image = image_sample("1.5");
+  image[other] = image.at(kAddonFile);
+  EXPECT_EQ("", failed(check(image)));
+  EXPECT_NE(std::string::npos, lines_of(check(image), "module-hash")
+                                   .find("ok " + other + ": 1 module, 4096"));
+  image[other][4095] = 'x';
+  EXPECT_EQ("module-hash ", failed(check(image)));
+  image[other].resize(4095);
+  EXPECT_EQ("length module-hash ", failed(check(image)));
+}
+
+// An addon with zeroed data alone has no contents that could lack.
+TEST(Check, AddonWithoutContents) {
+  const std::string nothing = bytes_of(
+      "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+  CheckOptions release;
+  release.release = true;
+  for (const bool is_hash : {true, false}) {
+    ImageSample image = image_sample("1.5");
+    std::string& manifest = image.at("firmware.man");
+    const std::size_t addon = entries_offset("1.5") + 2 * kEntry;
+    manifest.replace(addon + 32, 32, is_hash ? nothing : std::string(32, 'x'));
+    manifest.replace(addon + 80, 2, "\x02\x02");  // bss, without contents
+    manifest.replace(addon + 88, 4, le32(0));
+    image["package.bin"] = image.at("firmware.bin");
+    image.erase("firmware.bin");
+    image.erase(kAddonFile);
+    EXPECT_EQ(is_hash,
+              lines_of(check(image, release), "module-hash").find("FAILED") ==
+                  std::string::npos)
+        << lines_of(check(image, release), "module-hash");
+  }
+}
+
 TEST(Check, EachFileIsNamed) {
   const std::string binary = image_sample("1.8").at("firmware.bin");
   EXPECT_EQ(

@@ -33,6 +33,8 @@ TEST(Check, UnknownFiles) {
       {contents, "package.BIN", noise, false, "length ",
        "module-hash package "},
       {contents, "firmware.d", "a: b\n", false, "", "!module-hash package "},
+      {contents, "flash.bin", noise + manifest, false, "",
+       "!module-hash package "},
       {contents, "bank_a", noise, true, "", "module-hash package "},
       {contents, "flash.bin", noise + manifest, true, "",
        "module-hash package "},
@@ -50,6 +52,7 @@ TEST(Check, UnknownFiles) {
       {{}, "other.Bin", noise, true, "", "structure "},
       {{}, "other.bin", noise, false, "", "!"},
       {{}, "flash.bin", main + manifest, true, "", ""},
+      {{}, "flash.img", noise + manifest, false, "", ""},
       {{}, "bank_a", noise, true, "", ""},
       {{}, "notes.txt", "Notes\n", true, "", ""},
       // What is named as a part of the image has to be one.
@@ -98,6 +101,113 @@ TEST(Check, UnknownFiles) {
                       {"p.bin", "bytes"}}),
                "length")
           .substr(35));
+}
+
+// What a glob finds beside an image has nothing to be checked, and is named.
+TEST(Check, FilesBesideAnImage) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    const char* told;  // "" if it is unknown
+  } cases[] = {
+      {"firmware.d", "binary_parts: a.def\na.def: \n", "a dependency file"},
+      {"firmware.xml", "<memory_footprint elf_name=\"firmware\">\n",
+       "a memory description"},
+      {"manifest.c", "unsigned char rawData[8] = { \n", "a C array"},
+      {"base.elf", "\177ELF\1\1\1", "an ELF"},
+      {"firmware.elfs", "a.elf\na.sections\na.symbols\n", "an ELF list"},
+      {"BANK_A.HEX", "0011223344556677\n", "a memory file"},
+      {"check.json", "", "a report"},
+      {"firmware.elfs", std::string("a\0b", 3), ""},
+      {"firmware.d", "", ""},
+      {"notes.txt", "Notes\n", ""},
+      {"x.man", "binary_parts: a.def\n", ""},  // it has to be a manifest
+  };
+  for (const auto& c : cases) {
+    ImageSample image = image_sample("1.8");
+    image[c.name] = c.bytes;
+    const Checked named = check(image);
+    EXPECT_EQ("", failed(named) + gaps(named)) << c.name;
+    EXPECT_EQ(*c.told == 0 ? 1u : 0u, named.unknown.size()) << c.name;
+    const std::string line = std::string("not checked ") + c.name + ": " +
+                             c.told + ", in which nothing is to be checked\n";
+    EXPECT_EQ(*c.told != 0,
+              lines_of(named, "structure").find(line) != std::string::npos)
+        << lines_of(named, "structure");
+  }
+}
+
+// The words of 8 bytes of one parity, as docs/file-formats.md tells of split.
+std::string bank(const std::string& bytes, bool is_odd) {
+  std::string words;
+  for (std::size_t at = is_odd ? 8 : 0; at < bytes.size(); at += 16) {
+    words += bytes.substr(at, 8);
+  }
+  return words;
+}
+
+// A bank of a binary begins like one. Where the other half or the whole isn't
+// at hand, it may as well be the image's own binary that was damaged.
+TEST(Check, MemoryBanksAreNoBinaries) {
+  for (const char* generation : {"1.8", "3.0"}) {
+    const ImageSample image = image_sample(generation);
+    const std::string& binary = image.at("firmware.bin");
+    ImageSample with_banks = image;
+    with_banks["bank_a.bin"] = bank(binary, false);
+    with_banks["bank_b.bin"] = bank(binary, true);
+    for (const bool in_folder : {true, false}) {
+      const Checked checked = check(with_banks, {}, in_folder);
+      EXPECT_EQ("", failed(checked) + gaps(checked));
+      EXPECT_TRUE(checked.unknown.empty());
+      for (const char* line :
+           {"bank_a.bin: the even words of firmware.bin, as split deals",
+            "bank_b.bin: the odd words of firmware.bin, as split deals"}) {
+        EXPECT_NE(std::string::npos, lines_of(checked, "structure").find(line));
+      }
+    }
+    // Another one's, by itself, in the place of the binary, and as a name that
+    // has to be of the image.
+    std::string other = with_banks["bank_a.bin"];
+    other.back() = 'x';
+    const struct {
+      const char* name;
+      bool in_folder;
+      const char* without;
+      bool fails;
+      const char* gaps;
+    } cases[] = {
+        {"bank_a.bin", true, "", false, "structure "},
+        {"bank_a.bin", false, "", true, ""},
+        {"bank_a.bin", true, "firmware.bin", true, ""},
+        {"firmware.1.bin", true, "", true, ""},
+        {kAddonFile, true, "", true, ""},
+    };
+    for (const auto& c : cases) {
+      ImageSample files = image;
+      files.erase(c.without);
+      files[c.name] = other;
+      const Checked checked = check(files, {}, c.in_folder);
+      EXPECT_EQ(c.fails, !holds(checked)) << generation << c.name;
+      if (!c.fails) EXPECT_EQ(c.gaps, gaps(checked));
+    }
+  }
+  // The bytes behind the last whole word are the odd bank's, if it lacks one.
+  for (const std::size_t length : {300u, 303u, 296u, 304u, 311u}) {
+    ImageSample image = image_sample("1.8");
+    image["notes.bin"] = counting(length);
+    std::string whole = counting(length);
+    whole.resize(length / 8 * 8 + (length / 8 % 2 == 0 ? 0 : length % 8));
+    std::string odd = bank(whole, true);
+    odd.resize((length / 8 + 1) / 2 * 8);
+    image["odd"] = odd;
+    EXPECT_NE(std::string::npos,
+              lines_of(check(image), "structure").find("odd words of notes"))
+        << length;
+    image["odd"].back() = 'x';
+    EXPECT_EQ(std::string::npos,
+              lines_of(check(image), "structure").find("odd words of notes"))
+        << length;
+  }
 }
 
 // What is of two builds or two generations is no image.

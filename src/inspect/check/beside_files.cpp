@@ -1,0 +1,158 @@
+#include "inspect/check/beside_files.h"
+
+#include <algorithm>
+#include <string>
+
+#include "driver/ground/numbers.h"
+#include "inspect/check/places.h"
+
+namespace tova_fw_builder {
+namespace {
+
+constexpr std::uint64_t kHead = 4096;
+constexpr std::uint64_t kWord = 8;  // that split deals out
+
+struct Kind {
+  std::string_view mark;
+  std::string_view name;
+};
+
+constexpr Kind kByBeginning[] = {
+    {"binary_parts:", "a dependency file"},
+    {"<memory_footprint ", "a memory description"},
+    {"unsigned char rawData[", "a C array"},
+    {"\177ELF", "an ELF"},
+};
+
+// Of texts without a form of their own.
+constexpr Kind kByEnding[] = {
+    {".elfs", "an ELF list"},
+    {".sections", "a section table"},
+    {".symbols", "a symbol list"},
+    {".hex", "a memory file"},
+    {".def", "a definition"},
+    {".h", "a header of constants"},
+    {".script", "an image script"},
+    {".list", "a key list"},
+    {".log", "a log"},
+    {".json", "a report"},
+    {".sarif", "a report"},
+    {".html", "a page"},
+};
+
+// The words of one parity, zeros behind the end.
+std::string words_of_bank(const CheckedFile& file, bool is_odd,
+                          std::uint64_t offset, std::uint64_t length) {
+  std::string both(2 * length, '\0');
+  file.source.read(2 * offset, both);
+  std::string words;
+  for (std::size_t at = is_odd ? kWord : 0; at < both.size(); at += 2 * kWord) {
+    words.append(both, at, kWord);
+  }
+  return words;
+}
+
+bool is_bank_of(const CheckedFile& bank, const CheckedFile& file, bool is_odd) {
+  constexpr std::uint64_t kPiece = 64 * 1024;
+  const std::uint64_t length = bank.inspected.length;
+  // A short piece first: mostly that is enough.
+  std::uint64_t piece = kHead;
+  for (std::uint64_t at = 0; at < length; at += piece, piece = kPiece) {
+    piece = std::min(piece, length - at);
+    if (bank.source.bytes(at, piece) !=
+        words_of_bank(file, is_odd, at, piece)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// A manifest of 1.5 or a binary.
+bool has_modules(const CheckedFile& file) {
+  const Format format = file.inspected.format;
+  return (format == Format::kBinary || format == Format::kManifest15) &&
+         !find(file.inspected.root, "modules")->members.empty();
+}
+
+std::string stem(const CheckedFile& file) {
+  const std::string name = base_name(file.path);
+  return name.substr(0, name.find('.'));
+}
+
+// Whether it has the name of a manifest of 1.8 or 2.5, or of an extended one.
+bool has_name_of_another(const CheckedFile& file,
+                         const std::vector<CheckedFile>& files) {
+  return std::ranges::any_of(files, [&](const CheckedFile& other) {
+    const Format format = other.inspected.format;
+    return (format == Format::kMetadata ||
+            format == Format::kExtendedManifest) &&
+           stem(other) == stem(file);
+  });
+}
+
+}  // namespace
+
+std::string_view beside_kind(const CheckedFile& file) {
+  const std::string head = file.source.bytes(0, kHead);
+  for (const Kind& kind : kByBeginning) {
+    if (head.starts_with(kind.mark)) return kind.name;
+  }
+  if (!is_text(head)) return "";
+  for (const Kind& kind : kByEnding) {
+    if (has_ending(file.path, kind.mark)) return kind.name;
+  }
+  return "";
+}
+
+MemoryBank memory_bank(const CheckedFile& bank,
+                       const std::vector<CheckedFile>& files) {
+  for (const CheckedFile& file : files) {
+    const std::uint64_t words = file.inspected.length / kWord;
+    if (words == 0 || bank.inspected.length != (words + 1) / 2 * kWord) {
+      continue;
+    }
+    for (const bool is_odd : {false, true}) {
+      if (is_bank_of(bank, file, is_odd)) return {&file, is_odd};
+    }
+  }
+  return {};
+}
+
+bool is_of_image_by_name(const CheckedFile& file,
+                         const std::vector<CheckedFile>& files) {
+  for (const char* ending : {".man", ".man.ext", ".man.signed", ".pkg"}) {
+    if (has_ending(file.path, ending)) return true;
+  }
+  const std::string name = base_name(file.path);
+  return std::ranges::any_of(files, [&](const CheckedFile& package) {
+    const Field* listed = find(package.inspected.root, "files");
+    return package.inspected.format == Format::kPackageDescriptor &&
+           std::ranges::any_of(listed->members, [&](const Field& entry) {
+             return base_name(text_at(entry, "path")) == name;
+           });
+  });
+}
+
+bool is_piece(const CheckedFile& file, const std::vector<CheckedFile>& files) {
+  if (file.inspected.problems.empty()) return false;
+  if (memory_bank(file, files).of != nullptr) return true;
+  return file.in_folder && file.inspected.format == Format::kBinary &&
+         !has_modules(file) && std::ranges::any_of(files, has_modules) &&
+         !is_of_image_by_name(file, files) && !has_name_of_another(file, files);
+}
+
+bool is_text(std::string_view bytes) {
+  return std::ranges::none_of(bytes, [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < ' ' && !is_white_space(c)) || byte == 0x7F;
+  });
+}
+
+bool has_ending(std::string_view path, std::string_view ending) {
+  if (path.size() < ending.size()) return false;
+  return std::ranges::equal(
+      ending, path.substr(path.size() - ending.size()),
+      [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b + 32 : b); });
+}
+
+}  // namespace tova_fw_builder
