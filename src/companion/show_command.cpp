@@ -66,7 +66,8 @@ void print_text(const std::string& path, const Inspected& inspected,
                 const Options& options) {
   const Colours colour = colours(wants_colour(options.colour));
   std::cout << colour.bold << printable(path) << colour.plain << ": "
-            << inspected.title << ", " << inspected.length << " bytes\n";
+            << inspected.title << ", " << counted(inspected.length, "byte")
+            << '\n';
   if (options.bytes) {
     print_byte_ranges(std::cout, inspected);
   } else {

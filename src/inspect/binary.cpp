@@ -117,8 +117,8 @@ void check_length(std::uint64_t header_offset, Inspected& out) {
   const std::uint64_t room = kSignedHeaderOffset - header_offset;
   if (told != out.length + room) {
     add_problem(out, out.length,
-                "the file has " + std::to_string(out.length) +
-                    " bytes, and its page count tells " +
+                "the file has " + counted(out.length, "byte") +
+                    ", and its page count tells " +
                     std::to_string(told - std::min(told, room)));
   }
 }

@@ -79,7 +79,7 @@ void decode_embedded(const ByteSource& source, Inspected& out) {
   } else if (count == 0) {
     out.title = "contents without a header";
     if (out.length % kPageSize == 0) {
-      out.title += ", " + std::to_string(out.length / kPageSize) + " pages";
+      out.title += ", " + counted(out.length / kPageSize, "page");
     }
   } else {
     out.title = "contents with " + counted(count, "structure") + " inside" +

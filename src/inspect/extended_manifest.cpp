@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "companion/ground/message_text.h"
 #include "definitions/uuid/uuid.h"
 #include "inspect/decoders.h"
 #include "inspect/record_fields.h"
@@ -85,15 +86,14 @@ std::uint64_t decode_module(const ByteSource& source, std::uint64_t offset,
       pins.add(decode_pin(pin));
       at = pin.end();
     }
-    const std::uint64_t counted =
+    const std::uint64_t records =
         sizeof(ExtendedModule) +
         module->sched_caps * sizeof(FwOutMap::SchedCaps) +
         module->pins * sizeof(FwOutMap::Pin);
-    if (module->length != counted) {
+    if (module->length != records) {
       add_problem(out, offset,
                   "a module's length is " + std::to_string(module->length) +
-                      ", and its records have " + std::to_string(counted) +
-                      " bytes");
+                      ", and its records have " + counted(records, "byte"));
     }
   }
   field.add(std::move(capabilities));
@@ -118,8 +118,8 @@ void decode_extended_manifest(const ByteSource& source, Inspected& out) {
     }
     if (header->length != out.length) {
       add_problem(out, header.place(header->length),
-                  "the file has " + std::to_string(out.length) +
-                      " bytes, and its heading tells " +
+                  "the file has " + counted(out.length, "byte") +
+                      ", and its heading tells " +
                       std::to_string(header->length));
     }
     if (header->version != ExtendedManifestHeader().version) {
@@ -137,8 +137,7 @@ void decode_extended_manifest(const ByteSource& source, Inspected& out) {
   while (modules.members.size() < count && at < limit) {
     at = decode_module(source, at, limit, modules, out);
   }
-  out.title = "extended manifest of " + std::to_string(count) +
-              (count == 1 ? " module" : " modules");
+  out.title = "extended manifest of " + counted(count, "module");
   if (modules.members.size() < count && limit < out.length) {
     add_problem(out, std::min(at, out.length),
                 "only " + std::to_string(modules.members.size()) + " of " +
@@ -155,8 +154,7 @@ void decode_extended_manifest(const ByteSource& source, Inspected& out) {
                 "the file ends ahead of its last record");
   } else if (at < out.length) {
     add_problem(out, at,
-                std::to_string(out.length - at) +
-                    " bytes stand behind the last module");
+                counted(out.length - at, "byte") + " behind the last module");
   }
 }
 

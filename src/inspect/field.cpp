@@ -140,11 +140,8 @@ std::string member_path(const std::string& parent, const Field& member,
 }
 
 std::string number_text(std::uint64_t number, Field::Radix radix) {
-  char digits[24];
-  const auto end = std::to_chars(digits, digits + sizeof(digits), number,
-                                 radix == Field::Radix::kHex ? 16 : 10);
-  return std::string(radix == Field::Radix::kHex ? "0x" : "")
-      .append(digits, end.ptr);
+  return radix == Field::Radix::kHex ? hex_number(number)
+                                     : std::to_string(number);
 }
 
 std::string value_text(const Field& field) {

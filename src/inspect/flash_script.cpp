@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "companion/ground/message_text.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/native_path.h"
@@ -202,7 +203,7 @@ void check_overlaps(const std::vector<Part>& parts, Inspected& out) {
       if (begin >= end || parts[j].statement == "offset") continue;
       add_problem(out, begin,
                   line_text(parts[i]) + " writes over " +
-                      std::to_string(end - begin) + " bytes of " +
+                      counted(end - begin, "byte") + " of " +
                       line_text(parts[j]));
     }
   }
@@ -293,8 +294,11 @@ Field decode_part(const ByteSource& image, const Part& part,
   const bool is_inside =
       *part.offset <= out.length && part.length <= out.length - *part.offset;
   if (!is_inside) {
-    add_problem(out, std::min(*part.offset, out.length),
-                line_text(part) + " lies behind the end of the image");
+    add_problem(
+        out, std::min(*part.offset, out.length),
+        line_text(part) +
+            (*part.offset < out.length ? " reaches beyond" : " lies behind") +
+            " the end of the image");
   } else {
     check_bytes(image, part, left, expected, out);
   }
@@ -336,10 +340,10 @@ Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
     piece.kind = Field::Kind::kPadding;
     rest.add(placed(std::move(piece), gap.offset, gap.length));
     add_problem(out, gap.offset,
-                std::to_string(gap.length) + " bytes that no statement wrote");
+                counted(gap.length, "byte") + " that no statement wrote");
   }
   out.root.add(std::move(rest));
-  out.title = "flash image of " + std::to_string(parts.size()) + " parts";
+  out.title = "flash image of " + counted(parts.size(), "part");
   std::stable_sort(
       out.problems.begin(), out.problems.end(),
       [](const Problem& a, const Problem& b) { return a.offset < b.offset; });

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "companion/ground/byte_text.h"
+#include "companion/ground/message_text.h"
 #include "crypto/sha_hash.h"
 #include "inspect/decoders.h"
 
@@ -139,8 +140,7 @@ class KeyDecoder {
     }
     if (at_ < out_.length) {
       add_problem(out_, at_,
-                  std::to_string(out_.length - at_) +
-                      " bytes stand behind the key's end");
+                  counted(out_.length - at_, "byte") + " behind the key's end");
     }
   }
 

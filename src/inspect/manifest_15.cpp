@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "companion/ground/byte_text.h"
+#include "companion/ground/message_text.h"
 #include "crypto/sha_hash.h"
 #include "image/records/css_part.h"
 #include "inspect/binary_tables.h"
@@ -19,7 +20,7 @@ constexpr auto kHex = Field::Radix::kHex;
 constexpr auto kLong = Field::Shown::kLong;
 
 std::string words_note(std::uint32_t words) {
-  return std::to_string(std::uint64_t{words} * 4) + " bytes";
+  return counted(std::uint64_t{words} * 4, "byte");
 }
 
 void add_css(const RecordFields<CssPart>& part, Inspected& out) {
@@ -121,13 +122,13 @@ void check_length(std::uint64_t size, std::uint64_t symbols, bool is_signed,
                   Inspected& out) {
   if (out.length < size) {
     add_problem(out, out.length,
-                "the file ends " + std::to_string(size - out.length) +
-                    " bytes ahead of the manifest's size");
+                "the file ends " + counted(size - out.length, "byte") +
+                    " ahead of the manifest's size");
   } else if (out.length != size &&
              (is_signed || out.length != size + symbols)) {
-    add_problem(out, size,
-                std::to_string(out.length - size) +
-                    " bytes stand behind the manifest's size");
+    add_problem(
+        out, size,
+        counted(out.length - size, "byte") + " behind the manifest's size");
   }
 }
 

@@ -1,4 +1,5 @@
 // The manifest of 1.8 and 2.5, which differ in the digest's length.
+#include "companion/ground/message_text.h"
 #include "image/records/metadata_extension.h"
 #include "inspect/decoders.h"
 #include "inspect/record_fields.h"
@@ -55,8 +56,7 @@ void decode(const ByteSource& source, Inspected& out) {
       root.add(extension.number("limit_offset", record.limit_offset, kHex));
   if (record.limit_offset >= record.base_offset) {
     limit.note = "a binary of " +
-                 std::to_string(record.limit_offset - record.base_offset) +
-                 " bytes";
+                 counted(record.limit_offset - record.base_offset, "byte");
   }
   root.add(extension.reserved("reserved_tail", record.reserved_tail));
   const bool is_18 = N == kKelp18DigestLength;
@@ -69,8 +69,8 @@ void decode(const ByteSource& source, Inspected& out) {
   }
   if (out.length > extension.end()) {
     add_problem(out, extension.end(),
-                std::to_string(out.length - extension.end()) +
-                    " bytes stand behind the manifest's end");
+                counted(out.length - extension.end(), "byte") +
+                    " behind the manifest's end");
   }
 }
 

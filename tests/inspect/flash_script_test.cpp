@@ -51,12 +51,14 @@ TEST(FlashScript, NamesEveryPart) {
        "0: line 1 (pt): the image has other bytes there\n"},
       // The second file goes over the end of the first one.
       {"offset 48\nbin a\noffset 4c\ndb 61\ndd 5\ndw 1234\n", plain,
-       "76: line 4 (db) writes over 1 bytes of line 2 (bin)\n"},
+       "76: line 4 (db) writes over 1 byte of line 2 (bin)\n"},
       // Behind a file that is missing, nothing is known up to an offset.
       {"offset 48\nbin none\ndd 7\noffset 4d\ndd 5\ndw 1234\n", plain,
        "72: line 2: PREFIXnone is not there\n"
        "72: 5 bytes that no statement wrote\n"},
       {"offset 50\ndd 5\n", std::string(0x52, '\0'),
+       "80: line 2 (dd) reaches beyond the end of the image\n"},
+      {"offset 50\ndd 5\n", std::string(0x50, '\0'),
        "80: line 2 (dd) lies behind the end of the image\n"},
       // Bytes of the file that aren't in the image, up to where another part
       // goes over them; zeros that are none; a hash.

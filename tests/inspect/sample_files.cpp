@@ -147,3 +147,15 @@ std::string key_pair() {
   }
   return bytes.text("))))");
 }
+
+std::vector<SampleFile> sample_files() {
+  return {{"binary", binary_18()},
+          {"binary", binary_30()},
+          {"manifest-1.5", manifest_15(false)},
+          {"manifest-1.5", manifest_15(true)},
+          {"metadata", metadata_18()},
+          {"extended-manifest", extended_manifest()},
+          {"package-descriptor", package_descriptor()},
+          {"key-pair", key_pair()},
+          {"public-key", public_key()}};
+}

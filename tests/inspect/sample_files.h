@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 // Bytes of a file, little-endian.
 class Bytes {
@@ -39,3 +40,10 @@ std::string package_descriptor();
 // Modulus of bytes 11 behind a 12, private numbers of bytes "SECRET-...".
 std::string key_pair();
 std::string public_key();
+
+// All of them, each with the name of its format.
+struct SampleFile {
+  const char* format;
+  std::string bytes;
+};
+std::vector<SampleFile> sample_files();

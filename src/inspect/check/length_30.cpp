@@ -102,8 +102,8 @@ void check_length_30(const CheckedFile& binary, Report& report) {
                               std::to_string(told.end));
   } else {
     report.not_checked(
-        binary, std::to_string(length - told.least) +
-                    " bytes more than its segments have: zeros ahead of "
+        binary, counted(length - told.least, "byte") +
+                    " more than its segments have: zeros ahead of "
                     "addons, which the header of 3.0 doesn't tell, so that "
                     "nobody knows whether the file was cut or has grown");
   }

@@ -39,7 +39,7 @@ void compare_length(const CheckedFile& file, std::uint64_t expected,
   }
   const bool is_cut = length < expected;
   report.failed(
-      file, std::to_string(length) + " bytes, " +
+      file, counted(length, "byte") + ", " +
                 std::to_string(is_cut ? expected - length : length - expected) +
                 (is_cut ? " fewer" : " more") + " than " + teller + " tells");
 }

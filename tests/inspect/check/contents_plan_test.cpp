@@ -50,6 +50,32 @@ TEST(Check, LengthOf30WithZerosAheadOfAnAddon) {
                           "with the zeros between them have 57344\n"));
 }
 
+// A module behind the addon whose place says nothing: without a line of its own
+// in the descriptor it stands in the main binary, behind the base.
+TEST(Check, TheDescriptorTellsWhoStandsWhere) {
+  for (const bool has_package : {true, false}) {
+    ImageSample image = image_sample("1.5");
+    std::string& manifest = image.at("firmware.man");
+    const std::size_t in = entries_offset("1.5") + kEntry;
+    const std::size_t addon = in + kEntry;
+    std::string late = manifest.substr(addon, kEntry);
+    late.replace(4, 6, "late\0\0", 6).replace(12, 16, 16, 'L');
+    late.replace(88, 4, le32(0x00FFF000));
+    manifest.replace(in, kEntry, manifest.substr(addon, kEntry));
+    manifest.replace(addon, kEntry, late);
+    manifest[644 + 16] = 5;  // pages: one more
+    image.at("firmware.bin") += image.at(kAddonFile);
+    std::string& package = image.at("firmware.pkg");
+    package.replace(package.find("base in"), 7, "base");
+    image.erase("firmware.man.ext");
+    if (!has_package) image.erase("firmware.pkg");
+    EXPECT_EQ("", failed(check(image)));
+    image.at("firmware.bin")[12288] = 'x';
+    EXPECT_EQ(has_package ? "module-hash " : "", failed(check(image)))
+        << lines_of(check(image), "module-hash");
+  }
+}
+
 // Two folders of one image: a damaged addon doesn't hide behind a whole one.
 TEST(Check, EachFileOfAnAddonIsHashed) {
   const std::string other = std::string("z/") + kAddonFile;
