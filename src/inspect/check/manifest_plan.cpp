@@ -47,7 +47,7 @@ class ManifestPlanner {
     for (const CheckedFile* file : bare_) {
       if (is_joined(*file)) plans.push_back(together(*file));
     }
-    ContentsPlan apart = separate(main_file());
+    ContentsPlan apart = separate(main_files());
     if (plans.empty() || !apart.bare.empty()) plans.push_back(std::move(apart));
     return plans;
   }
@@ -160,29 +160,37 @@ class ManifestPlanner {
   }
 
   // By its name in the package descriptor, by its length, or by the name of the
-  // manifest.
-  const CheckedFile* main_file() const {
+  // manifest. Of two folders there may be two.
+  std::vector<const CheckedFile*> main_files() const {
+    std::vector<const CheckedFile*> named;
     std::vector<const CheckedFile*> left;
     for (const CheckedFile* file : bare_) {
-      if (is_main_by_name(*file)) return file;
-      if (addon_of(*file) == nullptr && !is_joined(*file)) left.push_back(file);
+      if (is_main_by_name(*file)) {
+        named.push_back(file);
+      } else if (addon_of(*file) == nullptr && !is_joined(*file)) {
+        left.push_back(file);
+      }
     }
+    return named.empty() ? most_alike(left) : named;
+  }
+
+  std::vector<const CheckedFile*> most_alike(
+      const std::vector<const CheckedFile*>& files) const {
     const auto stem = [](const CheckedFile& file) {
       const std::string name = base_name(file.path);
       return name.substr(0, name.find('.'));
     };
-    const CheckedFile* best = nullptr;
-    int most = 0;
-    for (const CheckedFile* file : left) {
+    std::vector<const CheckedFile*> best;
+    int most = 1;
+    for (const CheckedFile* file : files) {
       const bool is_bin =
           file->path.ends_with(".bin") || file->path.ends_with(".BIN");
       const int points =
           (file->inspected.length == main_length(manifest_) ? 2 : 0) +
           (is_bin && stem(*file) == stem(manifest_) ? 1 : 0);
-      if (points > most) {
-        most = points;
-        best = file;
-      }
+      if (points > most) best.clear();
+      if (points >= most) best.push_back(file);
+      most = std::max(most, points);
     }
     return best;
   }
@@ -240,18 +248,23 @@ class ManifestPlanner {
     return plan;
   }
 
-  ContentsPlan separate(const CheckedFile* main) const {
+  ContentsPlan separate(const std::vector<const CheckedFile*>& mains) const {
     ContentsPlan plan = empty_plan();
-    plan.has_main = main != nullptr;
-    if (main != nullptr) plan.bare.push_back({main, main_length(manifest_)});
+    plan.has_main = !mains.empty();
+    for (const CheckedFile* main : mains) {
+      plan.bare.push_back({main, main_length(manifest_)});
+    }
     for (const Placed& placed : modules_) {
-      if (!placed.is_addon) {
-        plan.modules.push_back(put(placed, main, placed.offset));
-        continue;
-      }
-      const auto files = addon_files(*placed.place.module);
-      for (const CheckedFile* file : files) add_addon(placed, *file, plan);
+      const auto files =
+          placed.is_addon ? addon_files(*placed.place.module) : mains;
       if (files.empty()) plan.modules.push_back(put(placed, nullptr, 0));
+      for (const CheckedFile* file : files) {
+        if (placed.is_addon) {
+          add_addon(placed, *file, plan);
+        } else {
+          plan.modules.push_back(put(placed, file, placed.offset));
+        }
+      }
     }
     return plan;
   }

@@ -36,7 +36,7 @@ struct BareFile {
 // The contents that a header speaks of.
 struct ContentsPlan {
   const CheckedFile* header = nullptr;
-  // Of a module with two files of its own, each of them.
+  // Of a module that stands in two files, each of them.
   std::vector<ModulePlace> modules;
   // Of 1.5:
   std::vector<BareFile> bare = {};

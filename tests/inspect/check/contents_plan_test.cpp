@@ -76,18 +76,27 @@ TEST(Check, TheDescriptorTellsWhoStandsWhere) {
   }
 }
 
-// Two folders of one image: a damaged addon doesn't hide behind a whole one.
-TEST(Check, EachFileOfAnAddonIsHashed) {
-  const std::string other = std::string("z/") + kAddonFile;
-  ImageSample image = image_sample("1.5");
-  image[other] = image.at(kAddonFile);
-  EXPECT_EQ("", failed(check(image)));
-  EXPECT_NE(std::string::npos, lines_of(check(image), "module-hash")
-                                   .find("ok " + other + ": 1 module, 4096"));
-  image[other][4095] = 'x';
-  EXPECT_EQ("module-hash ", failed(check(image)));
-  image[other].resize(4095);
-  EXPECT_EQ("length module-hash ", failed(check(image)));
+// Two folders of one image: a damaged file doesn't hide behind a whole one.
+TEST(Check, EachOfTwoFilesIsHashed) {
+  for (const std::string name : {"firmware.bin", kAddonFile}) {
+    for (const bool has_package : {true, false}) {
+      const std::string other = "z/" + name;
+      ImageSample image = image_sample("1.5");
+      if (!has_package) image.erase("firmware.pkg");
+      image[other] = image.at(name);
+      const Checked both = check(image);
+      EXPECT_EQ("", failed(both));
+      EXPECT_TRUE(both.unknown.empty());
+      EXPECT_NE(std::string::npos,
+                lines_of(both, "module-hash").find("ok " + other + ": 1 mod"))
+          << lines_of(both, "module-hash");
+      image[other].back() = 'x';
+      EXPECT_EQ("module-hash ", failed(check(image))) << other;
+      if (!has_package) continue;
+      image[other].pop_back();
+      EXPECT_EQ("length module-hash ", failed(check(image))) << other;
+    }
+  }
 }
 
 // An addon with zeroed data alone has no contents that could lack.
