@@ -188,7 +188,9 @@ TEST(Check, MemoryBanksAreNoBinaries) {
       files[c.name] = other;
       const Checked checked = check(files, {}, c.in_folder);
       EXPECT_EQ(c.fails, !holds(checked)) << generation << c.name;
-      if (!c.fails) EXPECT_EQ(c.gaps, gaps(checked));
+      if (!c.fails) {
+        EXPECT_EQ(c.gaps, gaps(checked));
+      }
     }
   }
   // The bytes behind the last whole word are the odd bank's, if it lacks one.
