@@ -1,7 +1,9 @@
 #include "companion/builder_inputs.h"
 
 #include <filesystem>
+#include <system_error>
 
+#include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "driver/ground/native_path.h"
 
@@ -13,6 +15,13 @@ std::string absolute_path(const std::string& path) {
 }
 
 BuildInputs builder_inputs(const BuilderInputNames& names) {
+  std::error_code ignored;
+  if (std::filesystem::is_fifo(native_path(names.definition), ignored)) {
+    // Its folder is asked for, too, and a pipe without a writer has no end.
+    throw FileError({names.definition,
+                     "a definition can't come through a pipe: name a "
+                     "file"});
+  }
   BuildInputs inputs;
   inputs.elf_list_path = absolute_path(names.elf_list);
   inputs.key_list_path = absolute_path(names.key_list);

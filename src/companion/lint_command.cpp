@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "companion/command_line/command_node.h"
 #include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
+#include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "lint/lint.h"
@@ -26,7 +28,7 @@ namespace {
 struct Options {
   BuilderInputNames inputs;
   std::vector<std::string> disabled;
-  std::string sarif;
+  std::optional<std::string> sarif;
   bool strict = false;
   bool json = false;
   bool list_rules = false;
@@ -56,7 +58,22 @@ std::vector<std::string> files_of(const BuildInputs& inputs,
   for (const SourceMap::File& source : report.sources) {
     files.push_back(source.path);
   }
+  files.insert(files.end(), report.listed.begin(), report.listed.end());
   return files;
+}
+
+bool prints_sarif(const Options& options) {
+  return options.sarif && names_standard_output(*options.sarif);
+}
+
+void print_report(const Options& options, const LintReport& report,
+                  const std::string& folder) {
+  if (options.json) {
+    std::cout << json_text(findings_json(report, folder));
+  } else if (!prints_sarif(options)) {
+    const bool for_people = wants_colour(options.colour);
+    print_findings(std::cout, report, folder, for_people, colours(for_people));
+  }
 }
 
 Status lint_definition(const Options& options) {
@@ -64,9 +81,14 @@ Status lint_definition(const Options& options) {
   if (options.inputs.definition.empty()) {
     throw WrongUsage("DEFINITION is required");
   }
+  if (options.json && prints_sarif(options)) {
+    throw WrongUsage("--json and --sarif can't both be printed");
+  }
   for (const std::string& name : options.disabled) check_rule_name(name);
   const std::string folder = current_directory();
-  const std::string sarif_path = absolute_path(options.sarif);
+  const std::string sarif_path =
+      prints_sarif(options) ? *options.sarif
+                            : absolute_path(options.sarif.value_or(""));
   const BuildInputs inputs = builder_inputs(options.inputs);
   LintReport report;
   try {
@@ -77,21 +99,16 @@ Status lint_definition(const Options& options) {
   }
   require_no_input(sarif_path, files_of(inputs, report));
   Status status = status_of(report, options.strict);
-  if (!options.sarif.empty()) {
+  if (options.sarif) {
     try {
-      write_output_file(
-          sarif_path, json_text(findings_sarif(report, folder, TOVA_VERSION)));
+      write_output(sarif_path,
+                   json_text(findings_sarif(report, folder, TOVA_VERSION)));
     } catch (const std::exception& error) {
-      report_trouble(options.sarif, error.what());
+      report_trouble(*options.sarif, error.what());
       status = Status::kTrouble;
     }
   }
-  if (options.json) {
-    std::cout << json_text(findings_json(report, folder));
-  } else {
-    const bool for_people = wants_colour(options.colour);
-    print_findings(std::cout, report, folder, for_people, colours(for_people));
-  }
+  print_report(options, report, folder);
   for (const auto& [file, text] : report.troubles) {
     report_trouble(file, text);
     status = Status::kTrouble;
@@ -139,8 +156,11 @@ void add_lint_command(CommandNode program, Status& status) {
                    "End with status 1 on a warning, too");
   command.add_flag("--json", options->json, "Print one JSON document");
   command
-      .add_option("--sarif", options->sarif,
-                  "Write the findings as SARIF 2.1.0, too")
+      .add_option(
+          "--sarif",
+          [&sarif = options->sarif](const std::string& path) { sarif = path; },
+          "Write the findings as SARIF 2.1.0, too; - prints them in place of "
+          "the text")
       .called("FILE");
   command.add_flag("--list-rules", options->list_rules,
                    "Print the rules with their levels and end");

@@ -49,10 +49,10 @@ void find_missing_exports(const Linked& linked, Findings& out) {
     if (linked.image_map.find_symbol(name).valid) continue;
     out.add(statement.words.back().spot,
             "no symbol list has " + in_quotes(name) +
+                "; write 'export o' if it may be absent" +
                 (++asked > kMostQuestions
                      ? ""
-                     : symbol_question(linked.image_map, name)) +
-                "; write 'export o' if it may be absent");
+                     : symbol_question(linked.image_map, name)));
   }
 }
 

@@ -3,14 +3,20 @@
 #include "lint/lint.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <new>
 #include <stdexcept>
+#include <system_error>
 #include <tuple>
 
+#include "companion/ground/message_text.h"
 #include "companion/ground/nearest.h"
 #include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
+#include "input_map/elf_list.h"
 #include "lint/allowances.h"
 #include "lint/rules.h"
+#include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {
 
@@ -34,6 +40,32 @@ bool is_allowed(const SourceMap& source, const Finding& finding) {
       allowed, [&](const LintWord& word) { return word.text == finding.rule; });
 }
 
+bool is_file(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(native_path(path), ignored);
+}
+
+// What the ELF list and the key list name, as far as these can be read, and
+// read again.
+std::vector<std::string> listed_files(const BuildInputs& inputs) {
+  std::vector<std::string> files;
+  try {
+    if (is_file(inputs.elf_list_path)) {
+      for (const ElfListEntry& entry : read_elf_list(inputs.elf_list_path)) {
+        files.insert(files.end(), {entry.elf, entry.memmap, entry.nm});
+      }
+    }
+    if (is_file(inputs.key_list_path)) {
+      for (const auto& key : KeyList(inputs.key_list_path).keys) {
+        files.push_back(key->path);
+      }
+    }
+  } catch (const std::runtime_error&) {
+    // Told as a trouble or a finding.
+  }
+  return files;
+}
+
 class Run {
  public:
   explicit Run(const LintOptions& options)
@@ -52,7 +84,10 @@ class Run {
     const bool is_whole = !definition_.refusal && !definition_.is_lost;
     if (!options_.inputs.elf_list_path.empty() && is_whole) {
       add_linked(report, elf_list);
+    } else if (options_.inputs.elf_list_path.empty()) {
+      try_key_list(report);
     }
+    report.listed = listed_files(options_.inputs);
     // One line may be read more than once.
     std::ranges::stable_sort(report.findings, {}, [](const Finding& finding) {
       const Spot& spot = finding.spot;
@@ -81,7 +116,14 @@ class Run {
 
   void add_linked(LintReport& report, SourceMap::File& elf_list) {
     try {
-      elf_list = read_lines(options_.inputs.elf_list_path);
+      const std::string& list = options_.inputs.elf_list_path;
+      std::error_code ignored;
+      if (std::filesystem::is_fifo(native_path(list), ignored)) {
+        throw std::runtime_error("the ELF list " + list +
+                                 " is a pipe, and is read more than once: name "
+                                 "a file");
+      }
+      elf_list = read_lines(list);
       const auto number =
           static_cast<std::uint32_t>(definition_.source.files.size());
       const Linked linked = link(definition_, options_.inputs, number);
@@ -98,6 +140,16 @@ class Run {
       // The text names the file: the list, or one that it or the key list
       // names.
       report.troubles.push_back({options_.inputs.image_def_path, error.what()});
+    }
+  }
+
+  // Without an ELF list no rule asks for it.
+  void try_key_list(LintReport& report) const {
+    const std::string& list = options_.inputs.key_list_path;
+    try {
+      if (!list.empty()) KeyList{list};
+    } catch (const std::runtime_error& error) {
+      report.troubles.push_back({list, without_key_bytes(error.what())});
     }
   }
 

@@ -27,7 +27,8 @@ struct LintReport {
     std::string file;
     std::string text;
   };
-  std::vector<Trouble> troubles;  // what of the ELFs couldn't be read
+  std::vector<Trouble> troubles;    // what of ELFs and keys couldn't be read
+  std::vector<std::string> listed;  // the files that the two lists name
 };
 
 // Throws what the builder's readers throw for a header or a top file that can't

@@ -140,8 +140,8 @@ std::string question_of_inner(const Refused& refused) {
     Nearest near(refused.statement.key());
     for (const auto key : statement_keys(kind)) near.offer(key);
     if (near.name().empty()) continue;
-    return near.question() + "; " + in_quotes(near.name()) + " belongs in " +
-           block_kind_name(kind);
+    return "; " + in_quotes(near.name()) + " belongs in " +
+           block_kind_name(kind) + near.question();
   }
   return "";
 }
@@ -162,12 +162,12 @@ void explain_unknown(const Refused& refused, Finding& finding) {
   for (const auto key : statement_keys(BlockKind::kImage)) near.offer(key);
   near.offer("include");
   near.offer("define");
-  finding.text +=
-      near.name().empty() ? question_of_inner(refused) : near.question();
   for (const SourceMap::Define& define : definition.source.defines) {
     if (define.name != word) continue;
     finding.text += "; a define can't stand for the first word of a line";
   }
+  finding.text +=
+      near.name().empty() ? question_of_inner(refused) : near.question();
   note_ended_blocks(refused, finding);
 }
 
@@ -176,8 +176,8 @@ void explain_generation(const Refused& refused, Finding& finding) {
   for (const auto& [word, value] : kGenerations) generations.push_back(word);
   point_at(1, refused, finding);
   finding.text +=
+      "; there are 1.5, 1.8, 2.5 and 3.0" +
       question(refused.definition, word_at(refused.statement, 1), generations);
-  finding.text += "; there are 1.5, 1.8, 2.5 and 3.0";
 }
 
 void explain_constant(const Refused& refused, Finding& finding) {
@@ -287,8 +287,8 @@ void explain_domain(const Refused& refused, Finding& finding) {
     const std::string_view word = words[i].text;
     if (std::ranges::find(kDomains, word) != std::end(kDomains)) continue;
     point_at(i, refused, finding);
-    finding.text += question(refused.definition, word, kDomains) +
-                    "; there are LL, DP and RTOS";
+    finding.text += "; there are LL, DP and RTOS" +
+                    question(refused.definition, word, kDomains);
     return;
   }
 }
@@ -297,9 +297,9 @@ void explain_group_type(const Refused& refused, Finding& finding) {
   const std::size_t place =
       word_at(refused.statement, 1) == "on_demand" ? 2 : 1;
   point_at(place, refused, finding);
-  finding.text += question(refused.definition,
-                           word_at(refused.statement, place), kGroupTypes) +
-                  "; there are text, rodata and bss";
+  finding.text += "; there are text, rodata and bss" +
+                  question(refused.definition,
+                           word_at(refused.statement, place), kGroupTypes);
 }
 
 void explain_uuid(const Refused& refused, Finding& finding) {
@@ -337,6 +337,11 @@ void explain_statement(const Definition& definition, Finding& finding) {
     if (finding.text.find(explanation.part) == finding.text.npos) continue;
     explanation.add(refused, finding);
     break;
+  }
+  const auto& place = definition.source.lines[definition.refusal->line].place;
+  if (definition.source.files[place.file].lines[place.line - 1].find('\0') !=
+      std::string::npos) {
+    finding.text += "; the line has a zero byte, which cuts texts off";
   }
   for (const LintWord& word : refused.statement.words) {
     if (word.spot != finding.spot || word.define == SourceMap::kNone) continue;

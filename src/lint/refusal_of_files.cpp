@@ -46,9 +46,9 @@ void explain_missing_file(const SourceMap& source, std::string_view operand,
   }
   const std::string name = finding.text.substr(finding.text.find(" : ") + 3);
   finding.text +=
-      nearest_file(source.files[source.open.back().file].path, name) +
       "; it is looked for beside this file, and then where the tool was "
-      "started";
+      "started" +
+      nearest_file(source.files[source.open.back().file].path, name);
   for (std::uint32_t i = 0; i < source.defines.size(); ++i) {
     if (operand.find("$(" + source.defines[i].name + ")") == operand.npos) {
       continue;
@@ -76,10 +76,10 @@ void explain_files(const Definition& definition, Finding& finding) {
         finding.text.substr(std::string("Not recognized define : ").size());
     Nearest near(name);
     for (const auto& define : source.defines) near.offer(define.name);
-    finding.text += near.question();
     if (name.find(")$(") != name.npos) {
       finding.text += "; a name holds one macro at the most";
     }
+    finding.text += near.question();
   } else if (finding.text.starts_with("Failed to open image defs file")) {
     explain_missing_file(source, operand, finding);
   } else if (finding.text.find("canonical") != finding.text.npos) {

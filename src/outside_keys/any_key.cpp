@@ -63,6 +63,7 @@ SecretBuffer read_passphrase_file(const std::string& path) {
 std::unique_ptr<KeyMaterial> load_any_key(const std::string& path,
                                           const SecretBuffer* passphrase) {
   const SecretBuffer file = read_secret_file(path);
+  if (file.size() == 0) throw std::runtime_error("is empty, and so no key");
   const std::span<const std::uint8_t> bytes(file.data(), file.size());
   const std::string_view text(reinterpret_cast<char*>(file.data()),
                               file.size());

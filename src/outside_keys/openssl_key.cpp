@@ -28,6 +28,9 @@ namespace {
 
 constexpr int kBits = 2048;
 constexpr std::size_t kMostPassphrase = 1023;
+constexpr char kMakeAnother[] =
+    ": make one with 'openssl genpkey -algorithm RSA -pkeyopt "
+    "rsa_keygen_bits:2048 -aes256'";
 
 struct Free {
   void operator()(BIO* bio) const { BIO_free(bio); }
@@ -152,12 +155,17 @@ std::string_view pem_label(std::string_view text) {
   }
   const std::string_view text(reinterpret_cast<const char*>(bytes.data()),
                               bytes.size());
+  const std::string_view label = pem_label(text);
+  if (label.ends_with("CERTIFICATE REQUEST")) {
+    refuse(
+        "a certificate request is no key; take its key out of it with 'openssl "
+        "req -pubkey -noout'");
+  }
   if (text.find("-----BEGIN CERTIFICATE") != text.npos) {
     refuse(
         "a certificate is no key; take its key out of it with 'openssl x509 "
         "-pubkey -noout'");
   }
-  const std::string_view label = pem_label(text);
   if (label == "OPENSSH PRIVATE KEY") {
     refuse(
         "this key has a form of OpenSSH's own; 'ssh-keygen -p -m PEM -f COPY' "
@@ -195,12 +203,12 @@ void require_rsa_2048(EVP_PKEY* key) {
     const char* kind = EVP_PKEY_get0_type_name(key);
     throw UnfitKey(std::string("this is a key for ") +
                    (kind == nullptr ? "something else" : kind) +
-                   "; manifests are signed with RSA");
+                   "; manifests are signed with RSA" + kMakeAnother);
   }
   const int bits = EVP_PKEY_get_bits(key);
   if (bits != kBits) {
     throw UnfitKey("this is an RSA key of " + std::to_string(bits) +
-                   " bits; manifests have room for 2048");
+                   " bits; manifests have room for 2048" + kMakeAnother);
   }
 }
 

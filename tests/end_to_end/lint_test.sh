@@ -34,7 +34,7 @@ for generation in 1.5 1.8 2.5 3.0; do
 done
 lint 0 gen_1.8.def --default-dir definitions
 inputs=(definitions/{gen_1.8,base_modules}.def "${linked[@]:1:1}" fw.elfs
-  keys/trusted-keys.list)
+  keys/{trusted-keys.list,test-key-public.key} linked/mixer.{elf,sections})
 before=$(sha256sum "${inputs[@]}")
 for input in "${inputs[@]}"; do
   lint 2 definitions/gen_1.8.def "${linked[@]}" --sarif "$input"
@@ -86,6 +86,10 @@ lint 1 definitions/gen_1.8.def --strict
 lint 0 definitions/gen_1.8.def --strict --disable number-cut
 lint 1 definitions/gen_1.8.def --strict --json
 [[ $(jq -r '.findings[].rule' out) == number-cut ]] || die "$(cat out)"
+mv found.sarif in_file.sarif
+lint 0 definitions/gen_1.8.def "${linked[@]}" --sarif -
+mv out found.sarif
+cmp found.sarif in_file.sarif
 [[ $(jq -r '.runs[0].results[].locations[].physicalLocation
     .artifactLocation.uri' found.sarif) == definitions/base_modules.def ]] ||
   die "$(cat found.sarif)"
@@ -109,9 +113,16 @@ lint 2 definitions/gen_1.8.def --disable nonsense
 lint 2 definitions/gen_1.8.def --disable refused
 lint 2 definitions/gen_1.8.def --header nothing.h
 lint 2 definitions/gen_1.8.def --sarif nowhere/found.sarif
+lint 2 definitions/gen_1.8.def --sarif ''
+lint 2 definitions/gen_1.8.def --json --sarif -
+lint 2 definitions/gen_1.8.def --key-list nothing.list
 git_state=$(ls)
 sed -i 's/^sched_cap /sched_caps /' definitions/addon_modules.def
 lint 2 definitions/gen_1.8.def --elf-list nothing.elfs
 grep -q 'number-cut' out || die "$(cat out)"
+mkfifo pipe  # nobody writes into it
+lint 2 pipe
+lint 2 definitions/gen_1.8.def --elf-list pipe
+rm pipe
 grep -q '^tova_fw: ' err || die "$(cat err)"
 [[ $(ls) == "$git_state" ]] || die "something was written: $(ls)"

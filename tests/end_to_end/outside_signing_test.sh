@@ -185,11 +185,14 @@ public half, which 'tova_fw key export --public' makes" log
 # Private numbers go through a pipe, and to no terminal; nothing of them is
 # left where a file has no room.
 cmp key.key <("$tool" key import key.pem -o -)
-status=0
-python3 -c 'import os, pty, sys
+for terminal in - /dev/tty; do
+  status=0
+  python3 -c 'import os, pty, sys
 sys.exit(os.waitstatus_to_exitcode(pty.spawn(sys.argv[1:])))' \
-  "$tool" key import key.pem -o - </dev/null >log || status=$?
-[[ $status == 2 ]] && grep -q 'not shown on a terminal: name a file' log
+    "$tool" key import key.pem -o $terminal </dev/null >log || status=$?
+  [[ $status == 2 ]] && grep -q 'not shown on a terminal: name a file' log
+  [[ $(<log) != *'(11:private-key'* ]] || die "shown on $terminal"
+done
 status=0
 (ulimit -f 1 && exec "$tool" key import key.pem -o limited.key) 2>log ||
   status=$?

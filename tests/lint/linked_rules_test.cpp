@@ -190,8 +190,9 @@ TEST(LinkedRules, SayWhatIsWrong) {
   LintTree misspelt("t=binary_ver 1.8/@export fw_registur/");
   add_elf(misspelt, "elf", ".t 1000 100 t", "00001000 T fw_register\n");
   EXPECT_NE(std::string::npos,
-            misspelt.printed().find("no symbol list has 'fw_registur'; did you "
-                                    "mean 'fw_register'?; write"));
+            misspelt.printed().find(
+                "no symbol list has 'fw_registur'; write 'export o' if it may "
+                "be absent; did you mean 'fw_register'?"));
   LintTree buffer("t=binary_ver 1.8/hw_buf_size 10/hw_buf_ba 10F8/@");
   add_elf(buffer, "elf", ".t 1000 100 t", "");
   EXPECT_NE(std::string::npos,

@@ -234,8 +234,8 @@ TEST(TextRules, SayWhatWasMeant) {
        "up "
        "to line 5 would be left out\n"},
       {"t=module m/secton .a/",
-       "t:2:1: error: [secton] Unknown parameter; did you mean 'section'?; "
-       "'section' belongs in a group [refused]\n"
+       "t:2:1: error: [secton] Unknown parameter; 'section' belongs in a "
+       "group; did you mean 'section'? [refused]\n"
        "t:1:1: note: module 'm' begins here and 'secton' ends it\n"},
       {"t=@max_data 0/type 1/",
        "t:6:1: error: [type] Unknown parameter; 'type' belongs in a module "
@@ -243,8 +243,8 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:5:1: note: module 'm' ends here, as 'max_data' is no statement of a "
        "module\n"},
       {"t=binary_ver 18/",
-       "t:1:12: error: [binary_ver] Unknown binary version; did you mean "
-       "'1.8'?; there are 1.5, 1.8, 2.5 and 3.0 [refused]\n"},
+       "t:1:12: error: [binary_ver] Unknown binary version; there are 1.5, "
+       "1.8, 2.5 and 3.0; did you mean '1.8'? [refused]\n"},
       {"t=@instance_count 1/",
        "t:5:16: error: [module] Undefined const 1; a number wants two "
        "characters here: +1 [refused]\n"},
@@ -252,11 +252,11 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:5:15: error: [module] Undefined const 0x3; hexadecimal numbers have "
        "no 0x here: '3' [refused]\n"},
       {"t=@domain_types ll/",
-       "t:5:14: error: [domain_types] Undefined const ll; did you mean 'LL'?; "
-       "there are LL, DP and RTOS [refused]\n"},
+       "t:5:14: error: [domain_types] Undefined const ll; there are LL, DP "
+       "and RTOS; did you mean 'LL'? [refused]\n"},
       {"t=define VERSION 1.8/ignore VERSION/binary_ver VERSIN/",
-       "t:3:12: error: [binary_ver] Unknown binary version; did you mean "
-       "'VERSION'?; there are 1.5, 1.8, 2.5 and 3.0 [refused]\n"},
+       "t:3:12: error: [binary_ver] Unknown binary version; there are 1.5, "
+       "1.8, 2.5 and 3.0; did you mean 'VERSION'? [refused]\n"},
       {"t=load_offset/",
        "t:1:1: error: invalid stoi argument; the number is missing, and "
        "'load_offset' is taken for it [refused]\n"},
@@ -283,13 +283,13 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:5:5: warning: '2' doesn't fit its field: bit 0 of it alone counts, "
        "which is 0 [number-cut]\n"},
       {"t=define G 1.9/binary_ver G/",
-       "t:2:12: error: [binary_ver] Unknown binary version; did you mean "
-       "'1.5'?; there are 1.5, 1.8, 2.5 and 3.0 [refused]\n"
+       "t:2:12: error: [binary_ver] Unknown binary version; there are 1.5, "
+       "1.8, 2.5 and 3.0; did you mean '1.5'? [refused]\n"
        "t:1:10: note: 'G' becomes '1.9' here\n"},
       {"t=define B bord/include $(B).def/|board.def=/",
-       "t:2:9: error: Failed to open image defs file : bord.def; did you mean "
-       "'board.def'?; it is looked for beside this file, and then where the "
-       "tool was started [refused]\n"
+       "t:2:9: error: Failed to open image defs file : bord.def; it is looked "
+       "for beside this file, and then where the tool was started; did you "
+       "mean 'board.def'? [refused]\n"
        "t:1:10: note: 'B' becomes 'bord' here\n"},
       {"t=/include a/|a=# x/",
        "t:2:9: error: Unrecognized binary version; the included file leaves no "
@@ -325,6 +325,16 @@ TEST(TextRules, SayWhatWasMeant) {
   for (const auto& [files, expected] : cases) {
     EXPECT_EQ(expected, LintTree(files).printed()) << files;
   }
+}
+
+// The builder's text ends at the byte, which a terminal doesn't show.
+TEST(LintRefused, ZeroByte) {
+  using std::string_literals::operator""s;
+  const LintTree tree("t=ignore a/ignor\0e b/"s);
+  EXPECT_EQ(
+      "t:2:1: error: [ignor; the line has a zero byte, which cuts texts off "
+      "[refused]\n",
+      tree.printed());
 }
 
 TEST(TextRules, ConstantsAreThoseOfTheHeaderIfThereIsOne) {

@@ -27,6 +27,11 @@ constexpr auto kWrite = std::ios_base::out | std::ios_base::binary;
   fail(error == 0 ? "unknown" : std::strerror(error));
 }
 
+[[noreturn]] void refuse_terminal() {
+  throw std::runtime_error(
+      "private numbers are not shown on a terminal: name a file");
+}
+
 // The place behind symbolic links, also behind one to a file that isn't there.
 fs::path followed(fs::path path) {
   std::error_code error;
@@ -68,6 +73,10 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
   const fs::path place = native_path(path_);
   std::error_code ignored;
   if (fs::exists(place, ignored) && !fs::is_regular_file(place, ignored)) {
+    if (rights == Rights::kPrivate && fs::is_character_file(place, ignored) &&
+        is_terminal(path_)) {
+      refuse_terminal();
+    }
     if (!buffer_.open(place, kWrite)) fail(errno);
     return;
   }
@@ -116,8 +125,7 @@ void write_output(const std::string& name, std::string_view bytes,
   } else if (rights == OutputFile::Rights::kUsual) {
     std::cout << bytes;
   } else if (standard_output_is_terminal()) {
-    throw std::runtime_error(
-        "private numbers are not shown on a terminal: name a file");
+    refuse_terminal();
   } else {
     print_private(bytes);
   }

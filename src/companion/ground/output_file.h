@@ -21,7 +21,8 @@ class OutputFile {
  public:
   enum class Rights { kUsual, kPrivate };
 
-  // Throws std::runtime_error "cannot be written: " and the system's reason.
+  // Throws std::runtime_error "cannot be written: " and the system's reason; or
+  // "private numbers are not shown on a terminal: name a file".
   explicit OutputFile(const std::string& path, Rights rights = Rights::kUsual);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;

@@ -27,6 +27,9 @@ std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
 
 bool standard_output_is_terminal();
 
+// Whether a device is a terminal. False if it can't be opened.
+bool is_terminal(const std::string& device);
+
 // Whether the standard output is a pipe that nobody reads any more.
 bool standard_output_is_unread();
 

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -44,6 +45,14 @@ std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
 }
 
 bool standard_output_is_terminal() { return isatty(STDOUT_FILENO) == 1; }
+
+bool is_terminal(const std::string& device) {
+  const int file = open(device.c_str(), O_WRONLY | O_NOCTTY | O_NONBLOCK);
+  if (file < 0) return false;
+  const bool is_one = isatty(file) == 1;
+  close(file);
+  return is_one;
+}
 
 bool standard_output_is_unread() {
   pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};

@@ -46,6 +46,14 @@ std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
 
 bool standard_output_is_terminal() { return _isatty(_fileno(stdout)) != 0; }
 
+bool is_terminal(const std::string& device) {
+  const int file = _wopen(native_path(device).c_str(), _O_WRONLY);
+  if (file < 0) return false;
+  const bool is_one = _isatty(file) != 0;
+  _close(file);
+  return is_one;
+}
+
 // Nothing tells it here, so that it is told as an output that can't be written.
 bool standard_output_is_unread() { return false; }
 
