@@ -10,6 +10,6 @@ cd "$(dirname "$0")/.."
 scripts/build.sh sanitize
 # Those for Windows alone need its headers.
 git ls-files -z --cached --others --exclude-standard -- 'src/*.cpp' \
-  ':!src/*_windows.cpp' ':!src/driver/ground/wide_text.cpp' |
+  ':!src/*_windows.cpp' |
   xargs -0 -n 4 -P "$(nproc)" \
     clang-tidy -p build/sanitize --quiet --checks="${1:-}" 2>/dev/null
