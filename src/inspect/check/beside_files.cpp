@@ -4,7 +4,9 @@
 #include <string>
 
 #include "driver/ground/numbers.h"
+#include "image/records/binary_header.h"
 #include "inspect/check/places.h"
+#include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -74,6 +76,17 @@ bool has_modules(const CheckedFile& file) {
          !find(file.inspected.root, "modules")->members.empty();
 }
 
+// Whether the page count of a binary's header is its own: then it is a whole
+// one, whatever became of its tables.
+bool has_own_page_count(const CheckedFile& binary) {
+  const Field& root = binary.inspected.root;
+  const std::uint64_t bytes =
+      number_at(root, "header.preload_page_count") * kPageSize;
+  return bytes == kContentsOffset ||  // in 3.0
+         bytes == binary.inspected.length + kSignedHeaderOffset -
+                      number_at(root, "header_offset");
+}
+
 std::string stem(const CheckedFile& file) {
   const std::string name = base_name(file.path);
   return name.substr(0, name.find('.'));
@@ -137,7 +150,8 @@ bool is_piece(const CheckedFile& file, const std::vector<CheckedFile>& files) {
   if (file.inspected.problems.empty()) return false;
   if (memory_bank(file, files).of != nullptr) return true;
   return file.in_folder && file.inspected.format == Format::kBinary &&
-         !has_modules(file) && std::ranges::any_of(files, has_modules) &&
+         !has_modules(file) && !has_own_page_count(file) &&
+         std::ranges::any_of(files, has_modules) &&
          !is_of_image_by_name(file, files) && !has_name_of_another(file, files);
 }
 

@@ -29,7 +29,8 @@ bool is_of_image_by_name(const CheckedFile& file,
                          const std::vector<CheckedFile>& files);
 
 // Whether a file that begins like one of an image is none: a bank of another
-// one, or, unless it was named, a binary without modules beside another header.
+// one, or, unless it was named, a binary without modules and with another page
+// count than its own beside another header.
 bool is_piece(const CheckedFile& file, const std::vector<CheckedFile>& files);
 
 // Whether all of the bytes may be text.

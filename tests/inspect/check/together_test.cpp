@@ -169,6 +169,11 @@ TEST(Check, MemoryBanksAreNoBinaries) {
     // has to be of the image.
     std::string other = with_banks["bank_a.bin"];
     other.back() = 'x';
+    // A whole one whose count of modules was damaged is none.
+    ImageSample damaged = image;
+    damaged["old.bin"] = binary;
+    damaged["old.bin"].replace(entries_offset(generation) - 16, 4, 4, '\0');
+    EXPECT_FALSE(holds(check(damaged, {}, true))) << generation;
     const struct {
       const char* name;
       bool in_folder;
