@@ -306,7 +306,7 @@ void add_check_command(CommandNode program, Status& status) {
   command.footer(
       "Ends with 0 if no check failed, with 1 if one did, and with 2 if a file "
       "can't be\n"
-      "read or belongs to no image.\n"
+      "read or nothing known is in it.\n"
       "Example: tova_fw check firmware.bin firmware.man.signed firmware.pkg\n"
       "Example: tova_fw check --release --trust release-key-public.key out/\n"
       "Example: tova_fw check --json out/ | jq '.checks[] | "

@@ -35,11 +35,11 @@ struct UnknownFile {
   enum class Kind {
     kTrouble,  // it has to be of the image: it was given, or is named so
     kLength,   // contents, and the manifest tells another length
-    kBeside,   // in a folder, and it may be contents
+    kBeside,   // beside the image: in a folder, or of a kind that is known
   };
   const CheckedFile* file = nullptr;
   Kind kind = Kind::kTrouble;
-  bool is_gap = false;  // of kBeside: it looks like contents of the image
+  bool is_gap = false;  // of kBeside: it may be a part of the image
   std::string text;     // what to tell of it
 };
 

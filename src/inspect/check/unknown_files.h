@@ -8,8 +8,8 @@
 
 namespace tova_fw_builder {
 
-// In the order of the files. What lies in a folder and is no contents, such as
-// text, is left out.
+// In the order of the files, those that begin like one of an image behind the
+// others. What lies in a folder and is no contents, such as text, is left out.
 std::vector<UnknownFile> unknown_files(const std::vector<CheckedFile>& files,
                                        const ImageFiles& image);
 
