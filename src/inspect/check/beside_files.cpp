@@ -121,9 +121,9 @@ MemoryBank memory_bank(const CheckedFile& bank,
                        const std::vector<CheckedFile>& files) {
   for (const CheckedFile& file : files) {
     const std::uint64_t words = file.inspected.length / kWord;
-    if (words == 0 || bank.inspected.length != (words + 1) / 2 * kWord) {
-      continue;
-    }
+    const std::uint64_t length = bank.inspected.length;
+    // Of a single word there is no half.
+    if (words < 2 || length != (words + 1) / 2 * kWord) continue;
     for (const bool is_odd : {false, true}) {
       if (is_bank_of(bank, file, is_odd)) return {&file, is_odd};
     }

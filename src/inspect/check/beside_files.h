@@ -19,7 +19,8 @@ struct MemoryBank {
   bool is_odd = false;              // the bank has its odd words
 };
 
-// Which of the files was split, so that one of its banks is `bank`.
+// Which of the files, of two words of 8 bytes or more, was split, so that one
+// of its banks is `bank`.
 MemoryBank memory_bank(const CheckedFile& bank,
                        const std::vector<CheckedFile>& files);
 

@@ -153,7 +153,9 @@ std::optional<UnknownFile> judged(const CheckedFile& file,
                                   const std::vector<CheckedFile>& files,
                                   const ImageFiles& image) {
   using enum UnknownFile::Kind;
-  if (const MemoryBank bank = memory_bank(file, files); bank.of != nullptr) {
+  const bool is_named = is_of_image_by_name(file, files);
+  const MemoryBank bank = is_named ? MemoryBank{} : memory_bank(file, files);
+  if (bank.of != nullptr) {
     return UnknownFile{&file, kBeside, false,
                        std::string("the ") + (bank.is_odd ? "odd" : "even") +
                            " words of " + bank.of->path +
@@ -164,7 +166,6 @@ std::optional<UnknownFile> judged(const CheckedFile& file,
                        "it begins like a binary, but no module is in its "
                        "header: a memory bank, or a binary that was damaged"};
   }
-  const bool is_named = is_of_image_by_name(file, files);
   const ContentsPlan* judge = is_named ? nullptr : judge_of(file, image);
   if (judge != nullptr) {
     return UnknownFile{

@@ -54,6 +54,7 @@ TEST(Check, UnknownFiles) {
       {{}, "flash.bin", main + manifest, true, "", ""},
       {{}, "flash.img", noise + manifest, false, "", ""},
       {{}, "bank_a", noise, true, "", ""},
+      {{}, "word", "8 bytes!", false, "", "!"},
       {{}, "notes.txt", "Notes\n", true, "", ""},
       // What is named as a part of the image has to be one.
       {{"firmware.pkg"}, "firmware.pkg", "", true, "", "!package "},
@@ -80,6 +81,9 @@ TEST(Check, UnknownFiles) {
   ImageSample image = image_sample("3.0");
   image["firmware.man.ext"] = "";
   EXPECT_TRUE(check(image, {}, true).unknown.empty());
+  image["firmware.man"] = std::string(8, '\0');
+  EXPECT_EQ(1u, check(image, {}, true).unknown.size());
+  image["firmware.man"] = "";
   image["firmware.pkg"] = "";
   const Checked empty = check(image, {}, true);
   ASSERT_EQ(1u, empty.unknown.size());
