@@ -19,9 +19,11 @@ cat >"$work/CMakeLists.txt" <<'CMAKE'
 cmake_minimum_required(VERSION 3.20)
 project(Companion LANGUAGES NONE)
 find_package(TovaFwBuilder REQUIRED)
+add_executable(mix IMPORTED)
+set_property(TARGET mix PROPERTY IMPORTED_LOCATION
+  ${PROJECT_SOURCE_DIR}/linked/mixer.elf)
 tova_add_firmware(image DEFINITION definitions/gen_1.8.def
-  EXECUTABLES linked/base_fw.elf linked/mixer.elf linked/reverb.elf
-    linked/meter.elf
+  EXECUTABLES linked/base_fw.elf mix linked/reverb.elf linked/meter.elf
   CONFIG_HEADER src/audio_config.h KEY_LIST keys/trusted-keys.list
   VERSION 1.2.3.4 ${programs} ${arguments})
 set(page $<TARGET_PROPERTY:image,TOVA_MAP_PAGE>)
@@ -90,6 +92,10 @@ LINT|failed|s/uuid/uiud/|error: .*did you mean 'uuid'? \[refused\]$
 FINDINGS
 told 'found what is told above. The tool refuses that.'
 cp "$sample"/definitions/base_modules.def "$modules"
+# The output folder is where definitions are searched second.
+mv "$work/definitions/addon_modules.def" "$work/build/image/"
+made 2 'MAP;LINT;STRICT'
+mv "$work/build/image/addon_modules.def" "$work/definitions/"
 made 1 'LINT;STRICT'
 refused 'STRICT says how to LINT' STRICT
 
@@ -122,17 +128,21 @@ if "$work/prefix/bin/tova_fw" tables --help >"$work/log" 2>&1; then
     rm -rf "$work/build"
     # shellcheck disable=SC2086  # two options
     { configure LINT\;STRICT $chain && build; } || die "own tables $chain"
-    told 'Listing the sections and symbols of mixer'
+    told 'Listing the sections and symbols of mix'
     cmp "$work/by_gnu.bin" "$image.bin"
     made 0 'LINT;STRICT'
-    touch "$work/linked/mixer.elf"
+  done
+  # The tables themselves, and not just the image, which depends on both, too.
+  for input in linked/mixer.elf prefix/bin/tova_fw; do
+    touch "$work/$input"
     made 1 'LINT;STRICT'
+    told 'Listing the sections and symbols of mix'
   done
   refused 'OBJDUMP isn' '' -DCMAKE_OBJDUMP= -DTovaFw_EXECUTABLE=
   programs='OBJDUMP;objdump;NM;nm'
   rm -rf "$work/build"
   made 1 ''
-  told 'Listing the sections of mixer'
+  told 'Listing the sections of mix'
 fi
 programs=
 refused 'is that of LLVM, whose section tables' '' "${llvm[@]}" \

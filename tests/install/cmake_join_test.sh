@@ -21,26 +21,43 @@ tova_add_firmware(firmware DEFINITION definitions/gen_1.5.def
   CONFIG_HEADER src/audio_config.h KEY_LIST keys/trusted-keys.list
   VERSION 1.4.0.27 SIGN debug SIGN_KEY keys/test-key-pair.key
   OBJDUMP objdump NM nm)
-tova_add_package(package FIRMWARE firmware)
-tova_add_package(own DESCRIPTOR own.pkg INPUTS src/gain.c package)
-tova_add_flash_image(flash SCRIPT flash.script INPUTS firmware package)
+add_subdirectory(found/below)
+add_custom_command(OUTPUT own.pkg DEPENDS own.pkg
+  COMMAND ${CMAKE_COMMAND} -E copy ${PROJECT_SOURCE_DIR}/own.pkg own.pkg)
+tova_add_package(own DESCRIPTOR ${CMAKE_BINARY_DIR}/own.pkg
+  INPUTS src/gain.c package DEPENDS note.txt)
+set(binary $<TARGET_PROPERTY:package,TOVA_BINARY>)
+file(GENERATE OUTPUT package.outputs
+  CONTENT "${binary} $<TARGET_PROPERTY:package,TOVA_LOG>\n")
 add_custom_target(other)
 cmake_language(EVAL CODE "${more}")
 CMAKE
-# What a subfolder finds is known above it, too.
-mkdir "$work/found"
+# What a subfolder finds is known above it, too. Each joins what another folder
+# makes: under Make by the order of the targets alone.
+mkdir -p "$work/found/below/deep"
 echo 'find_package(TovaFwBuilder REQUIRED)' >"$work/found/CMakeLists.txt"
+cat >"$work/found/below/CMakeLists.txt" <<'CMAKE'
+tova_add_package(package FIRMWARE firmware
+  OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/package)
+add_subdirectory(deep)
+CMAKE
+cat >"$work/found/below/deep/CMakeLists.txt" <<'CMAKE'
+tova_add_flash_image(flash SCRIPT ${CMAKE_SOURCE_DIR}/flash.script
+  INPUTS $<TARGET_PROPERTY:package,TOVA_BINARY> firmware
+  OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/flash)
+CMAKE
 printf '%s\n' 'bin gain.c' "bin $work/src/filter.c 'Filter'" 'bin package.bin' \
   >"$work/own.pkg"
+touch "$work/note.txt"
 
 configure() {  # configure MORE: further lines of the list
   cmake -S "$work" -B "$work/build" -G "$generator" -Dmore="$1" \
     -DTovaFwBuilder_DIR="$work/prefix/share/cmake/TovaFwBuilder" \
     >"$work/log" 2>&1
 }
-build() { cmake --build "$work/build" >"$work/log" 2>&1; }
-expect() {  # expect FILES WHY: builds, and compares what was joined
-  build || die "the build fails: $2"
+build() { cmake --build "$work/build" "$@" >"$work/log" 2>&1; }
+expect() {  # expect FILES WHY OPTION...: builds, and compares what was joined
+  build "${@:3}" || die "the build fails: $2"
   [[ $(sed -n 's/.*Joining //p' "$work/log" | sort | paste -s -d ' ') == "$1" ]] ||
     die "$2: not $1"
 }
@@ -53,9 +70,14 @@ failed() {  # failed FILE TEXT: the build, which leaves no such file
 for generator in 'Unix Makefiles' Ninja; do
   rm -rf "$work/build"
   configure '' || die "can't be configured"
-  expect 'flash.img own.bin package.bin' 'the first build'
+  expect package.bin 'the package alone' --target package
+  rm "$work/build/package/package.bin"
+  expect 'flash.img package.bin' 'the flash image alone' --target flash
+  expect own.bin 'the rest'
   expect '' 'nothing touched'
   cd "$work/build"
+  [[ $(<package.outputs) == "$PWD/package/package.bin $PWD/package/package.log" ]] ||
+    die 'the properties of the package'
   # The descriptor's order is that of the log.
   sed -n 's/^bin \([^ ]*\).*/\1/p' firmware/firmware.pkg | xargs cat |
     cmp - package/package.bin
@@ -76,6 +98,7 @@ for generator in 'Unix Makefiles' Ninja; do
   done <<'INPUTS'
 src/filter.c own.bin
 src/gain.c own.bin
+note.txt own.bin
 own.pkg own.bin
 flash.script flash.img
 keys/test-key-pair.key flash.img
@@ -98,20 +121,19 @@ expect own.bin 'the descriptor mended'
 
 # A file size limit in place of a full disk; see cmake_module_test.sh.
 mv "$tool" "$work/real_tool"
-while read -r command kilobytes file; do
+limit() {  # limit COMMAND KILOBYTES FILE: the build, which tells the cut
   cat >"$tool" <<SCRIPT
 #!/usr/bin/env bash
 trap '' XFSZ
-[[ \$1 != $command ]] || ulimit -f $kilobytes
+[[ \$1 != $1 ]] || ulimit -f $2
 exec "$work/real_tool" "\$@"
 SCRIPT
   chmod +x "$tool"
-  failed "$file" "$work/build/$file has $((kilobytes * 1024)) bytes where"
-done <<'LIMITS'
-asm 12 package/package.bin
-build_img 20 flash/flash.img
-LIMITS
-mv "$work/real_tool" "$tool"
+  failed "$3" "$work/build/$3 has $(($2 * 1024)) bytes where"
+  cp "$work/real_tool" "$tool"
+}
+limit asm 12 package/package.bin
+limit build_img 20 flash/flash.img
 build || die 'the build fails: room again'
 
 # One file of a target, a file of no use, and parts that overlap.
@@ -133,14 +155,22 @@ if [[ -x $work/prefix/bin/tova_fw ]]; then
   failed more/more.img "\`tova_fw show --script\` tells of it:"
 fi
 
-# The length of each piece is known, where no offset goes back.
-printf '%s\n' 'dd 1 2' 'dw 3' 'db 4' 'size gain.c' 'sha gain.c' 'bin gain.c' \
-  >"$work/pieces.script"
-configure 'tova_add_flash_image(more SCRIPT pieces.script INPUTS src/gain.c)'
+# The length of each piece is known, where no offset goes back: what ends one
+# byte too early is found. The last one stands in the second KiB by itself.
+piece=$work/src/piece
+head -c $((1024 - 8 - 2 - 1 - 4 - 32 - 5 + 1)) "$work/src/reverb.c" >"$piece"
+printf '%s\n' 'dd 1 2' 'dw 3' 'db 4' 'size piece' 'sha piece' 'bin piece' \
+  'offset 400' 'db 1' >"$work/pieces.script"
+configure 'tova_add_flash_image(more SCRIPT pieces.script INPUTS src/piece)'
 build || die 'pieces of all kinds'
-length=$((8 + 2 + 1 + 4 + 32 + $(stat -c %s "$work/src/gain.c")))
-[[ $(stat -c %s "$work/build/more/more.img") -eq $length ]] ||
+[[ $(stat -c %s "$work/build/more/more.img") -eq 1025 ]] ||
   die 'another length than its pieces have'
+limit build_img 1 more/more.img
+build || die 'room for the last piece, too'
+
+# A file that is no input any more isn't found, though it still lies there.
+configure 'tova_add_flash_image(more SCRIPT pieces.script INPUTS src/gain.c)'
+failed more/more.img "more.img isn't made: Error: "
 
 while IFS='|' read -r more text; do
   configure "$more" && die "configured with $more"

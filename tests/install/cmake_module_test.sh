@@ -83,6 +83,10 @@ OUTPUTS
 while read -r images input; do
   touch "$work/$input"
   expect "${images//,/ }" "touched $input"
+  # The image depends on an ELF by itself, too.
+  elf=$(basename "$input" .elf)
+  [[ $input != *.elf || $(grep -cE "Listing the (sections|symbols) of $elf$" \
+    "$work/log") == 2 ]] || die "the old tables of $input"
   expect '' "nothing touched after $input"
 done <<'INPUTS'
 one,signed one/linked/base_fw.elf

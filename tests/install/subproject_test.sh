@@ -65,14 +65,15 @@ endfunction()
 check_names(${TREE})
 
 set(sample ${TREE}/examples/audio_firmware)
-tova_add_firmware(image
+set(arguments
   DEFINITION ${sample}/definitions/gen_1.8.def
   EXECUTABLES ${sample}/linked/base_fw.elf ${sample}/linked/mixer.elf
     ${sample}/linked/reverb.elf ${sample}/linked/meter.elf
   CONFIG_HEADER ${sample}/src/audio_config.h
   KEY_LIST ${sample}/keys/trusted-keys.list
-  VERSION 1.0.0.0
-  OBJDUMP objdump NM nm)
+  VERSION 1.0.0.0)
+tova_add_firmware(image ${arguments} OBJDUMP objdump NM nm)
+tova_add_firmware(found ${arguments})
 CMAKE
 touch "$work/outer.cpp"
 
@@ -81,9 +82,12 @@ configure() {
   run cmake -S "$work" -B "$work/build" -G Ninja -DTREE="$tree" \
     -DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON "$@"
 }
-configure -DFETCH=ON
+# A companion that is built without libelf has no tables.
+configure -DFETCH=ON -DTOVA_LIBELF_LIBRARY=
 ninja -C "$work/build" -t targets all >"$work/targets"
-grep -q 'tova_fw_builder:' "$work/targets"
+grep -q 'tova_fw:' "$work/targets"
+ninja -C "$work/build" -t commands found >"$work/commands"
+grep -q 'objdump -h [^ ]*/mixer.elf' "$work/commands"
 rm -rf "$work/build"
 
 # The image, by the builder alone, which is quicker made.
