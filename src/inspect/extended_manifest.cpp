@@ -102,6 +102,48 @@ std::uint64_t decode_module(const ByteSource& source, std::uint64_t offset,
   return at;
 }
 
+void check_heading(const RecordFields<ExtendedManifestHeader>& header,
+                   Inspected& out) {
+  if (header->id != ExtendedManifestHeader::kMark) {
+    add_problem(out, 0, "the mark $TE1 is missing");
+  }
+  if (header->length != out.length) {
+    add_problem(out, header.place(header->length),
+                "the file has " + counted(out.length, "byte") +
+                    ", and its heading tells " +
+                    std::to_string(header->length));
+  }
+  if (header->version != ExtendedManifestHeader().version) {
+    add_problem(out, header.place(header->version),
+                "the format's version is " + std::to_string(header->version) +
+                    ", not 1");
+  }
+}
+
+// What stands behind the modules that were decoded, which end at `at`; of
+// `count`, the heading's, those within `limit` were.
+void check_end(std::uint64_t at, std::uint64_t count, std::uint64_t limit,
+               Inspected& out) {
+  const std::size_t decoded = find(out.root, "modules")->members.size();
+  if (decoded < count && limit < out.length) {
+    add_problem(out, std::min(at, out.length),
+                "only " + std::to_string(decoded) + " of " +
+                    std::to_string(count) +
+                    " modules can be shown: tova_fw reads no more than " +
+                    std::to_string(limit) + " bytes of records");
+    Field rest = shown(text_field("contents", ""), kBytes);
+    rest.kind = Field::Kind::kContents;
+    at = std::min(at, out.length);
+    out.root.add(placed(std::move(rest), at, out.length - at));
+  } else if (at > out.length || decoded < count) {
+    add_problem(out, std::min(at, out.length),
+                "the file ends ahead of its last record");
+  } else if (at < out.length) {
+    add_problem(out, at,
+                counted(out.length - at, "byte") + " behind the last module");
+  }
+}
+
 }  // namespace
 
 void decode_extended_manifest(const ByteSource& source, Inspected& out) {
@@ -112,22 +154,7 @@ void decode_extended_manifest(const ByteSource& source, Inspected& out) {
   heading.add(header.number("version", header->version));
   heading.add(header.number("modules", header->modules));
   out.root.add(std::move(heading));
-  if (header.is_whole()) {
-    if (header->id != ExtendedManifestHeader::kMark) {
-      add_problem(out, 0, "the mark $TE1 is missing");
-    }
-    if (header->length != out.length) {
-      add_problem(out, header.place(header->length),
-                  "the file has " + counted(out.length, "byte") +
-                      ", and its heading tells " +
-                      std::to_string(header->length));
-    }
-    if (header->version != ExtendedManifestHeader().version) {
-      add_problem(out, header.place(header->version),
-                  "the format's version is " + std::to_string(header->version) +
-                      ", not 1");
-    }
-  }
+  if (header.is_whole()) check_heading(header, out);
 
   const std::uint64_t limit = std::min(out.length, kTablesLimit);
   const std::uint32_t count = header.is_whole() ? header->modules : Le32(0);
@@ -138,24 +165,7 @@ void decode_extended_manifest(const ByteSource& source, Inspected& out) {
     at = decode_module(source, at, limit, modules, out);
   }
   out.title = "extended manifest of " + counted(count, "module");
-  if (modules.members.size() < count && limit < out.length) {
-    add_problem(out, std::min(at, out.length),
-                "only " + std::to_string(modules.members.size()) + " of " +
-                    std::to_string(count) +
-                    " modules can be shown: tova_fw reads no more than " +
-                    std::to_string(limit) + " bytes of records");
-    Field rest = shown(text_field("contents", ""), kBytes);
-    rest.kind = Field::Kind::kContents;
-    at = std::min(at, out.length);
-    out.root.add(placed(std::move(rest), at, out.length - at));
-  } else if (!header.is_whole() || at > out.length ||
-             modules.members.size() < count) {
-    add_problem(out, std::min(at, out.length),
-                "the file ends ahead of its last record");
-  } else if (at < out.length) {
-    add_problem(out, at,
-                counted(out.length - at, "byte") + " behind the last module");
-  }
+  check_end(at, count, limit, out);
 }
 
 }  // namespace tova_fw_builder
