@@ -10,11 +10,7 @@ namespace tova_fw_builder {
 namespace {
 
 std::string address_text(std::uint32_t address) {
-  std::string text = "0x00000000";
-  for (std::size_t i = text.size(); address != 0; address >>= 4) {
-    text[--i] = "0123456789abcdef"[address & 0xF];
-  }
-  return text;
+  return "0x" + eight_digits(address);
 }
 
 // "NAME+0x4c"; of a file "NAME@0x4c".

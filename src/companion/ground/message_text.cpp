@@ -82,9 +82,11 @@ std::string hex_number(std::uint64_t number) {
 }
 
 std::string eight_digits(std::uint64_t number) {
-  std::string text = hex_number(number).substr(2);
-  if (text.size() < 8) text.insert(0, 8 - text.size(), '0');
-  return text;
+  // The zeros in front are there already where there is room for them.
+  char digits[8 + 16] = {'0', '0', '0', '0', '0', '0', '0', '0'};
+  const char* const end =
+      std::to_chars(digits + 8, digits + 24, number, 16).ptr;
+  return {std::min<const char*>(digits + 8, end - 8), end};
 }
 
 std::string without_key_bytes(std::string_view message) {
