@@ -171,6 +171,9 @@ def check_baseline(page):
         assert [(t[0], *map(to_number, t[1:4])) for t in texts] == [
             (r["name"] if r.get("section", True) else "(bytes without a symbol)",
              r["change"], r["old"], r["new"]) for r in rows], texts
+    captions = [table.find_element(By.TAG_NAME, "caption").text
+                for table in tables]
+    assert captions[-1] == "1 module that changed" or len(lists[-1]) != 1
 
 
 def check_table_by_keyboard(page):

@@ -11,6 +11,9 @@ const signed = (value) => (value > 0 ? '+' : value < 0 ? '\u2212' : '') +
     number(Math.abs(value));
 const plural = (count, one, many) =>
     `${number(count)} ${count === 1 ? one : many}`;
+// The same of a phrase that begins with the noun, or ends with it.
+const counted = (count, phrase) =>
+    plural(count, phrase.replace(/(ss)es\b|s\b/, '$1'), phrase);
 
 // "10.3 KiB"; below one KiB in bytes.
 function room(bytes) {

@@ -34,7 +34,7 @@ function addTable(section, {columns, rows, all = rows.length, sorted = null,
       make('caption', {}, all > rows.length ?
           `${number(rows.length)} of ${number(all)} ${what}: the others are ` +
           'left out, so that the page stays small (map --json lists more)' :
-          `${number(all)} ${what}`),
+          counted(all, what)),
       make('thead', {}, make('tr', {}, ...heads)), body);
   if (foot) table.append(make('tfoot', {}, make('tr', {}, ...foot)));
   const back = make('button', {type: 'button'}, 'Previous');
