@@ -5,7 +5,9 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "companion/builder_inputs.h"
@@ -18,6 +20,7 @@
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 #include "layout/build_core.h"
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"
@@ -83,6 +86,37 @@ struct Outputs {
   Output html;
 };
 
+// Behind what the builder says: which input is missing for it, or who knows
+// more.
+std::string cure(std::string_view refusal, const BuilderInputNames& names) {
+  constexpr std::string_view kFailedOpen = "Failed to open file: ";
+  const auto tells = [refusal](std::string_view text) {
+    return refusal.find(text) != refusal.npos;
+  };
+  if (names.header.empty() && tells("Undefined const")) {
+    return "; no --header was given, whose constants it uses";
+  }
+  if (names.key_list.empty() && tells("Partially mapped module")) {
+    return "; no --key-list was given, whose keys a section may ask for";
+  }
+  if (refusal.starts_with(kFailedOpen)) {
+    const std::string path(refusal.substr(kFailedOpen.size()));
+    if (native_path(path).is_absolute()) return "";
+    return "; paths in the ELF list and the key list count from the "
+           "definition's folder";
+  }
+  return "; tova_fw lint, which takes the same inputs, tells where and why";
+}
+
+BoundMap bind(const BuilderInputNames& names, const BuildInputs& inputs) {
+  try {
+    return bind_out_map(inputs);
+  } catch (const std::exception& error) {
+    const std::string refusal = without_key_bytes(error.what());
+    throw std::runtime_error(refusal + cure(refusal, names));
+  }
+}
+
 // What the map was made of, wherever that is named.
 void add_files(const BuildInputs& inputs, const BoundMap& bound,
                std::vector<std::string>& files) {
@@ -138,7 +172,6 @@ Status show_map(const Options& options) {
     throw WrongUsage("--json and --html can't be one file");
   }
   const BuildInputs inputs = builder_inputs(options.inputs);
-
   const std::string baseline = absolute_path(options.baseline);
   std::optional<MapSizes> before;
   if (!options.baseline.empty() && !with_file(options.baseline, [&] {
@@ -149,7 +182,7 @@ Status show_map(const Options& options) {
   Answer answer;
   std::vector<std::string> files = {baseline};
   if (!with_file(options.inputs.definition, [&] {
-        const BoundMap bound = bind_out_map(inputs);
+        const BoundMap bound = bind(options.inputs, inputs);
         add_files(inputs, bound, files);
         answer.map = measure_memory(*bound.out_map, bound.elfs);
         answer.budgets = check_budgets(answer.map, budgets);

@@ -56,7 +56,9 @@ Words sort_words(const std::vector<std::string>& all) {
       words.questions.emplace_back(address);
     } else {
       throw std::runtime_error(
-          word + ": there is no such file, and no address of 32 bits is it");
+          word +
+          ": there is no such file, and it is no hexadecimal address of 32 "
+          "bits");
     }
   }
   if (words.questions.empty()) {
@@ -109,7 +111,7 @@ AddressLookup make_lookup(const Words& words, const Options& options,
         words.files.empty()
             ? "name a manifest of 1.5 or a binary, or an --elf-list"
             : "no file has a table of modules, as manifests of 1.5 and "
-              "binaries of 1.8 and later have");
+              "binaries of 1.8 and later have; ELFs are named by --elf-list");
   }
   return lookup;
 }

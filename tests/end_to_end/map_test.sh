@@ -149,7 +149,22 @@ map 2 --json kept.json
 "$builder" build 0 0 0 1 0 0 0 0 "$PWD/definitions/gen_1.8.def" \
   "$PWD/src/audio_config.h" "$PWD/keys/trusted-keys.list" "$PWD/" fw.elfs \
   fw.man fw | sed -n 's/^Error: //p' >words || true
-[[ $(<err) == "tova_fw: definitions/gen_1.8.def: $(<words)" ]] ||
+lint='tova_fw lint, which takes the same inputs, tells where and why'
+[[ $(<err) == "tova_fw: definitions/gen_1.8.def: $(<words); $lint" ]] ||
   die "$(cat err words)"
+sed -i '$d' definitions/addon_modules.def
+# What is missing.
+sed 's|^[.][.]/||' fw.elfs >here.elfs
+while IFS='|' read -r options text; do
+  status=0
+  # shellcheck disable=SC2086
+  "$tool" map --definition definitions/gen_1.8.def $options 2>err || status=$?
+  [[ $status == 2 ]] || die "$options: status $status"
+  grep -qF -- "; $text" err || die "$options: $(cat err)"
+done <<'MISSING'
+--elf-list fw.elfs|no --header was given, whose
+--elf-list fw.elfs --header src/audio_config.h|no --key-list was given, whose
+--elf-list here.elfs --header src/audio_config.h|paths in the ELF list and the key
+MISSING
 map 2 --elf-list nowhere
 map 2 --json nowhere/map.json

@@ -95,8 +95,8 @@ while IFS='|' read -r arguments text; do
 done <<'TROUBLES'
 gen-1.8/firmware.bin|no address was given; - reads them
 gen-1.8/firmware.bin -|the standard input holds no address
-gen-1.8/firmware.bin none|none: there is no such file, and no address
-gen-1.8/firmware.bin 0x100000000|no address of 32 bits is it
+gen-1.8/firmware.bin none|none: there is no such file, and it is no
+gen-1.8/firmware.bin 0x100000000|it is no hexadecimal address of 32 bits
 10001000|name a manifest of 1.5 or a binary, or an --elf-list
 gen-1.8/firmware.man 10001000|no file has a table of modules
 --elf-list none 10001000|none: Failed to open file: none
