@@ -12,8 +12,8 @@
 
 #include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
-#include "companion/command_line/command_line.h"
 #include "companion/command_line/command_node.h"
+#include "companion/command_line/wrong_usage.h"
 #include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
 #include "companion/ground/output_file.h"

@@ -9,6 +9,7 @@
 #include "companion/attach_command.h"
 #include "companion/check_command.h"
 #include "companion/command_line/command_line.h"
+#include "companion/command_line/wrong_usage.h"
 #include "companion/completion_command.h"
 #include "companion/diff_command.h"
 #include "companion/ground/standard_output.h"

@@ -5,6 +5,16 @@
 #include "companion/command_line/wrong_usage.h"
 
 namespace tova_fw_builder {
+namespace {
+
+std::string chosen_words(const CLI::App& command) {
+  const auto chosen = command.get_subcommands();
+  return chosen.empty()
+             ? command.get_name()
+             : command.get_name() + " " + chosen_words(*chosen.back());
+}
+
+}  // namespace
 
 CommandLine::CommandLine(const std::string& program,
                          const std::string& description,
@@ -31,6 +41,6 @@ void CommandLine::run(const std::vector<std::string>& words) {
   }
 }
 
-std::string CommandLine::understood() const { return command_of(*app_); }
+std::string CommandLine::understood() const { return chosen_words(*app_); }
 
 }  // namespace tova_fw_builder

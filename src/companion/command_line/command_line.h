@@ -2,18 +2,12 @@
 #pragma once
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "companion/command_line/command_node.h"
 
 namespace tova_fw_builder {
-
-// Thrown by a command whose options contradict each other or don't suffice.
-class WrongUsage : public std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 // The command line of the program, with --help and --version.
 class CommandLine {

@@ -30,6 +30,7 @@ Option Option::one_of(const std::vector<std::string>& words) const {
     return "'" + word + "' is none of " + CLI::detail::join(words, ", ") +
            nearest.question();
   };
+  // The bars tell the words apart for the completions, too.
   option_->check(CLI::Validator(refuse, ""))
       ->type_name(CLI::detail::join(words, "|"));
   return *this;

@@ -2,20 +2,16 @@
 
 #include <CLI/CLI.hpp>
 
+#include "companion/command_line/parser_tree.h"
+
 namespace tova_fw_builder {
 namespace {
 
-// The words of "auto|always|never"; none of "FILE".
+// The words of "auto|always|never", as Option::one_of says them to the parser;
+// none of "FILE".
 std::vector<std::string> values_of(const std::string& type_name) {
   if (type_name.find('|') == type_name.npos) return {};
   return CLI::detail::split(type_name, '|');
-}
-
-// A command below without a name is a group of options.
-std::vector<const CLI::App*> below(const CLI::App& app, bool named) {
-  return app.get_subcommands([named](const CLI::App* command) {
-    return command->get_name().empty() != named;
-  });
 }
 
 void take_options(const CLI::App& app, CommandWords& words) {
@@ -32,7 +28,7 @@ void take_options(const CLI::App& app, CommandWords& words) {
                                option->get_items_expected_max() > 0, values});
     }
   }
-  for (const CLI::App* group : below(app, false)) take_options(*group, words);
+  for (const CLI::App* group : groups_of(app)) take_options(*group, words);
 }
 
 void collect(const CLI::App& app, const std::string& path,
@@ -41,11 +37,11 @@ void collect(const CLI::App& app, const std::string& path,
   words.path = path;
   words.description = app.get_description();
   take_options(app, words);
-  for (const CLI::App* command : below(app, true)) {
+  for (const CLI::App* command : commands_below(app)) {
     words.commands.push_back(command->get_name());
   }
   commands.push_back(words);
-  for (const CLI::App* command : below(app, true)) {
+  for (const CLI::App* command : commands_below(app)) {
     collect(*command, (path.empty() ? "" : path + ' ') + command->get_name(),
             commands);
   }

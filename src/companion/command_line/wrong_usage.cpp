@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
+#include "companion/command_line/parser_tree.h"
 #include "companion/ground/nearest.h"
 
 namespace tova_fw_builder {
@@ -16,11 +17,9 @@ std::string full_name(const CLI::App& command) {
              : full_name(*command.get_parent()) + ' ' + command.get_name();
 }
 
-// A command without a name is a group of options.
-std::vector<std::string> commands_below(const CLI::App& command) {
+std::vector<std::string> names_below(const CLI::App& command) {
   std::vector<std::string> names;
-  for (const CLI::App* below : command.get_subcommands(
-           [](const CLI::App* app) { return !app->get_name().empty(); })) {
+  for (const CLI::App* below : commands_below(command)) {
     names.push_back(below->get_name());
   }
   return names;
@@ -32,10 +31,7 @@ void add_options(const CLI::App& command, std::vector<std::string>& names) {
       names.push_back("--" + name);
     }
   }
-  for (const CLI::App* group : command.get_subcommands(
-           [](const CLI::App* app) { return app->get_name().empty(); })) {
-    add_options(*group, names);
-  }
+  for (const CLI::App* group : groups_of(command)) add_options(*group, names);
 }
 
 std::string unknown_text(const std::string& word, const char* what,
@@ -60,18 +56,12 @@ std::string text_of_unknown(const CLI::App& command) {
     add_options(command, options);
     return unknown_text(word, "option", command, options);
   }
-  const auto commands = commands_below(command);
+  const auto commands = names_below(command);
   return commands.empty() ? ""
                           : unknown_text(word, "command", command, commands);
 }
 
 }  // namespace
-
-std::string command_of(const CLI::App& program) {
-  const auto chosen = program.get_subcommands();
-  return chosen.empty() ? program.get_name()
-                        : program.get_name() + " " + command_of(*chosen.back());
-}
 
 std::string wrong_usage_text(const CLI::App& program,
                              const CLI::ParseError& error) {

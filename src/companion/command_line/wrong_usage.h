@@ -1,6 +1,7 @@
 // companion/command_line/wrong_usage.h
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 namespace CLI {
@@ -10,8 +11,11 @@ class ParseError;
 
 namespace tova_fw_builder {
 
-// The command line as far as it was understood: "tova_fw" or "tova_fw show".
-std::string command_of(const CLI::App& program);
+// A command line that can't be run: a word that nobody knows, or options that
+// contradict each other or don't suffice.
+class WrongUsage : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 // What is wrong with a command line that the parser has refused. Of a word that
 // is no command, or an option that the command hasn't, it names the nearest.

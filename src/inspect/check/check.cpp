@@ -107,6 +107,7 @@ std::string summary_of(const ImageFiles& image) {
       "  " +
       counted(is_15 ? main_length(header) : header.inspected.length, "byte");
   if (is_15) text += "  " + signature_of(header);
+  if (is_30(header)) text += "  contents without hashes";
   return text;
 }
 
