@@ -22,7 +22,8 @@ using ElfList = std::vector<ElfListEntry>;
 // each line whole at level 3.
 //
 // Throws std::runtime_error "Invalid number of lines in ELF list. Must be list
-// of pairs <elf, memmap, nm>"; "Failed to open file: " and the path.
+// of pairs <elf, memmap, nm>" for a triple that lacks a line or the line feed
+// of its third one; "Failed to open file: " and the path.
 ElfList read_elf_list(const std::string& path);
 ElfList read_elf_list(std::istream& in);
 

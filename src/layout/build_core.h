@@ -26,20 +26,21 @@ struct BoundMap {
   ElfList elfs;  // what the ELF list held
 };
 
-// build_out_map without the dependency file: nothing is written.
+// Of these two, bind_out_map writes nothing; build_out_map is that and the
+// dependency file behind it.
+//
+// Read the definitions and the linker's output, bind and check the map. The
+// section streams live on in the map. Both leave the working directory at the
+// image definition's.
+//
+// Throw CfgFileError and the logic errors of parse_signed and parse_unsigned
+// for the definitions, else std::runtime_error.
 BoundMap bind_out_map(const BuildInputs& inputs);
+std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs);
 
-// Its last two steps, behind the reading of the definitions: the store of keys
-// and all that the ELF list names, and what is done with it.
+// The last two steps of bind_out_map, behind the reading of the definitions:
+// the store of keys and all that the ELF list names, and what is done with it.
 ElfList read_linker_output(const BuildInputs& inputs, FwImageMap& image_map);
 void connect_and_check(FwOutMap& map, const FwImageMap& image_map);
-
-// Reads the definitions and the linker's output, binds and checks the map and
-// writes the dependency file. The section streams live on in the map.
-//
-// Throws CfgFileError and the logic errors of parse_signed and parse_unsigned
-// for the definitions, else std::runtime_error. Leaves the working directory
-// at the image definition's.
-std::unique_ptr<FwOutMap> build_out_map(const BuildInputs& inputs);
 
 }  // namespace tova_fw_builder

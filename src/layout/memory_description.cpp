@@ -23,9 +23,6 @@ constexpr Address kLma = &FwImageMap::SectionHeader::lma;
 
 enum class Direction { kHighest, kLowest };
 
-// Of a group its best section alone is looked at: one that reaches beyond the
-// class counts for nothing, though other sections of it lie inside. Behind the
-// modules, a `dyn_mem` section wins by its address, inside the class or not.
 const Section* find(const FwOutMap& map, const MemoryClass& area,
                     Address address, Direction direction) {
   const auto key_of = [address](const auto& section) {

@@ -22,7 +22,8 @@ void sign_command(const std::string& type, const std::string& key_file,
                   const std::string& signed_file);
 
 // Signs block_to_sign with the private part of `key` and attaches the
-// signature, which isn't checked. Throws ZelError, mainly with -11
+// signature, which isn't checked. Throws what compute_hash throws, and
+// ZelError, mainly with -11
 //   "zelsRSASetKey(N, D)" for a key without a private part;
 //   "zelsRSADecrypt" for a modulus that is too small.
 void sign_manifest(ImageManifest& manifest, const KeyMaterial& key);
@@ -38,7 +39,8 @@ void verify_command(const std::string& bin_file);
 // Throws std::runtime_error "Signature padding invalid" for a wrong key or a
 // damaged signature, then "Manifest hash invalid" for other contents. Throws
 // ZelError with -11 under "zelsRSASetKey(N)" for a manifest without key, under
-// "zelsRSAEncrypt" for a signature that isn't below the modulus.
+// "zelsRSAEncrypt" for a signature that isn't below the modulus, and behind the
+// padding what compute_hash throws.
 void verify_manifest(ImageManifest& manifest);
 
 // Writes a file as a C array. An output that can't be written is not reported.

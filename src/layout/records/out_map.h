@@ -120,7 +120,7 @@ struct FwOutMap {
     std::uint32_t type = kText;
     std::uint32_t entry = kNoEntry;
     bool on_demand = false;
-    bool explicit_entry = false;    // set by an `entry` statement
+    bool explicit_entry = false;    // set by an `entry` statement; unread
     std::uint64_t file_offset = 0;  // set when the group is written
   };
 
@@ -155,7 +155,7 @@ struct FwOutMap {
     bool auto_init = false;
   };
 
-  // It steers no placement and serves the memory description file alone.
+  // It steers no placement.
   struct MemoryClass {
     std::string name;
     std::uint32_t base = 0;

@@ -14,7 +14,7 @@ namespace tova_fw_builder {
 //   "Failed to open file: " and the path;
 //   "Key type not recognized :\r\n" and the file's first 100 bytes up to the
 //     first zero byte, if these hold the beginning of no known form;
-//   what key_of_form throws, always for a file below 100 bytes.
+//   what key_of_form throws, always for a recognised file below 100 bytes.
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path);
 
 }  // namespace tova_fw_builder

@@ -49,6 +49,8 @@ KeyList::KeyList(const std::string& list_path) {
 KeyList::KeyList(std::istream& list) {
   LineReader lines(list);
   std::string_view line;
+  // Behind the last line feed stands an empty line, which is no key; so the
+  // first one ends the list.
   while (lines.next(line) && !line.empty()) {
     // What follows the path is ignored; hence no path can hold blanks.
     LineFields words(line);

@@ -31,7 +31,8 @@ class KeyList {
     PublicKeyHash hash{};
   };
 
-  // A line of more than 1023 characters is the last; its beginning counts.
+  // The first empty line ends the list, whatever stands behind it. A line of
+  // more than 1023 characters is the last; its beginning counts.
   // Throws std::runtime_error "Failed to open file: " and the path, "Not
   // recognized key type : ", the word, " file path : ", the path of the line,
   // or what load_key_file throws.
