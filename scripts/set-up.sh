@@ -26,6 +26,8 @@ has_header() {
   echo "#include <$1>" | c++ -std=c++17 -x c++ -fsyntax-only - 2>/dev/null
 }
 
+has_module() { "$1" -c "import $2" 2>/dev/null; }  # has_module PYTHON MODULE
+
 # clang comes without the run-time part of its sanitizers on some systems.
 has_sanitizers() {
   echo 'int main() {}' |
@@ -74,10 +76,10 @@ for work in "$@"; do
       need fish has_command fish
       need softhsm2 has_command softhsm2-util
       need opensc has_command pkcs11-tool
-      need python3-jsonschema python3 -c 'import jsonschema'
+      need python3-jsonschema has_module python3 jsonschema
       need chromium has_command chromium
       need chromium-driver has_command chromedriver
-      need python3-selenium /usr/bin/python3 -c 'import selenium'
+      need python3-selenium has_module /usr/bin/python3 selenium
       ;;
     cache)
       need ccache has_command ccache
