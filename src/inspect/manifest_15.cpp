@@ -6,12 +6,12 @@
 
 #include "companion/ground/byte_text.h"
 #include "companion/ground/message_text.h"
-#include "crypto/sha_hash.h"
 #include "image/records/css_part.h"
 #include "inspect/binary_tables.h"
 #include "inspect/dates.h"
 #include "inspect/decoders.h"
 #include "inspect/record_fields.h"
+#include "signing/keys/public_key_hash.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -87,14 +87,6 @@ bool is_zero(const std::array<std::uint8_t, N>& bytes) {
                      [](std::uint8_t byte) { return byte == 0; });
 }
 
-std::string key_hash(const CssPart& part) {
-  Sha256Hash hash(part.modulus.data(), part.modulus.size());
-  hash.update(part.exponent.data(), part.exponent.size());
-  std::array<char, 32> digest{};
-  hash.final(reinterpret_cast<std::uint8_t*>(digest.data()));
-  return hexadecimal({digest.data(), digest.size()});
-}
-
 // Adds key and signature; yields whether there are any.
 bool add_signature(const RecordFields<CssPart>& part, Inspected& out) {
   const bool is_signed = !is_zero(part->modulus) || !is_zero(part->exponent) ||
@@ -109,7 +101,7 @@ bool add_signature(const RecordFields<CssPart>& part, Inspected& out) {
   exponent.note = std::to_string(number);
   out.root.add(shown(part.reversed_hex("signature", part->signature), kLong));
   Field hash = shown(text_field("public_key_hash", ""), where);
-  hash.text = key_hash(*part);
+  hash.text = hexadecimal(digest_public_key(part->modulus, part->exponent));
   if (!is_signed || !part.is_whole()) {
     hash.kind = Field::Kind::kNothing;
     hash.text.clear();

@@ -4,7 +4,6 @@
 #include <array>
 #include <stdexcept>
 
-#include "crypto/sha_hash.h"
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/log.h"
 #include "signing/commands.h"
@@ -21,11 +20,11 @@ constexpr std::size_t kExponentBytes = 4;
 void log_public_key(ImageManifest& manifest) {
   log_detail(ByteDump{manifest.modulus(), kModulusBytes, "pubKey.modulus"});
   log_detail(ByteDump{manifest.exponent(), kExponentBytes, "pubKey.exponent"});
-  // Modulus and exponent are neighbours in the manifest.
-  PublicKeyHash digest{};
-  // Null, of a manifest without a key, hashes as no bytes.
-  Sha256Hash hash(manifest.modulus(), kModulusBytes + kExponentBytes);
-  hash.final(digest.data());
+  // A manifest without a key has null for both.
+  const bool has_key = manifest.modulus() != nullptr;
+  const PublicKeyHash digest =
+      digest_public_key({manifest.modulus(), has_key ? kModulusBytes : 0},
+                        {manifest.exponent(), has_key ? kExponentBytes : 0});
   log_public_key_hash(kLogDetail, "\n", digest);
 }
 

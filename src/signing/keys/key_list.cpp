@@ -12,6 +12,7 @@
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
 #include "driver/ground/wire.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

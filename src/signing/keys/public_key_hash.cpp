@@ -8,12 +8,17 @@
 
 namespace tova_fw_builder {
 
-PublicKeyHash digest_public_key(const KeyMaterial& key) {
+PublicKeyHash digest_public_key(std::span<const std::uint8_t> modulus,
+                                std::span<const std::uint8_t> exponent) {
   PublicKeyHash digest{};
-  Sha256Hash hash(key.pub_modulus.data(), key.pub_modulus.size());
-  hash.update(key.pub_exponent.data(), key.pub_exponent.size());
+  Sha256Hash hash(modulus.data(), modulus.size());
+  hash.update(exponent.data(), exponent.size());
   hash.final(digest.data());
   return digest;
+}
+
+PublicKeyHash digest_public_key(const KeyMaterial& key) {
+  return digest_public_key(key.pub_modulus, key.pub_exponent);
 }
 
 void log_public_key_hash(int level, const char* lead,

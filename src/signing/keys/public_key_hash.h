@@ -4,14 +4,18 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
-#include "signing/keys/key_file.h"
+#include "signing/keys/key_material.h"
 
 namespace tova_fw_builder {
 
 using PublicKeyHash = std::array<std::uint8_t, 32>;
 
-// SHA-256 over `pub_modulus` and `pub_exponent`, as they stand in memory.
+// SHA-256 over the 256 bytes of the modulus, the least significant one first,
+// and the 4 of the exponent. Without a key, both empty, that of no bytes.
+PublicKeyHash digest_public_key(std::span<const std::uint8_t> modulus,
+                                std::span<const std::uint8_t> exponent);
 PublicKeyHash digest_public_key(const KeyMaterial& key);
 
 // Logs `lead`, the line "Public key hash: " and a C array labelled
