@@ -9,6 +9,7 @@
 #include "image/records/metadata_extension.h"
 #include "inspect/decoders.h"
 #include "layout/records/out_map.h"
+#include "signing/keys/key_form.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -16,15 +17,29 @@ namespace {
 using Metadata18 = MetadataExtension<kKelp18DigestLength>;
 using Metadata25 = MetadataExtension<kKelp25DigestLength>;
 
-constexpr std::string_view kPairHead =
-    "(8:sequence(10:public-key(16:rsa-pkcs1-sha256(1:e";
-constexpr std::string_view kPublicHead =
-    "(10:public-key(16:rsa-pkcs1-sha256(1:e";
 // Each stands ahead of a private number, or of all.
 constexpr std::string_view kPrivateTexts[] = {
     "(11:private-key(", "(1:d256:", "(1:p128:", "(1:q128:",
     "(1:a128:",         "(1:b128:", "(1:c128:"};
 constexpr std::uint64_t kPrivateSearched = 1024 * 1024;
+
+// What a key file begins with, ahead of the length of the exponent, which may
+// be damaged.
+std::string_view head_of(const KeyForm& form) {
+  return form.pieces[0].substr(0, form.pieces[0].size() - 2);
+}
+
+Found key_at(std::string_view bytes) {
+  Found found;
+  for (const KeyForm& form : key_forms()) {
+    if (!bytes.starts_with(head_of(form))) continue;
+    const bool is_exact = bytes.starts_with(form.pieces[0]);
+    if (found.length != 0 && !is_exact) continue;
+    found = {form.public_only ? Format::kPublicKey : Format::kKeyPair,
+             form.length()};
+  }
+  return found;
+}
 
 template <typename Record>
 Record record_of(std::string_view bytes) {
@@ -87,18 +102,7 @@ bool may_be_private(const ByteSource& source) {
 
 Found structure_at(std::string_view bytes) {
   if (bytes.size() < 16) return {};
-  if (bytes.starts_with('(') && bytes.size() > kPairHead.size()) {
-    const std::uint64_t shorter = bytes.size() > 49 && bytes[49] == '1' ? 2 : 0;
-    if (bytes.starts_with(kPairHead)) {
-      return {Format::kKeyPair, 1585 - 2 * shorter};
-    }
-    if (bytes.starts_with(kPublicHead)) {
-      const bool one =
-          bytes.size() > kPublicHead.size() && bytes[kPublicHead.size()] == '1';
-      return {Format::kPublicKey, one ? 309u : 311u};
-    }
-    return {};
-  }
+  if (bytes.starts_with('(')) return key_at(bytes);
   const auto header = record_of<TovaFwBinaryHeader>(bytes);
   if (header.header_id == TovaFwBinaryHeader::kMark) {
     return header.header_len == sizeof(header)
@@ -129,8 +133,13 @@ Found structure_at(std::string_view bytes) {
 
 Format recognise(const ByteSource& source) {
   const std::string head = source.bytes(0, 100);
-  if (head.find(kPairHead) != head.npos) return Format::kKeyPair;
-  if (head.starts_with(kPublicHead)) return Format::kPublicKey;
+  for (const KeyForm& form : key_forms()) {
+    // A pair anywhere near the start, as the builder finds it.
+    if (!form.public_only && head.find(head_of(form)) != head.npos) {
+      return Format::kKeyPair;
+    }
+    if (head.starts_with(head_of(form))) return Format::kPublicKey;
+  }
   const bool has_header = has_mark(source, sizeof(CssPart));
   if (has_header && !has_signer_part(source) && is_manifest(source)) {
     return Format::kManifest15;

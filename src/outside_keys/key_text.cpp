@@ -23,13 +23,6 @@ const KeyForm& form_for(const KeyMaterial& key, bool public_only) {
   });
 }
 
-std::size_t length_of(const KeyForm& form, std::span<const KeyField> fields) {
-  std::size_t length = 0;
-  for (const std::string_view piece : form.pieces) length += piece.size();
-  for (const KeyField& field : fields) length += field.bytes.size();
-  return length;
-}
-
 std::uint8_t* put(std::uint8_t* at, std::string_view piece) {
   return std::copy(piece.begin(), piece.end(), at);
 }
@@ -53,7 +46,7 @@ std::unique_ptr<KeyMaterial> key_of_text(std::string_view file) {
 SecretBuffer text_of_key(KeyMaterial& key, bool public_only) {
   const KeyForm& form = form_for(key, public_only);
   const auto fields = fields_of(key, form);
-  SecretBuffer text(length_of(form, fields));
+  SecretBuffer text(form.length());
   std::uint8_t* at = text.data();
   auto piece = form.pieces.begin();
   for (const KeyField& field : fields) at = put(put(at, *piece++), field);

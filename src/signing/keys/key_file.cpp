@@ -15,8 +15,6 @@ namespace tova_fw_builder {
 namespace {
 
 constexpr std::size_t kProbeLength = 100;
-// The pair form with an exponent of three bytes. What follows a key is ignored.
-constexpr std::size_t kLongestKeyFile = 1585;
 
 const KeyForm& recognize_form(std::string_view probe) {
   for (const KeyForm& form : key_forms()) {
@@ -33,11 +31,11 @@ const KeyForm& recognize_form(std::string_view probe) {
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path) {
   log_info("Reading keys from: ", path);
   // Read once, as a pipe can't be read again, into memory that is wiped like
-  // the key itself.
-  const SecretBuffer bytes(kLongestKeyFile);
-  const std::size_t length = read_start(path, {bytes.data(), kLongestKeyFile});
+  // the key itself. What follows a key is ignored.
+  const SecretBuffer bytes(key_forms().front().length());
+  const std::size_t length = read_start(path, {bytes.data(), bytes.size()});
   const std::string_view file(reinterpret_cast<const char*>(bytes.data()),
-                              kLongestKeyFile);
+                              bytes.size());
   const KeyForm& form = recognize_form(file.substr(0, kProbeLength));
   // A file below the length of the probe is recognised, but never read.
   return key_of_form(file.substr(0, length < kProbeLength ? 0 : length), form);

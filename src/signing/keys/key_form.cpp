@@ -56,6 +56,14 @@ void read_field(std::string_view& file, const KeyField& field) {
 
 }  // namespace
 
+std::size_t KeyForm::length() const {
+  std::size_t length = 0;
+  for (const std::string_view piece : pieces) length += piece.size();
+  KeyMaterial key;
+  for (const auto& field : fields_of(key, *this)) length += field.bytes.size();
+  return length;
+}
+
 std::span<const KeyForm> key_forms() { return kKeyForms; }
 
 std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {

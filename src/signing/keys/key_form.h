@@ -2,6 +2,7 @@
 // The layouts of docs/file-formats.md ("Key files"), for reading and writing.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -17,9 +18,11 @@ struct KeyForm {
   std::uint32_t exponent_length;
   bool public_only;
   std::span<const std::string_view> pieces;
+
+  std::size_t length() const;  // of a file, pieces and fields
 };
 
-// In the order of recognition.
+// In the order of recognition, the longest one first.
 std::span<const KeyForm> key_forms();
 
 struct KeyField {
