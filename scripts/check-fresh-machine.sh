@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Tries, in a bare Debian 12 that has only bash, apt-get and git beside the
-# essentials: the two commands of the README, twice each, and the Debian
-# package. Needs root, debootstrap and a Debian mirror; takes some minutes.
+# essentials: the two commands of the README, twice each, the packages of all
+# further checks, and the Debian package. Needs root, debootstrap and a Debian mirror; takes some minutes.
 # The commit is what is tried, not the work tree. MIRROR names another mirror.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -40,6 +40,14 @@ echo "== both again"
 inside 'time (./run-demo.sh && ./run-tests.sh)'
 [[ -z $(git -C "$root/checkout" status --porcelain) ]] || {
   echo "The commands leave files in the tree" >&2
+  exit 1
+}
+
+echo "== what the further checks need, which nothing is missing of then"
+kinds='check cache bench port windows port-s390x release sample'
+inside "scripts/set-up.sh $kinds"
+[[ -z $(inside "scripts/set-up.sh $kinds") ]] || {
+  echo "A package doesn't bring what it is installed for" >&2
   exit 1
 }
 

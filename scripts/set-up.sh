@@ -107,7 +107,7 @@ for work in "$@"; do
       ;;
     windows)
       need g++-mingw-w64-x86-64-posix has_command x86_64-w64-mingw32-g++-posix
-      need wine64 has_command wine
+      need wine has_command wine
       ;;
     port-s390x | port-aarch64 | port-riscv64)
       need "g++-${work#port-}-linux-gnu" has_command "${work#port-}-linux-gnu-g++"
