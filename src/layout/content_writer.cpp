@@ -79,23 +79,6 @@ void log_total(std::uint32_t written, std::uint32_t pad) {
            std::setw(8), written, " (segment aligned by ", pad, ")\n");
 }
 
-// The header whose bytes take the section's room.
-const Header& choose_source(const FwOutMap::Section& section) {
-  if (section.replacement == nullptr) return *section.header;
-  const auto& replacement = section.replacement->header;
-  // An optional reference passes as complete without its replacement.
-  if (replacement == nullptr) {
-    throw std::runtime_error("Section replacement header " +
-                             section.replacement->name + " not found");
-  }
-  if (replacement->size > section.header->size) {
-    throw std::runtime_error(
-        "Replacement section too large to fit into the placeholder");
-  }
-  // Whether it has contents isn't asked: the store of keys has no flags at all.
-  return *replacement;
-}
-
 // Fills `room` bytes: what the source has, then zeros.
 void copy_section(const Header& source, std::uint32_t room, GroupOutput& out) {
   std::istream& in = *source.stream;
@@ -148,13 +131,7 @@ class ContentWriter {
   // The zeros ahead of an addon module's group.
   void align_addon(const Group& group, std::ostream& stream) const {
     if (!keeps_addons_in_binary(binary_ver_) || previous_ == nullptr) return;
-    if (group.sections.empty()) return;
-    const auto& first = group.sections.front()->header;
-    if (first == nullptr || !first->contents) return;
-    const std::uint32_t distance =
-        first->lma - previous_->size - previous_->lma;
-    // Rounded down to whole alignments, which are powers of 2.
-    const std::uint32_t pad = distance & (0 - first->alignment);
+    const std::uint32_t pad = addon_pad(*previous_, group);
     if (pad == 0) return;
     log_detail("Section not aligned in file correctly");
     log_info("section group aligned by ", std::hex, pad);
@@ -188,6 +165,22 @@ class ContentWriter {
 };
 
 }  // namespace
+
+const Header& choose_source(const FwOutMap::Section& section) {
+  if (section.replacement == nullptr) return *section.header;
+  const auto& replacement = section.replacement->header;
+  // An optional reference passes as complete without its replacement.
+  if (replacement == nullptr) {
+    throw std::runtime_error("Section replacement header " +
+                             section.replacement->name + " not found");
+  }
+  if (replacement->size > section.header->size) {
+    throw std::runtime_error(
+        "Replacement section too large to fit into the placeholder");
+  }
+  // Whether it has contents isn't asked: the store of keys has no flags at all.
+  return *replacement;
+}
 
 // A kind unknown to the definitions counts like an addon.
 bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module) {

@@ -17,11 +17,16 @@ namespace tova_fw_builder {
 // table for each group.
 //
 // Throws std::runtime_error "Not recignized manifest type" for a module in an
-// unknown generation, "Replacement section too large to fit into the
-// placeholder", and "Section replacement header NAME not found". Failing reads
-// yield zeros and failing writes are silent; hashes are right all the same.
+// unknown generation, and what choose_source throws. Failing reads yield zeros
+// and failing writes are silent; hashes are right all the same.
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path);
+
+// The header whose bytes take the section's room, of a reference with a header.
+// Throws std::runtime_error "Replacement section too large to fit into the
+// placeholder" and "Section replacement header NAME not found".
+const FwImageMap::SectionHeader& choose_source(
+    const FwOutMap::Section& section);
 
 // Whether the module goes to a file of its own. False in other generations.
 bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module);

@@ -43,6 +43,15 @@ std::uint32_t group_pages(const Group& group) {
   return span / kPageSize;
 }
 
+std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
+                        const Group& group) {
+  if (group.sections.empty()) return 0;
+  const auto& first = group.sections.front()->header;
+  if (first == nullptr || !first->contents) return 0;
+  const std::uint32_t distance = first->lma - previous.size - previous.lma;
+  return distance & (0 - first->alignment);  // which is a power of 2
+}
+
 const char* group_type_name(std::uint32_t type) {
   switch (type) {
     case Group::kText:

@@ -4,6 +4,7 @@
 
 #include "companion/ground/message_text.h"
 #include "driver/ground/files.h"
+#include "image/binary_header.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
 #include "input_map/fw_image_map.h"
@@ -20,11 +21,6 @@ std::uint64_t symbol_table_size(const FwOutMap& map) {
     size += sizeof(SymbolRecord) + symbol.name.size() + 1;
   }
   return size;
-}
-
-std::uint64_t tables_size(const FwOutMap& map) {
-  return sizeof(TovaFwBinaryHeader) + sizeof(ModuleEntry) * map.modules.size() +
-         sizeof(ModuleConfig) * map.mod_cfg_total;
 }
 
 void check_sections(const LinkedElf& elf, const ElfFacts& file, Findings& out) {
@@ -77,7 +73,7 @@ void check_symbols(const LinkedElf& elf, const ElfFacts& file,
 void find_full_tables(const Linked& linked, Findings& out) {
   const FwOutMap& map = *linked.definition->map;
   if (linked.refusal) return;
-  std::uint64_t size = tables_size(map);
+  std::uint64_t size = manifest_size(map);
   std::uint64_t room = kContentsOffset;
   if (map.binary_ver == kKelp15) {
     // What sign keeps is the length that the manifest records, whole pages.

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <optional>
+#include <stdexcept>
 
 #include "companion/ground/message_text.h"
 #include "crypto/zel_error.h"
+#include "image/binary_header.h"
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"
 #include "layout/content_writer.h"
@@ -75,15 +77,7 @@ class Planner {
         !keeps_addons_in_binary(map_.binary_ver)) {
       return 0;
     }
-    const auto& sections = group.group->sections;
-    if (sections.empty() || !sections.front()->header ||
-        !sections.front()->header->contents) {
-      return 0;
-    }
-    const Header& first = *sections.front()->header;
-    const std::uint32_t distance =
-        first.lma - last_->header->size - last_->header->lma;
-    return distance & (0 - first.alignment);
+    return addon_pad(*last_->header, *group.group);
   }
 
   const FwOutMap& map_;
@@ -92,25 +86,27 @@ class Planner {
 
 using Refusal = std::optional<WritingRefusal>;
 
+Refusal refusal_of_source(const Section& section) {
+  try {
+    choose_source(section);
+    return std::nullopt;
+  } catch (const std::runtime_error& error) {
+    const auto& source = section.replacement->header;
+    const std::string sizes =
+        !source ? ""
+                : "it has " + counted(source->size, "byte") +
+                      " for a room of " + std::to_string(section.header->size);
+    return WritingRefusal{error.what(), sizes, &section};
+  }
+}
+
 Refusal refusal_of_contents(const FwOutMap& map) {
   for (const auto& module : map.modules) {
     if (module->load_type == Module::kBuiltIn) continue;
     for (const auto& group : module->groups) {
       for (const auto& section : group->sections) {
         if (!section->header || !section->header->contents) continue;
-        if (!section->replacement) continue;
-        const auto& source = section->replacement->header;
-        if (!source) {
-          return WritingRefusal{"Section replacement header " +
-                                    section->replacement->name + " not found",
-                                "", section.get()};
-        }
-        if (source->size <= section->header->size) continue;
-        return WritingRefusal{
-            "Replacement section too large to fit into the placeholder",
-            "it has " + counted(source->size, "byte") + " for a room of " +
-                std::to_string(section->header->size),
-            section.get()};
+        if (auto refusal = refusal_of_source(*section)) return *refusal;
       }
     }
   }
@@ -164,9 +160,7 @@ Refusal refusal_of_header(const FwOutMap& map, const Writing& writing) {
 }
 
 Refusal refusal_of_manifest(const FwOutMap& map) {
-  const std::uint64_t length = sizeof(CssPart) + sizeof(TovaFwBinaryHeader) +
-                               sizeof(ModuleEntry) * map.modules.size() +
-                               sizeof(ModuleConfig) * map.mod_cfg_total;
+  const std::uint64_t length = sizeof(CssPart) + manifest_size(map);
   if (map.binary_ver != kKelp15 || length < 2 * kPageSize) return std::nullopt;
   return WritingRefusal{
       "Manifest is bigger than MAX of 8kB",
@@ -178,14 +172,13 @@ bool is_taken_by_hash(std::uint64_t length) {
 }
 
 // The digest over the image of 1.8 and 2.5 takes no message of 2 to 4 GiB. The
-// signer's room isn't a part of it, and is 8192 at the most: what only some
+// signer's room isn't a part of it, and ends at the header: what only some
 // rooms make too long is taken.
 Refusal refusal_of_digest(const FwOutMap& map, const Writing& writing) {
-  constexpr std::uint64_t kMostRoom = 8192;
   const bool is_18 = map.binary_ver == kKelp18;
   if (!is_18 && map.binary_ver != kKelp25) return std::nullopt;
   if (is_taken_by_hash(writing.end) ||
-      is_taken_by_hash(writing.end - kMostRoom)) {
+      is_taken_by_hash(writing.end - kSignedHeaderOffset)) {
     return std::nullopt;
   }
   const auto widest =
