@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Tries, in a bare Debian 12 that has only bash, apt-get and git beside the
 # essentials: the two commands of the README, twice each, the packages of all
-# further checks, and the Debian package. Needs root, debootstrap and a Debian mirror; takes some minutes.
-# The commit is what is tried, not the work tree. MIRROR names another mirror.
+# further checks, and the Debian package. Needs root, debootstrap and a Debian
+# mirror; takes some minutes. The commit is what is tried, not the work tree.
+# MIRROR names another mirror.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
