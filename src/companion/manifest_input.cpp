@@ -32,7 +32,7 @@ void require_covered(std::span<const std::uint8_t> bytes) {
         "this is no manifest of generation 1.5, the only one that is signed "
         "by this tool");
   }
-  if (css.header_len != CssHeader::kHeaderLength) {
+  if (css.header_len != CssHeader::kPartLength) {
     refuse("its header_len is " + std::to_string(css.header_len) +
            ", not 161: a signature would not cover all that matters");
   }

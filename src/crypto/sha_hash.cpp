@@ -20,7 +20,7 @@ struct Operations {
   const char* final_name;
 };
 
-template <std::size_t kDigestBytes>
+template <std::size_t kHashBytes>
 constexpr Operations kLibrary = {
     zelsSHA256GetSize, zelsSHA256Init,     zelsSHA256Update, zelsSHA256Final,
     "zelsSHA256Init",  "zelsSHA256Update", "zelsSHA256Final"};
@@ -35,9 +35,9 @@ std::int32_t low_32_bits(std::uint64_t length) {
 
 }  // namespace
 
-template <std::size_t kDigestBytes>
-ShaHash<kDigestBytes>::ShaHash(const std::uint8_t* data, std::uint64_t length) {
-  const Operations& library = kLibrary<kDigestBytes>;
+template <std::size_t kHashBytes>
+ShaHash<kHashBytes>::ShaHash(const std::uint8_t* data, std::uint64_t length) {
+  const Operations& library = kLibrary<kHashBytes>;
   std::int32_t size = 0;
   // Log watchers know the one name for both.
   throw_unless_ok(library.get_size(&size), "zelsSHA256GetSize");
@@ -48,26 +48,26 @@ ShaHash<kDigestBytes>::ShaHash(const std::uint8_t* data, std::uint64_t length) {
   if (data != nullptr && length != 0) update(data, length);
 }
 
-template <std::size_t kDigestBytes>
-void ShaHash<kDigestBytes>::update(const std::uint8_t* data,
-                                   std::uint64_t length) {
-  const Operations& library = kLibrary<kDigestBytes>;
+template <std::size_t kHashBytes>
+void ShaHash<kHashBytes>::update(const std::uint8_t* data,
+                                 std::uint64_t length) {
+  const Operations& library = kLibrary<kHashBytes>;
   throw_unless_ok(library.update(data, low_32_bits(length), context_.get()),
                   library.update_name);
 }
 
-template <std::size_t kDigestBytes>
-std::uint64_t ShaHash<kDigestBytes>::taken_at_once(std::uint64_t length) {
+template <std::size_t kHashBytes>
+std::uint64_t ShaHash<kHashBytes>::taken_at_once(std::uint64_t length) {
   const std::int32_t taken = low_32_bits(length);
   if (taken < 0) {
-    throw ZelError(zelStsLengthErr, kLibrary<kDigestBytes>.update_name);
+    throw ZelError(zelStsLengthErr, kLibrary<kHashBytes>.update_name);
   }
   return static_cast<std::uint64_t>(taken);
 }
 
-template <std::size_t kDigestBytes>
-void ShaHash<kDigestBytes>::final(std::uint8_t* out) {
-  const Operations& library = kLibrary<kDigestBytes>;
+template <std::size_t kHashBytes>
+void ShaHash<kHashBytes>::final(std::uint8_t* out) {
+  const Operations& library = kLibrary<kHashBytes>;
   throw_unless_ok(library.final(out, context_.get()), library.final_name);
 }
 

@@ -13,10 +13,10 @@ namespace tova_fw_builder {
 //
 // Of a length only the low 32 bits are taken, as a signed number: 2^31 bytes
 // fail with status -15, and 2^32 bytes are taken as none.
-template <std::size_t kDigestBytes>
+template <std::size_t kHashBytes>
 class ShaHash {
  public:
-  using Digest = std::array<std::uint8_t, kDigestBytes>;
+  using Digest = std::array<std::uint8_t, kHashBytes>;
 
   // Starts with `length` bytes at `data`, or with the empty message if either
   // is zero.

@@ -38,7 +38,7 @@ CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
                           std::uint32_t date) {
   CssHeader css;
   css.module_type = CssHeader::kModuleType;
-  css.header_len = CssHeader::kHeaderLength;
+  css.header_len = CssHeader::kPartLength;
   css.header_ver = CssHeader::kHeaderVersion;
   css.module_id = debug ? CssHeader::kDebugSignature : 0;
   css.mod_vendor = CssHeader::kVendor;

@@ -31,7 +31,7 @@ class ImageManifest {
   // the setters copy. Null in generations without.
   virtual std::uint8_t* modulus() { return nullptr; }
   virtual void set_modulus(const std::uint8_t*) {}
-  // A constant of the generation: 1 for Kelp15, 3 for the others.
+  // A constant of the generation: 1 for Kelp15, 3 for the others. Unused.
   virtual int generation_code() const = 0;
   virtual std::uint8_t* exponent() { return nullptr; }
   virtual void set_exponent(const std::uint8_t*) {}

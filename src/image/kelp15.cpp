@@ -18,8 +18,6 @@ namespace tova_fw_builder {
 
 namespace {
 
-constexpr std::uint32_t kCssLength = sizeof(CssHeader);
-
 [[noreturn]] void refuse_length() {
   throw std::runtime_error("Manifest is bigger than MAX of 8kB");
 }
@@ -43,24 +41,24 @@ std::uint8_t* Kelp15FwManifest::modulus() {
   return bytes() + offsetof(CssPart, modulus);
 }
 
-void Kelp15FwManifest::set_modulus(const std::uint8_t* bytes) {
-  std::copy_n(bytes, buffer_.front.modulus.size(), modulus());
+void Kelp15FwManifest::set_modulus(const std::uint8_t* area) {
+  std::copy_n(area, buffer_.front.modulus.size(), modulus());
 }
 
 std::uint8_t* Kelp15FwManifest::exponent() {
   return bytes() + offsetof(CssPart, exponent);
 }
 
-void Kelp15FwManifest::set_exponent(const std::uint8_t* bytes) {
-  std::copy_n(bytes, buffer_.front.exponent.size(), exponent());
+void Kelp15FwManifest::set_exponent(const std::uint8_t* area) {
+  std::copy_n(area, buffer_.front.exponent.size(), exponent());
 }
 
 std::uint8_t* Kelp15FwManifest::signature() {
   return bytes() + offsetof(CssPart, signature);
 }
 
-void Kelp15FwManifest::set_signature(const std::uint8_t* bytes) {
-  std::copy_n(bytes, buffer_.front.signature.size(), signature());
+void Kelp15FwManifest::set_signature(const std::uint8_t* area) {
+  std::copy_n(area, buffer_.front.signature.size(), signature());
 }
 
 // Key and signature between the two stay out, so that a manifest can be signed
@@ -74,7 +72,7 @@ std::array<std::span<const std::uint8_t>, 2> Kelp15FwManifest::signed_parts() {
   if (first > kMaxManifestLength || length > kMaxManifestLength - first) {
     refuse_length();
   }
-  return {{{bytes(), kCssLength}, {bytes() + first, length}}};
+  return {{{bytes(), sizeof(CssHeader)}, {bytes() + first, length}}};
 }
 
 void Kelp15FwManifest::compute_hash(std::uint8_t* out) {
@@ -107,7 +105,7 @@ void Kelp15FwManifest::write(std::ostream& stream, const FwOutMap& map) {
   write_record(stream, buffer_.front.css);
   // The tables go straight to the stream. The symbol table among them counts
   // nowhere: it pushes the zeros back, behind the size that is recorded.
-  write_zeros(stream, sizeof(CssPart) - kCssLength);
+  write_zeros(stream, sizeof(CssPart) - sizeof(CssHeader));
   write_binary_header(map, stream, padded);
   write_zeros(stream, pad);
 }
@@ -120,13 +118,13 @@ void Kelp15FwManifest::write_raw(std::ostream& stream) {
 std::unique_ptr<ImageManifest> read_kelp15_manifest(
     std::span<const std::uint8_t> file) {
   auto manifest = std::make_unique<Kelp15FwManifest>();
-  std::copy_n(file.begin(), std::min<std::size_t>(file.size(), kCssLength),
+  std::copy_n(file.begin(), std::min(file.size(), sizeof(CssHeader)),
               manifest->bytes());
   const std::uint64_t length =
       std::uint64_t{manifest->buffer_.front.css.size} * 4;
   // Below 32 words the count of bytes behind the CSS header wraps, and all that
   // the file has is taken.
-  const bool wraps = length < kCssLength;
+  const bool wraps = length < sizeof(CssHeader);
   if (length > kMaxManifestLength ||
       (wraps && file.size() > kMaxManifestLength)) {
     refuse_length();

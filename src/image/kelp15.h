@@ -30,12 +30,12 @@ class Kelp15Image : public Image {
 class Kelp15FwManifest : public ImageManifest {
  public:
   std::uint8_t* modulus() override;
-  void set_modulus(const std::uint8_t* bytes) override;
+  void set_modulus(const std::uint8_t* area) override;
   int generation_code() const override { return 1; }
   std::uint8_t* exponent() override;
-  void set_exponent(const std::uint8_t* bytes) override;
+  void set_exponent(const std::uint8_t* area) override;
   std::uint8_t* signature() override;
-  void set_signature(const std::uint8_t* bytes) override;
+  void set_signature(const std::uint8_t* area) override;
 
   // Bytes 0 to 127 and those from header_len to size, all but the key and
   // signature areas. Throws ZelError of "zelsSHA256Update" for a length of 2^31

@@ -22,7 +22,7 @@ class Kelp30Image : public Image {
   std::unique_ptr<ImageManifest> create_manifest(
       bool debug, std::uint32_t imr_type) override;
 
-  std::uint64_t image_size = 0;  // length of the binary, set by write()
+  std::uint64_t image_size = 0;  // length of the binary, set by write(); unread
 };
 
 // Has no content: both manifest files stay empty.

@@ -41,8 +41,8 @@ constexpr ImageEntry kImages[] = {
     {kKelp30, create_image<Kelp30Image>},
 };
 
-// A file of the type of the others reads as an empty manifest on which signing
-// does nothing; their own files begin with another word.
+// First word 4, the kind that 1.8, 2.5 and 3.0 give themselves, though no file
+// of theirs begins with it: UnsignedManifest, on which signing does nothing.
 constexpr ManifestEntry kManifests[] = {
     {CssHeader::kModuleType, read_kelp15_manifest},
     {UnsignedManifest::kModuleType,

@@ -52,7 +52,7 @@ void check_css(const RecordFields<CssPart>& part, Inspected& out) {
     std::uint32_t expected;
   } constants[] = {
       {"module_type", css.module_type, CssHeader::kModuleType},
-      {"header_len", css.header_len, CssHeader::kHeaderLength},
+      {"header_len", css.header_len, CssHeader::kPartLength},
       {"header_ver", css.header_ver, CssHeader::kHeaderVersion},
       {"mod_vendor", css.mod_vendor, CssHeader::kVendor},
       {"key_size", css.key_size, CssHeader::kKeyLength},

@@ -62,7 +62,7 @@ bool is_metadata_length(std::uint32_t length) {
 bool is_manifest(const ByteSource& source) {
   const auto css = record_at<CssHeader>(source, 0);
   return (css.module_type == CssHeader::kModuleType) +
-             (css.header_len == CssHeader::kHeaderLength &&
+             (css.header_len == CssHeader::kPartLength &&
               css.mod_vendor == CssHeader::kVendor) +
              has_mark(source, sizeof(CssPart)) >=
          2;
@@ -118,7 +118,7 @@ Found structure_at(std::string_view bytes) {
   }
   const auto css = record_of<CssHeader>(bytes);
   if (css.module_type == CssHeader::kModuleType &&
-      css.header_len == CssHeader::kHeaderLength &&
+      css.header_len == CssHeader::kPartLength &&
       css.header_ver == CssHeader::kHeaderVersion) {
     return {Format::kManifest15, css.size * std::uint64_t{4}};
   }

@@ -52,7 +52,8 @@ void connect_and_check(FwOutMap& map, const FwImageMap& image_map) {
   check_sizes(map, image_map);
   // Behind the erasing of modules: what only they held counts as unreferenced.
   image_map.warn_unreferenced();
-  // Modules that were erased may share the end of a UUID.
+  // Ends with check_uuid_tails: modules that were erased may share the end of a
+  // UUID.
   check_alloc_only(map);
 }
 

@@ -13,10 +13,12 @@ namespace tova_fw_builder {
 // The longest manifest that can be built, signed or verified, in bytes.
 inline constexpr std::uint32_t kMaxManifestLength = 8192;
 
-// 128 bytes, at offset 0. Lengths count 32-bit words.
+// 128 bytes, at offset 0. Lengths count 32-bit words; that of the header is of
+// the whole CSS part. The css_header_size of builds is neither: it is the room
+// that the signer of 1.8 and 2.5 takes ahead of the binary.
 struct CssHeader {
   static constexpr std::uint32_t kModuleType = 6;
-  static constexpr std::uint32_t kHeaderLength = 161;
+  static constexpr std::uint32_t kPartLength = 161;
   static constexpr std::uint32_t kHeaderVersion = 0x00010000;
   static constexpr std::uint32_t kDebugSignature = 0x80000000;
   static constexpr std::uint32_t kVendor = 0x00007A5C;
@@ -24,7 +26,7 @@ struct CssHeader {
   static constexpr std::uint32_t kExponentLength = 1;
 
   Le32 module_type;  // kModuleType
-  Le32 header_len;   // of the CSS part: kHeaderLength
+  Le32 header_len;   // kPartLength
   Le32 header_ver;
   Le32 module_id;  // 0, or kDebugSignature
   Le32 mod_vendor;
@@ -44,7 +46,7 @@ struct CssPart {
   std::array<std::uint8_t, 4> exponent{};
   std::array<std::uint8_t, 256> signature{};
 };
-static_assert(sizeof(CssPart) == 4 * CssHeader::kHeaderLength &&
+static_assert(sizeof(CssPart) == 4 * CssHeader::kPartLength &&
               alignof(CssPart) == 1);
 
 }  // namespace tova_fw_builder

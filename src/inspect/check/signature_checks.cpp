@@ -88,7 +88,7 @@ void report_none_signed(const ImageFiles& image, bool is_failure,
 // The signature covers what header_len and size make it cover, and these two
 // are the manifest's own.
 void check_signed_part(const ImageFiles& image, Report& report) {
-  constexpr std::uint64_t kHeaderLength = CssHeader::kHeaderLength;
+  constexpr std::uint64_t kPartLength = CssHeader::kPartLength;
   for (const CheckedFile* manifest : image.manifests) {
     const Field& root = manifest->inspected.root;
     const std::uint64_t length = number_at(root, "css.header_len");
@@ -96,7 +96,7 @@ void check_signed_part(const ImageFiles& image, Report& report) {
     const std::uint64_t entries =
         sizeof(CssPart) + sizeof(TovaFwBinaryHeader) +
         number_at(root, "header.num_mods") * sizeof(ModuleEntry);
-    if (length != kHeaderLength) {
+    if (length != kPartLength) {
       report.failed(*manifest, "header_len is " + std::to_string(length) +
                                    ", not 161: a signature leaves out what "
                                    "matters");
