@@ -9,7 +9,8 @@ namespace tova_fw_builder {
 
 // The words of a line, split at white space. When none is left, the word taken
 // last comes again, as a rule the statement's key; definition files rely on
-// that. The line must outlive the object.
+// that. LineFields of linker output has other rules: there the word that isn't
+// there is empty. The line must outlive the object.
 class Statement {
  public:
   // Takes the first word, the key; empty if the line is blank.

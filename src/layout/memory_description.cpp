@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iomanip>
 #include <stdexcept>
+#include <vector>
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"

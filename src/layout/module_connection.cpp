@@ -1,7 +1,8 @@
 // Connection of the modules. Errors of one module carry its name; those that
 // belong to the whole image are raised as they are.
+#include <exception>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 #include "driver/ground/log.h"
 #include "layout/passes.h"

@@ -1,6 +1,7 @@
 // The command `write_c`. The array's length is the file's at the start of the
 // run, as it stands in the text ahead of the bytes.
 #include <fstream>
+#include <span>
 
 #include "driver/ground/c_array.h"
 #include "driver/ground/files.h"

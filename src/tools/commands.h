@@ -1,5 +1,6 @@
 // tools/commands.h
-// The commands of this room, each in a source of its own.
+// The commands of this room, each in a source of its own; append_files and
+// run_image_script are no commands, but the work of two on an open text.
 #pragma once
 
 #include <istream>

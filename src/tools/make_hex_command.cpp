@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <span>
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <fstream>
+#include <span>
 #include <vector>
 
 #include "driver/ground/files.h"

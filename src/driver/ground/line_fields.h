@@ -10,8 +10,9 @@ namespace tova_fw_builder {
 // Takes fields from a line by the rules of formatted stream extraction, to the
 // letter, without the cost of a stream for each of a million lines. Each field
 // skips the white space ahead of it. One that isn't there fails the object,
-// which yields nothing more until it is cleared. The line must outlive object
-// and words.
+// which yields nothing more until it is cleared; Statement, which definitions
+// are read by, has the last word come again instead. The line must outlive
+// object and words.
 class LineFields {
  public:
   LineFields() = default;

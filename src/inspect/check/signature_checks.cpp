@@ -3,6 +3,7 @@
 #include <iterator>
 #include <string>
 
+#include "companion/ground/byte_text.h"
 #include "companion/ground/message_text.h"
 #include "image/image.h"
 #include "image/kelp15.h"
@@ -36,14 +37,11 @@ std::vector<const CheckedFile*> signed_manifests(const ImageFiles& image) {
 }
 
 PublicKeyHash hash_in(const CheckedFile& manifest) {
-  const std::string_view text =
-      text_at(manifest.inspected.root, "public_key_hash");
   PublicKeyHash hash{};
-  if (text.size() != 2 * hash.size()) return hash;
-  const auto digit = [](char c) { return c <= '9' ? c - '0' : c - 'a' + 10; };
-  for (std::size_t i = 0; i < hash.size(); ++i) {
-    hash[i] = static_cast<std::uint8_t>(digit(text[2 * i]) * 16 +
-                                        digit(text[2 * i + 1]));
+  const auto bytes =
+      from_hexadecimal(text_at(manifest.inspected.root, "public_key_hash"));
+  if (bytes && bytes->size() == hash.size()) {
+    std::ranges::copy(*bytes, hash.begin());
   }
   return hash;
 }
@@ -65,6 +63,8 @@ std::string fault_of(const CheckedFile& manifest) {
   }
 }
 
+// By the hash, which covers the exponent, too: with the modulus alone, the same
+// key with the exponent 1 would count as trusted, and anyone can sign with it.
 bool is_trusted(const PublicKeyHash& hash, const CheckOptions& options) {
   return std::ranges::find(options.trusted, hash) != options.trusted.end();
 }
