@@ -119,13 +119,16 @@ class KeyDecoder {
 
 // The form that the file begins with; of a damaged start, the first of them.
 const KeyForm& form_of(const ByteSource& source, bool public_only) {
-  const KeyForm* first = nullptr;
-  for (const KeyForm& form : key_forms()) {
-    if (form.public_only != public_only) continue;
-    if (source.bytes(0, form.pieces[0].size()) == form.pieces[0]) return form;
-    if (first == nullptr) first = &form;
+  const auto forms = key_forms();
+  auto form = std::ranges::find_if(forms, [&](const KeyForm& candidate) {
+    const std::string_view start = candidate.pieces[0];
+    return candidate.public_only == public_only &&
+           source.bytes(0, start.size()) == start;
+  });
+  if (form == forms.end()) {
+    form = std::ranges::find(forms, public_only, &KeyForm::public_only);
   }
-  return *first;
+  return *form;
 }
 
 void decode_key(const ByteSource& source, bool public_only, const char* title,
