@@ -77,7 +77,8 @@ Option CommandNode::add_option(
 
 Option CommandNode::add_flag(const std::string& names, bool& given,
                              const std::string& help) const {
-  return Option(*app_->add_flag(names, given, help));
+  // "--release=false" would be no release without a word.
+  return Option(*app_->add_flag(names, given, help)->disable_flag_override());
 }
 
 void CommandNode::add_choices(const std::string& title,

@@ -165,6 +165,11 @@ void check_structure(const ImageFiles& image, Report& report) {
                              &image.packages, &image.others}) {
     check_files(*files, report);
   }
+  if (image.options.release && image.headers.empty()) {
+    report.failed(
+        "--release asks for an image: neither a manifest of 1.5 nor a binary "
+        "is among the files");
+  }
   check_one_image(image, report);
   for (const UnknownFile& unknown : image.unknown) {
     if (unknown.kind != UnknownFile::Kind::kBeside) continue;
@@ -222,14 +227,20 @@ void check_pages(const ImageFiles& image, Report& report) {
   for (const CheckedFile* header : image.headers) {
     const std::size_t before = report.failures();
     const Field& root = header->inspected.root;
-    if (number_at(root, "header.preload_page_count") == 0) {
-      report.failed(*header, "preload_page_count is 0");
-    }
+    const std::uint64_t pages = number_at(root, "header.preload_page_count");
+    if (pages == 0) report.failed(*header, "preload_page_count is 0");
     for (const Field& module : find(root, "modules")->members) {
       check_module_pages(*header, module, report);
     }
-    if (header->inspected.format == Format::kBinary && is_30(*header) &&
-        header->inspected.length > kContentsOffset &&
+    const bool has_30 =
+        header->inspected.format == Format::kBinary && is_30(*header);
+    constexpr std::uint64_t kPages30 = kContentsOffset / kPageSize;
+    if (has_30 && pages != 0 && pages != kPages30) {
+      report.failed(*header, "preload_page_count is " + std::to_string(pages) +
+                                 "; in 3.0 it is always " +
+                                 std::to_string(kPages30));
+    }
+    if (has_30 && header->inspected.length > kContentsOffset &&
         (header->inspected.length - number_at(root, "header_offset")) %
                 kPageSize !=
             0) {

@@ -173,6 +173,11 @@ void check_sample_key(const ImageFiles& image, Report& report) {
   if (std::ranges::any_of(options.trusted, is_sample_key)) {
     report.failed("--trust names the key of the sample, which everyone has");
   }
+  if (asks && options.key_store && holds_sample_key(*options.key_store)) {
+    report.failed(
+        "the key list has the key of the sample, with which everyone can sign "
+        "what an image with this store takes");
+  }
   const auto manifests = signed_manifests(image);
   if (manifests.empty()) report_none_signed(image, false, report);
   for (const CheckedFile* manifest : manifests) {

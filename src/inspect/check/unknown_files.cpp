@@ -20,10 +20,12 @@ constexpr std::uint64_t kSearched = 1024 * 1024;
 constexpr std::string_view kOtherFiles[] = {".elf", ".o",  ".a",  ".sig",
                                             ".der", ".gz", ".xz", ".zip"};
 
+bool is_named_like_contents(const CheckedFile& file) {
+  return has_ending(file.path, ".bin") || has_ending(file.path, ".img");
+}
+
 bool may_be_contents(const CheckedFile& file) {
-  if (has_ending(file.path, ".bin") || has_ending(file.path, ".img")) {
-    return true;
-  }
+  if (is_named_like_contents(file)) return true;
   if (std::ranges::any_of(kOtherFiles, [&](std::string_view ending) {
         return has_ending(file.path, ending);
       })) {
@@ -97,10 +99,6 @@ std::string lengths_of(const ContentsPlan& plan) {
   return text;
 }
 
-bool may_be_joined(const ContentsPlan& plan) {
-  return is_of_15(plan) && plan.joined_length > main_length(*plan.header);
-}
-
 std::string unknown_text(const ImageFiles& image) {
   const auto plan = std::ranges::find_if(image.plans, is_of_15);
   std::string text =
@@ -129,20 +127,14 @@ bool has_all_contents(const ImageFiles& image) {
          });
 }
 
-// Of 1.8 and later all contents stand in the binary; of 1.5, the file may be
-// the joined package if no other one is.
+// Even where no contents lack, it may be those of another build.
 UnknownFile beside(const CheckedFile& file, const ImageFiles& image) {
-  UnknownFile unknown{&file, UnknownFile::Kind::kBeside, false, ""};
+  UnknownFile unknown{&file, UnknownFile::Kind::kBeside,
+                      is_named_like_contents(file), unknown_text(image)};
   if (has_structures(file)) {
     unknown.text =
         "structures stand in it, which tova_fw show lists; with --script it "
         "compares a flash image with what it was made of";
-  } else {
-    unknown.is_gap =
-        has_ending(file.path, ".bin") &&
-        std::ranges::any_of(image.plans, may_be_joined) &&
-        std::ranges::none_of(image.plans, &ContentsPlan::is_joined);
-    unknown.text = unknown_text(image);
   }
   return unknown;
 }

@@ -95,6 +95,7 @@ TEST(Check, FaultsAreFoundByTheirChecks) {
       // The header ahead of the entries, and the manifest's own.
       {"1.8", "entry", std::size_t{0} - 28, "\x01", "image-digest package "},
       {"1.5", "entry", std::size_t{0} - 32, "\x11", "package "},
+      {"3.0", "entry", std::size_t{0} - 36, "\x09", "pages "},
       {"1.5", "man", 4, "\xA0", "structure signed-part "},
       {"1.5", "man", 25, "\x01", "structure length signed-part "},
       {"1.5", "man", 20, "\x28", "package "},

@@ -94,7 +94,8 @@ TEST_F(CheckSignature, ReleaseAsksForAllContents) {
   // What a joined package has needn't be there once more.
   EXPECT_EQ("package ", without("1.5", {kAddonFile}, true));
   EXPECT_EQ("image-digest ", without("1.8", {"firmware.man"}));
-  EXPECT_EQ("image-digest ", without("2.5", {"firmware.bin"}));
+  EXPECT_EQ("structure image-digest ", without("2.5", {"firmware.bin"}));
+  EXPECT_EQ("structure ", without("3.0", {"firmware.bin"}));
   EXPECT_EQ("", without("3.0", {"firmware.man", "firmware.man.ext"}));
 }
 
