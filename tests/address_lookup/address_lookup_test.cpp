@@ -98,6 +98,7 @@ TEST(AddressWords, InLogs) {
   // As a console may leave them in a log.
   EXPECT_EQ("10 20 ", found(std::string("pc 0x10\0 lr 0x20\n", 16)));
   // Cut where the room for a line ends.
+  EXPECT_EQ("12345678 ", found(std::string(4088, ' ') + "12345678 x\n"));
   EXPECT_EQ("12345678 ", found(std::string(4096, ' ') + "12345678 x\n"));
 }
 
@@ -169,9 +170,9 @@ ElfPlaces elf_places(const TempDir& dir) {
             "4 .empty 00000000 00003000 00003000 00000000 2**2\nALLOC\n"
             "5 .heap 00000100 0000a000 0000a000 00000000 2**2\nALLOC\n");
   dir.write("fw.symbols",
-            "00001010 t aaa\n00001010 T zulu\n00001010 T alpha\n"
+            "00001010 t aaa\n00001010 T alpha\n00001010 T zulu\n"
             "00001050 t late\n00001060 A absolute\n00001070 n of_debug\n"
-            "00000fff T before\n0000a010 B heap_top\n");
+            "00001072 v weak\n00000fff T before\n0000a010 B heap_top\n");
   return ElfPlaces(
       dir.write("fw.elfs", dir.file("fw.elf") + "\nfw.sections\nfw.symbols\n"));
 }
@@ -248,6 +249,17 @@ TEST(ImageSegments, ZerosAheadOfAddons) {
   binary.insert(0xB000, 4096, '\0');
   EXPECT_EQ(
       "base text firmware.bin@8000\nbase rodata firmware.bin@a000\n"
+      "addon1 text firmware.bin@c000\n",
+      placed(sample, {"firmware.bin"}));
+  // Ahead of the constants, too; but a library follows without.
+  sample = image_sample("3.0");
+  std::string& library = sample["firmware.bin"];
+  library.replace(entries + 96, 4, le32(0x10003000));
+  library[entries + 2 * kEntry + 28] = '\x81';
+  library.replace(entries + 2 * kEntry + 84, 4, le32(0x10006000));
+  library.insert(0xA000, 4096, '\0');
+  EXPECT_EQ(
+      "base text firmware.bin@8000\nbase rodata firmware.bin@b000\n"
       "addon1 text firmware.bin@c000\n",
       placed(sample, {"firmware.bin"}));
 }

@@ -30,6 +30,7 @@ class Commands : public testing::Test {
     fs::create_directories(dir_.file("folders/a"));
     fs::create_directories(dir_.file("folders/b"));
     fs::create_symlink("loop", dir_.file("loop"));
+    fs::create_symlink("none", dir_.file("folders/b/link"));
     fs::current_path(dir_.path());
   }
 
@@ -92,6 +93,8 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
        "folders: no file is in it, but folders: give the folder of one image, "
        "such as folders/a"},
       {"check folders/a", "folders/a: no file is in it"},
+      {"check folders/b",
+       "folders/b/link: cannot be read: No such file or directory"},
       {"key show none", "none: cannot be read: No such file or directory"},
       {"key show ''", "'': cannot be read: No such file or directory"},
       {"key show .", ".: cannot be read: Is a directory"},
@@ -170,6 +173,8 @@ TEST_F(Commands, OthersOfACallAreTold) {
   EXPECT_EQ(2, checked.status);
   EXPECT_FALSE(checked.json()["holds"].get<bool>());
   EXPECT_LE(18u, checked.json()["checks"].size());
+
+  EXPECT_EQ(0, run_tool({"check", "metadata"}).status);
 
   // A damaged file is shown: that isn't a trouble.
   dir_.write("cut", binary_18().substr(0, 200));

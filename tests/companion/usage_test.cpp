@@ -101,6 +101,7 @@ TEST(Usage, CompletionsKnowTheCommands) {
                              "digest-info", "release", "always"}) {
       EXPECT_NE(std::string::npos, run.out.find(word)) << shell << word;
     }
+    EXPECT_EQ(std::string::npos, run.out.find("--help --debug")) << shell;
   }
 }
 

@@ -93,6 +93,9 @@ cp firmware* ../doubtful
 head -c 5000 /dev/urandom >../doubtful/other.bin
 check 0 '' --summary ../doubtful
 summary_ends 'no check fails; not checked: structure of ../doubtful/other.bin'
+cp ../doubtful/{,an}other.bin
+check 0 '' --summary ../doubtful
+summary_ends 'no check fails; not checked: structure of 2 files'
 rm -r ../doubtful
 check 2 '' nothing firmware.bin.txt firmware.man.signed
 says ok signature 'made with the key 966d4e58'

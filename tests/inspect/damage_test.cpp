@@ -58,6 +58,7 @@ TEST(Damage, DamageIsToldWhereItIs) {
     const char* problem;
   } cases[] = {
       {binary_18(), 68, 53, "68: header_len is 53, not 52"},
+      {binary_18().replace(2000, 4, "$TM1"), 68, 53, "68: header_len is 53"},
       {binary_18(), 77, 'x', "72: the name has bytes behind its end"},
       {binary_18(), 80, 11,
        "32832: the file has 32832 bytes, and its page count tells 36928"},

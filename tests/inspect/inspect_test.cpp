@@ -110,6 +110,8 @@ TEST(Inspect, FieldsOfTheOtherFormats) {
   expect_values(inspect_bytes(metadata_18()), {{"generation", "1.8"},
                                                {"tova_imr_type", "0x3"},
                                                {"limit_offset", "0xa040"}});
+  EXPECT_TRUE(inspect_bytes(metadata_18().replace(76, 4, Bytes().u32(0x2000)))
+                  .problems.empty());
   expect_values(inspect_bytes(extended_manifest()),
                 {{"modules[0].version", "1.2.3.4"},
                  {"modules[0].type", "27"},
@@ -166,6 +168,7 @@ TEST(Inspect, GenerationsThatLookAlike) {
       {with(8, true), 40960, "3.0"},
       {with(9, false), 40960, "3.0"},
       {with(9, true), 28672, "1.8 or 2.5"},
+      {std::string(64, '\0') + with(8, true), 40960, "1.8 or 2.5"},
       {with(8, false), 24576, "1.8 or 2.5"},
       {with(8, false), 24577, "3.0"},
   };

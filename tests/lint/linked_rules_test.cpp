@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "driver/ground/log.h"
@@ -13,44 +12,6 @@
 
 namespace tova_fw_builder {
 namespace {
-
-// "NAME ADDRESS SIZE FLAGS [LOAD ADDRESS [ALIGNMENT]]", parted by ", "; t is
-// code, r constants, b zeroed memory, c neither, n what isn't allocated.
-std::string section_table(const std::string& sections) {
-  std::istringstream in(sections);
-  std::ostringstream out;
-  out << "Idx Name Size VMA LMA File off Algn\n";
-  for (std::string one; std::getline(in, one, ',');) {
-    std::istringstream words(one);
-    std::string name, address, size, flags, load, alignment = "2**12";
-    words >> name >> address >> size >> flags >> load >> alignment;
-    if (load.empty()) load = address;
-    if (alignment.empty()) alignment = "2**12";
-    out << " 0 " << name << ' ' << size << ' ' << address << ' ' << load
-        << " 00000040 " << alignment << "\n  "
-        << (flags == "t"   ? "CONTENTS, ALLOC, LOAD, CODE"
-            : flags == "r" ? "CONTENTS, ALLOC, LOAD, READONLY, DATA"
-            : flags == "b" ? "ALLOC"
-            : flags == "c" ? "CONTENTS, ALLOC"
-                           : "CONTENTS, READONLY")
-        << '\n';
-  }
-  return out.str();
-}
-
-// Adds an ELF that is none, with its table and list, to the tree's ELF list.
-void add_elf(LintTree& tree, const std::string& name,
-             const std::string& sections, const std::string& symbols) {
-  tree.dir.write(name + ".elf", std::string(0x20000, 'e'));
-  tree.dir.write(name + ".sections", section_table(sections));
-  tree.dir.write(name + ".symbols", symbols);
-  auto& list = tree.options.inputs.elf_list_path;
-  list = tree.dir.file("elfs");
-  std::ofstream out(list, std::ios::app);
-  for (const char* kind : {".elf", ".sections", ".symbols"}) {
-    out << tree.dir.file(name + kind) << '\n';
-  }
-}
 
 // A case a line: the definition, behind a version and a module "m" with a text
 // group that is still open; its sections behind ".t 1000 100 t"; the findings.
@@ -96,6 +57,9 @@ ignore .r/dyn_mem .b/ => .r 2000 10 r, .b 3000 10 b =>
 -- built-in-not-carried
 module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/group bss/section .b/ => .r 2000 10 r, .b 3000 10 b => 9:9 built-in-not-carried, 11:9 built-in-not-carried
 module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/ => =>
+-- stale-table: a section may end where the ELF does
+group rodata/section .r/ => .r 2000 1ffc0 r =>
+group rodata/section .r/ => .r 2000 1ffc1 r => elfs:2:1 stale-table
 -- load-overlap, by load addresses in any order; zeroed memory takes no bytes
 section .u/ => .u 2000 80 t 10FF => 6:9 load-overlap
 section .u/ => .u 2000 80 t 1100 =>
@@ -140,6 +104,7 @@ export trace/export o trace/ => => 7:1 repeated-statement
 export mian/ => => 6:8 refused, 6:8 export-not-found
 -- export-outside: whole pages of a group count
 export heap/export o last/ => => 6:8 export-outside
+section .b/export heap/ => .b 3000 10 b => 6:9 refused
 )";
 
 TEST(LinkedRules, FindMistakesWhereTheyStand) {
@@ -197,6 +162,31 @@ TEST(LinkedRules, SayWhatIsWrong) {
   add_elf(buffer, "elf", ".t 1000 100 t", "");
   EXPECT_NE(std::string::npos,
             buffer.printed().find("t:3:1: note: the buffer"));
+}
+
+TEST(LinkedRules, AskOfTheFirstTwentyNamesAlone) {
+  std::string unknown;
+  for (int i = 0; i < 21; ++i) unknown += "ignore .knwon/";
+  LintTree many("t=binary_ver 3.0/" + unknown + '@');
+  add_elf(many, "elf", ".t 1000 100 t, .known 2000 0 b", "");
+  const std::string told = many.printed();
+  std::size_t questions = 0;
+  for (std::size_t at = 0; (at = told.find("'.known'?", at)) != told.npos;
+       ++at) {
+    ++questions;
+  }
+  EXPECT_EQ(20u, questions);
+}
+
+TEST(LinkedRules, LostBytesAreAnErrorAndLostMemoryNone) {
+  LintTree lost(
+      "t=binary_ver 3.0/@module b n/uuid "
+      "11234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/"
+      "group bss/section .b/");
+  add_elf(lost, "elf", ".t 1000 100 t, .r 2000 10 r, .b 3000 10 b", "");
+  for (const char* text : {"error: '.r' stands", "warning: '.b' stands"}) {
+    EXPECT_NE(std::string::npos, lost.printed().find(text)) << lost.printed();
+  }
 }
 
 TEST(LinkedRules, SectionsOfOneNameInTwoElfs) {

@@ -28,6 +28,13 @@ struct LintTree {
   LintOptions options;
 };
 
+// Adds an ELF that is none, with its table and list, to the tree's ELF list. A
+// section is "NAME ADDRESS SIZE FLAGS [LOAD ADDRESS [ALIGNMENT]]", parted by
+// ", "; t is code, r constants, b zeroed memory, c neither, n what isn't
+// allocated.
+void add_elf(LintTree& tree, const std::string& name,
+             const std::string& sections, const std::string& symbols);
+
 std::string findings_of(const LintReport& report);
 
 }  // namespace tova_fw_builder

@@ -22,6 +22,8 @@ TEST(KeyText, ReadAndWrittenAgain) {
       const SecretBuffer text = text_of_key(*key, !pair);
       EXPECT_EQ(file, std::string(text.data(), text.data() + text.size()));
       EXPECT_EQ(nullptr, key_of_text(" " + file));
+      key->priv_d.fill(0);  // the modulus alone makes it a pair
+      EXPECT_EQ(pair, has_private_part(*key));
     }
   }
 }

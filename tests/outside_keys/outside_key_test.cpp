@@ -96,6 +96,9 @@ TEST_F(OutsideKey, PemIsThatOfOpenssl) {
   const auto key = load_any_key(dir().file("K.pem"));
   EXPECT_TRUE(numbers_hold(*key));
   EXPECT_TRUE(halves_belong_together(*key));
+  key->priv_exponent[2] ^= 1;
+  EXPECT_FALSE(halves_belong_together(*key));
+  key->priv_exponent[2] ^= 1;
   openssl("pkey -in K.pem -out x");
   EXPECT_TRUE(read_file(dir().file("x")) == text(pem_of_key(*key, false)));
   EXPECT_EQ(read_file(dir().file("public.pem")), text(pem_of_key(*key, true)));

@@ -103,6 +103,7 @@ TEST(Check, FaultsAreFoundByTheirChecks) {
       {"1.5", "man", 50, "\x01", "structure "},
       {"1.8", "man", 40, "x", "image-digest "},
       {"2.5", "man", 87, "x", "image-digest "},
+      {"2.5", "man", 4, "x", "structure length "},
       {"1.8", "man", 76, "\x41", "image-length "},
       {"1.8", "man", 80, "\x41", "structure "},
       {"1.8", "ext", 20, "C", "extended-manifest "},
@@ -167,6 +168,17 @@ TEST(Check, BinaryBehindASigner) {
       binary[c.flipped] = 's';
       EXPECT_EQ(c.failed, failed(check(image))) << generation << c.flipped;
     }
+    ImageSample cut = image_sample(generation);
+    cut.at("firmware.bin").pop_back();
+    EXPECT_NE(std::string::npos,
+              lines_of(check(cut), "image-length").find("ends at 0xc03f\n"));
+    // The longest part that a signer has.
+    ImageSample whole = image_sample(generation);
+    std::string& binary = whole.at("firmware.bin");
+    binary.replace(0, 64, 8192, '\0');
+    std::string& manifest = whole.at("firmware.man");
+    manifest.replace(manifest.size() - 20, 4, le32(0xC000));
+    EXPECT_TRUE(lines_of(check(whole), "image-length").starts_with("ok "));
   }
 }
 
@@ -231,6 +243,14 @@ TEST(Check, FilesAloneAndTogether) {
             lines_of(manifest, "module-hash")
                 .find("base: its contents are not at hand: give the binary, "
                       "NAME.bin\n"));
+  // Capitals in its name, as the builder writes it.
+  ImageSample no_addon = image_sample("1.5");
+  no_addon.at("firmware.man")
+      .replace(entries_offset("1.5") + 244, 16, 16, '\xAF');
+  no_addon.erase(kAddonFile);
+  EXPECT_NE(
+      std::string::npos,
+      lines_of(check(no_addon), "module-hash").find("give NAME_AFAFAFAF-AFAF"));
   EXPECT_EQ(
       "not checked : give the extended manifest, and the binary or the "
       "manifest of 1.5\n",
@@ -266,6 +286,8 @@ TEST(Check, FilesAloneAndTogether) {
   renamed.erase("firmware.pkg");
   EXPECT_NE(std::string::npos,
             lines_of(check(renamed), "module-hash").find("ok other: 1 module"));
+  renamed["firmware.bin"] = counting(300);
+  EXPECT_EQ("", failed(check(renamed, {}, true)));
 }
 
 // A hash that differs is a failure only where the contents surely stand.
@@ -279,6 +301,8 @@ TEST(Check, DoubtAboutPlaces) {
     EXPECT_NE(std::string::npos,
               lines_of(check(image), "module-hash")
                   .find("not checked firmware.bin: base: which modules"));
+    image.at(kAddonFile)[0] = 'x';
+    EXPECT_EQ("length module-hash ", failed(check(image)));
   }
   // Two addons of one name have one file.
   ImageSample image = image_sample("1.5");
@@ -313,6 +337,10 @@ TEST(Check, OneModuleMoreOrLess) {
     extended[12] = static_cast<char>(3 + more);
     EXPECT_EQ("extended-manifest ", failed(check(image))) << more;
   }
+  ImageSample image = image_sample("1.8");
+  image.at("firmware.man.ext")[60] = 'X';
+  EXPECT_NE(std::string::npos,
+            lines_of(check(image), "extended-manifest").find(": module 1 is "));
 }
 
 // Of a module's index a symbol has the low 8 bits.

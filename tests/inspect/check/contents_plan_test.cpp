@@ -119,6 +119,15 @@ TEST(Check, AddonWithoutContents) {
               lines_of(check(image, release), "module-hash").find("FAILED") ==
                   std::string::npos)
         << lines_of(check(image, release), "module-hash");
+    // Addons without contents make no package longer.
+    image["package.bin"] += 'x';
+    EXPECT_EQ(std::string::npos,
+              lines_of(check(image), "length").find("with the addons"));
+    // Nor is the main binary a package, so that another one is looked for.
+    image["package.bin"].pop_back();
+    image["firmware.bin"] = "x";
+    image.erase("firmware.pkg");
+    EXPECT_EQ(std::string::npos, failed(check(image, {}, true)).find("length"));
   }
 }
 

@@ -42,13 +42,15 @@ TEST(Check, UnknownFiles) {
       {{}, "package.bin", joined.substr(0, 8193), true, "length ", ""},
       {{}, "package.bin", joined + 'A', true, "length ", ""},
       {{}, "package.bin", joined.substr(0, 255), true, "", "structure "},
-      {{}, "copy.bin", main, true, "", "structure "},
+      {{}, "copy.bin", main, true, "", ""},
+      {{}, "package.bin", main, false, "", ""},
       {{},
        "even.bin",
        main.substr(0, 8192),
        true,
        "",
        "structure "},  // nothing but one byte
+      {{}, "like.bin", main.substr(0, 8192) + noise, true, "", "structure "},
       {{}, "other.Bin", noise, true, "", "structure "},
       {{}, "other.bin", noise, false, "", "!"},
       {{}, "flash.bin", main + manifest, true, "", "structure "},
@@ -57,6 +59,7 @@ TEST(Check, UnknownFiles) {
       {{}, "word", "8 bytes!", false, "", "!"},
       {{}, "notes.txt", "Notes\n", true, "", ""},
       // What is named as a part of the image has to be one.
+      {{}, "other.man.signed", noise, true, "", "!"},
       {{"firmware.pkg"}, "firmware.pkg", "", true, "", "!package "},
       {{"firmware.pkg"}, "firmware.pkg", "ver 1\n", true, "", "!package "},
       {{"firmware.pkg"}, "firmware.pkg", "", false, "", "!package "},
@@ -88,6 +91,10 @@ TEST(Check, UnknownFiles) {
   const Checked empty = check(image, {}, true);
   ASSERT_EQ(1u, empty.unknown.size());
   EXPECT_EQ("an empty file", empty.unknown[0].text);
+  image["b.bin"] = "";
+  EXPECT_EQ(2u, check(image).unknown.size());
+  // Without a header, structures are beside nothing.
+  EXPECT_EQ(1u, check({{"flash.img", noise + manifest}}).unknown.size());
   // With the joined package there a file beside it may still be that of another
   // build.
   image = image_sample("1.5");
@@ -123,9 +130,10 @@ TEST(Check, FilesBesideAnImage) {
       {"BANK_A.HEX", "0011223344556677\n", "a memory file"},
       {"check.json", "", "a report"},
       {"firmware.elfs", std::string("a\0b", 3), ""},
+      {"firmware.elfs", "a\177b\n", ""},
       {"firmware.d", "", ""},
       {"notes.txt", "Notes\n", ""},
-      {"x.man", "binary_parts: a.def\n", ""},  // it has to be a manifest
+      {"X.MAN", "binary_parts: a.def\n", ""},  // it has to be a manifest
   };
   for (const auto& c : cases) {
     ImageSample image = image_sample("1.8");
