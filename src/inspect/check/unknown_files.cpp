@@ -127,6 +127,22 @@ bool has_all_contents(const ImageFiles& image) {
          });
 }
 
+// The contents at hand that the file is a copy of, as the joined package is
+// where there are no addons; nullptr if there are none.
+const CheckedFile* original_of(const CheckedFile& file,
+                               const ImageFiles& image) {
+  const Span all{0, file.inspected.length};
+  for (const ContentsPlan& plan : image.plans) {
+    for (const BareFile& bare : plan.bare) {
+      if (bare.file->inspected.length == all.length &&
+          compare_bytes(file.source, all, bare.file->source, all).is_equal()) {
+        return bare.file;
+      }
+    }
+  }
+  return nullptr;
+}
+
 // Even where no contents lack, it may be those of another build.
 UnknownFile beside(const CheckedFile& file, const ImageFiles& image) {
   UnknownFile unknown{&file, UnknownFile::Kind::kBeside,
@@ -152,6 +168,10 @@ std::optional<UnknownFile> judged(const CheckedFile& file,
                        std::string("the ") + (bank.is_odd ? "odd" : "even") +
                            " words of " + bank.of->path +
                            ", as split deals them out"};
+  }
+  if (const CheckedFile* original = original_of(file, image)) {
+    return UnknownFile{&file, kBeside, false,
+                       "the same bytes as " + original->path};
   }
   if (std::ranges::count(image.pieces, &file) != 0) {
     return UnknownFile{&file, kBeside, true,
