@@ -1,4 +1,6 @@
 // What a command says of files that it can't read, for people and programs.
+#include <unistd.h>
+
 #include <filesystem>
 
 #include "inspect/sample_files.h"
@@ -199,6 +201,15 @@ TEST_F(Commands, FailedReadsAreTroubles) {
                   ": cannot be read: Invalid argument\n",
               run.err);
   }
+}
+
+// Nor is it told that nothing is in it.
+TEST_F(Commands, FoldersThatAreClosedAreTroubles) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may read it";
+  fs::permissions("folders/a", fs::perms::none);
+  EXPECT_EQ("tova_fw: folders/a: cannot be read: Permission denied\n",
+            run_tool({"check", "folders/a"}).err);
+  fs::permissions("folders/a", fs::perms::owner_all);
 }
 
 TEST_F(Commands, ColourWhereItIsAskedFor) {
