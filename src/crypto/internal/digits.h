@@ -30,9 +30,9 @@ inline bool is_below(const Digit* a, const Digit* b, std::size_t count) {
   return a[i] < b[i];
 }
 
-// All ones for true. A compiler that sees that only two values come out may make
-// a branch of what is done with them, as clang 16 does: what has been volatile
-// may be any value to it.
+// All ones for true. A compiler that sees that only two values come out may
+// make a branch of what is done with them, as clang 16 does: what has been
+// volatile may be any value to it.
 inline Digit mask_if_zero(Digit value) {
   const volatile Digit mask = ((value | (0 - value)) >> 63) - 1;
   return mask;
