@@ -35,11 +35,49 @@ bool may_be_contents(const CheckedFile& file) {
   return !is_text(head) && beside_kind(file).empty();
 }
 
-// Such as a flash image. Its beginning tells: it may be long.
-bool has_structures(const CheckedFile& file) {
+// Those at its beginning, which tells enough: it may be long.
+std::vector<Field> structures_in(const CheckedFile& file) {
   const ByteSource head = ByteSource::of(file.source.bytes(0, kSearched));
-  return !find(inspect(head, Format::kEmbedded).root, "embedded")
-              ->members.empty();
+  return find(inspect(head, Format::kEmbedded).root, "embedded")->members;
+}
+
+// Such as a flash image.
+bool has_structures(const CheckedFile& file) {
+  return !structures_in(file).empty();
+}
+
+bool stands_at(const CheckedFile& header, const CheckedFile& file,
+               std::uint64_t offset) {
+  const std::uint64_t length = header.inspected.length;
+  return offset <= file.inspected.length &&
+         length <= file.inspected.length - offset &&
+         compare_bytes(file.source, {offset, length}, header.source,
+                       {0, length})
+             .is_equal();
+}
+
+// Whether the manifests and binaries in the file are the image's, as in a flash
+// image of it.
+bool holds_headers_of(const ImageFiles& image, const CheckedFile& file) {
+  std::size_t found = 0;
+  for (const Field& structure : structures_in(file)) {
+    const std::string_view format = text_at(structure, "format");
+    if (format != format_name(Format::kManifest15) &&
+        format != format_name(Format::kBinary)) {
+      continue;
+    }
+    ++found;
+    const std::uint64_t offset = number_at(structure, "offset");
+    if (std::ranges::none_of(image.headers, [&](const CheckedFile* header) {
+          return format == format_name(header->inspected.format) &&
+                 stands_at(*header, file,
+                           offset - number_at(header->inspected.root,
+                                              "header_offset"));
+        })) {
+      return false;
+    }
+  }
+  return found != 0;
 }
 
 bool is_of_15(const ContentsPlan& plan) {
@@ -148,6 +186,7 @@ UnknownFile beside(const CheckedFile& file, const ImageFiles& image) {
   UnknownFile unknown{&file, UnknownFile::Kind::kBeside,
                       is_named_like_contents(file), unknown_text(image)};
   if (has_structures(file)) {
+    unknown.is_gap = unknown.is_gap && !holds_headers_of(image, file);
     unknown.text =
         "structures stand in it, which tova_fw show lists; with --script it "
         "compares a flash image with what it was made of";
