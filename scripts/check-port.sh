@@ -20,6 +20,7 @@ emulator=(qemu-"$processor" -L "/usr/$processor-linux-gnu")
 quietly "port-$processor-configure" cmake -S . -B "$build" -G Ninja \
   -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchains/linux.cmake" \
   -DTOVA_TARGET="$processor" -DTOVA_WERROR=ON \
+  -DCMAKE_CXX_FLAGS_RELEASE="-O1 -DNDEBUG" \
   -DTOVA_GTEST_SOURCE=/usr/src/googletest
 echo "Building and testing for $processor, logs in $build-*.log"
 quietly "port-$processor-build" cmake --build "$build"

@@ -2,7 +2,8 @@
 # tidy.sh [CHECKS]
 # Runs clang-tidy over every source, with the compile commands of the sanitize
 # preset and what its build makes. CHECKS are added to those of .clang-tidy:
-# scripts/lint.sh leaves out the analyzer, which takes as long as all others.
+# scripts/lint.sh leaves out the analyzer, which takes as long as all others,
+# and the look at every identifier.
 # When the whole of it last ran: docs/platforms.md.
 set -euo pipefail
 cd "$(dirname "$0")/.."
