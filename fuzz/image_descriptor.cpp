@@ -2,7 +2,7 @@
 #include <sstream>
 
 #include "harness.h"
-#include "tools/commands.h"
+#include "tools/image_script.h"
 
 void fuzz_one(const std::string& input) {
   const auto files = cut(input, 3);

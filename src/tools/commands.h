@@ -1,6 +1,6 @@
 // tools/commands.h
-// The commands of this room, each in a source of its own; append_files and
-// run_image_script are no commands, but the work of two on an open text.
+// The commands of this room, each in a source of its own; append_files is no
+// command, but the work of one on an open text.
 #pragma once
 
 #include <istream>
@@ -26,20 +26,6 @@ void append_files(std::istream& package, std::ostream& out);
 void build_img_command(const std::string& img_dscr_file,
                        const std::string& deploy_dir,
                        const std::string& out_file);
-
-// Runs an image script (docs/file-formats.md, "Image script of build_img") and
-// writes the image to `out_file`. File names are put directly behind
-// `deploy_dir`.
-//
-// Throws std::runtime_error, with the image as far as it came and no table:
-//   "Failed to open file: " and the path
-//   "Cannot tell the length of file: " and the path, for one like a pipe
-//   "Too many partition table entries" for the seventeenth file marked "m"
-//   "Offset out of range: " and the number in decimal, for an offset of 2^63
-//     or more, or when the padding can't be written
-// Any other failure to write is not reported.
-void run_image_script(std::istream& script, const std::string& deploy_dir,
-                      const std::string& out_file);
 
 // Writes the two banks to `name_a` and `name_b`, each with ".bin" and with
 // ".hex" (docs/file-formats.md, "Memory files").

@@ -1,89 +1,193 @@
-// The keywords are tested one after the other, each once, on a current word
-// that `bin`, `size` and `sha` overwrite with their operands. So a `bin` line
-// may go on with another statement ("bin a.bin offset 1000"), and a file named
-// like a later keyword acts as that keyword.
+// Carries out the statements in the order in which they stand; a position of
+// the partition table is known once its file has come.
 #include "tools/image_script.h"
 
-#include "driver/ground/line_fields.h"
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+
+#include "crypto/sha_hash.h"
+#include "driver/ground/byte_dump.h"
+#include "driver/ground/files.h"
+#include "driver/ground/line_reader.h"
+#include "driver/ground/log.h"
+#include "driver/ground/native_path.h"
+#include "driver/ground/stream_digest.h"
+#include "tools/image_statements.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-// What is read of one line.
-struct Line {
-  LineFields fields;
-  std::string word;  // the current one
+// What one run of a script works on.
+struct Run {
+  std::string deploy_dir;
+  std::string out_file;
+  std::ofstream out;
+  PartitionTable table = {};
+  std::optional<std::streamoff> table_position = {};
 };
 
-// Makes the next word of the line the current one; it stays if none is left, so
-// `bin` alone asks for a file called bin.
-const std::string& take_word(Line& line) {
-  const std::string_view word = line.fields.word();
-  if (!word.empty()) line.word = word;
-  return line.word;
+struct InputFile {
+  std::unique_ptr<std::istream> stream;
+  std::uint64_t length;
+};
+
+InputFile open_deployed(const Run& run, const std::string& name) {
+  const std::string path = run.deploy_dir + name;
+  auto stream = open_binary_input(path);
+  const std::uint64_t length = file_length(*stream, path);
+  return {std::move(stream), length};
 }
 
-void read_file(Line& line, ImageStatement& statement) {
-  statement.name = take_word(line);
-  statement.is_marked = take_word(line) == "m";
+void record_position(Run& run) {
+  const std::uint32_t count = run.table.count;
+  if (count == run.table.positions.size()) {
+    throw std::runtime_error("Too many partition table entries");
+  }
+  // An entry has 32 bits; of a position above 4 GiB the low ones stand there.
+  run.table.positions[count] = static_cast<std::uint32_t>(position_of(run.out));
+  run.table.count = count + 1;
 }
 
-void read_name(Line& line, ImageStatement& statement) {
-  statement.name = take_word(line);
+// The image is an input of its own, behind a step back: its last piece goes
+// first, as each piece is written over what a later one was.
+void append_from_itself(std::istream& in, std::uint64_t length,
+                        std::ostream& out) {
+  constexpr std::uint64_t kPiece = 64 * 1024;
+  const std::uint64_t start = position_of(out);
+  for (std::uint64_t end = length; end > 0;) {
+    const std::uint64_t piece = std::min(end, kPiece);
+    end -= piece;
+    in.seekg(static_cast<std::streamoff>(end));
+    out.seekp(static_cast<std::streamoff>(start + end));
+    copy_bytes(in, piece, out);
+  }
+  out.seekp(static_cast<std::streamoff>(start + length));
 }
 
-void read_offset(Line& line, ImageStatement& statement) {
-  statement.offset = line.fields.wide_number(16);
-}
-
-// Words that can't be read as numbers are passed over. What the failed read
-// has consumed stays consumed, so behind "0x" or a number that is too large it
-// is the next word that goes.
-void read_numbers(Line& line, ImageStatement& statement) {
-  statement.width = line.word == "dd" ? 4 : line.word == "dw" ? 2 : 1;
-  while (!line.fields.failed() && !line.fields.at_end()) {
-    const std::uint32_t number = line.fields.number(16);
-    if (!line.fields.failed()) {
-      statement.numbers.push_back(number);
-    } else {
-      line.fields.clear();
-      line.fields.word();
-    }
+void append_file(Run& run, const ImageStatement& statement) {
+  const InputFile file = open_deployed(run, statement.name);
+  log_info("Appending ", statement.name, " size = ", file.length);
+  if (statement.is_marked) record_position(run);
+  std::error_code ignored;
+  // Only an overlap does harm: an input that ends at the position or ahead of
+  // it is copied like any other.
+  if (position_of(run.out) < file.length &&
+      std::filesystem::equivalent(native_path(run.deploy_dir + statement.name),
+                                  native_path(run.out_file), ignored)) {
+    append_from_itself(*file.stream, file.length, run.out);
+  } else {
+    copy_bytes(*file.stream, file.length, run.out);
   }
 }
 
-struct Keyword {
-  std::string_view word;
-  ImageStatement::Kind kind;
-  void (*read)(Line&, ImageStatement&);
-};
+[[noreturn]] void refuse_offset(std::uint64_t target) {
+  throw std::runtime_error("Offset out of range: " + std::to_string(target));
+}
 
-// The order is that of the tests; users rely on it.
-constexpr Keyword kKeywords[] = {
-    {"bin", ImageStatement::kBin, read_file},
-    {"pt", ImageStatement::kPt, [](Line&, ImageStatement&) {}},
-    {"offset", ImageStatement::kOffset, read_offset},
-    {"dd", ImageStatement::kNumbers, read_numbers},
-    {"dw", ImageStatement::kNumbers, read_numbers},
-    {"db", ImageStatement::kNumbers, read_numbers},
-    {"size", ImageStatement::kSize, read_name},
-    {"sha", ImageStatement::kSha, read_name},
-};
+// Zero bytes from `position` to `target`. Behind the end of the file the last
+// of them is enough, as the system fills the gap: a typing error of a few
+// digits must not keep the disk busy for minutes. That the disk could hold
+// them all is asked first.
+void pad(Run& run, std::uint64_t position, std::uint64_t target) {
+  run.out.seekp(0, std::ios_base::end);
+  const std::uint64_t end = std::max(position, position_of(run.out));
+  run.out.seekp(static_cast<std::streamoff>(position));
+  write_zeros(run.out, std::min(end, target) - position);
+  if (end < target) {
+    std::error_code no_limit_known;
+    const auto disk =
+        std::filesystem::space(native_path(run.out_file), no_limit_known);
+    if (disk.available < target - end) refuse_offset(target);
+    run.out.seekp(static_cast<std::streamoff>(target - 1));
+    run.out.put('\0');
+  }
+  // So that a full disk shows here, where the number at fault can be named.
+  run.out.flush();
+  if (!run.out) refuse_offset(target);
+}
+
+void go_to_offset(Run& run, const ImageStatement& statement) {
+  const std::uint64_t target = statement.offset;
+  // A cast would make it a position ahead of the start.
+  if (target > std::numeric_limits<std::streamoff>::max()) {
+    refuse_offset(target);
+  }
+  // Of a failed output the highest number: no offset pads it.
+  const std::uint64_t position = position_of(run.out);
+  if (position < target) {
+    log_info("Appending padding size = ", target - position);
+    pad(run, position, target);
+  }
+  run.out.seekp(static_cast<std::streamoff>(target));
+}
+
+void append_numbers(Run& run, const ImageStatement& statement) {
+  for (const std::uint32_t number : statement.numbers) {
+    log_info("Appending ", statement.word, " 0x", std::hex, number);
+    // The low byte comes first, so the shorter forms are the start of this one.
+    const Le32 bytes = number;
+    run.out.write(reinterpret_cast<const char*>(&bytes), statement.width);
+  }
+}
+
+void append_size(Run& run, const ImageStatement& statement) {
+  const InputFile file = open_deployed(run, statement.name);
+  log_info("Appending size of ", statement.name, " = ", std::hex, file.length);
+  write_record(run.out, Le32(static_cast<std::uint32_t>(file.length)));
+}
+
+void append_hash(Run& run, const ImageStatement& statement) {
+  const InputFile file = open_deployed(run, statement.name);
+  const auto digest = stream_digest<Sha256Hash>(*file.stream, file.length);
+  log_info("Appending hash of ", statement.name, " = ",
+           ByteDump{digest.data(), digest.size(), "sha256"});
+  write_record(run.out, digest);
+}
+
+void perform(Run& run, const ImageStatement& statement) {
+  switch (statement.kind) {
+    case ImageStatement::kBin:
+      return append_file(run, statement);
+    case ImageStatement::kPt:
+      // The last one counts. It leaves no room, as the next line is as a rule
+      // an `offset` that does.
+      run.table_position = run.out.tellp();
+      return;
+    case ImageStatement::kOffset:
+      return go_to_offset(run, statement);
+    case ImageStatement::kNumbers:
+      return append_numbers(run, statement);
+    case ImageStatement::kSize:
+      return append_size(run, statement);
+    case ImageStatement::kSha:
+      return append_hash(run, statement);
+  }
+}
 
 }  // namespace
 
-std::vector<ImageStatement> image_statements(std::string_view text) {
-  std::vector<ImageStatement> statements;
-  Line line{LineFields(text), {}};
-  take_word(line);
-  for (const Keyword& keyword : kKeywords) {
-    if (line.word != keyword.word) continue;
-    statements.push_back(
-        {.kind = keyword.kind, .word = std::string(keyword.word)});
-    keyword.read(line, statements.back());
+void run_image_script(std::istream& script, const std::string& deploy_dir,
+                      const std::string& out_file) {
+  Run run{deploy_dir, out_file, open_output(out_file)};
+  LineReader lines(script);
+  std::string_view line;
+  while (lines.next(line)) {
+    for (const auto& statement : image_statements(line)) {
+      perform(run, statement);
+    }
   }
-  return statements;
+  // Only now are all positions known.
+  if (run.table_position) {
+    run.out.seekp(*run.table_position);
+    write_record(run.out, run.table);
+  }
 }
 
 }  // namespace tova_fw_builder
