@@ -1,5 +1,7 @@
 // The frame of a signature. Everything in it stands in the opposite order to
-// that of the standards: the tool's numbers begin with their least byte.
+// that of the standards: the tool's numbers begin with their least byte. It is
+// not parsed: it must be the one frame, byte for byte, which leaves no room for
+// forged ones.
 #include "signing/signature_padding.h"
 
 #include <algorithm>
@@ -26,6 +28,11 @@ constexpr RsaBlock make_template() {
 }  // namespace
 
 constexpr RsaBlock signature_template = make_template();
+
+bool has_signature_padding(const RsaBlock& block) {
+  return std::equal(block.begin() + kDigestBytes, block.end(),
+                    signature_template.begin() + kDigestBytes);
+}
 
 RsaBlock block_to_sign(ImageManifest& manifest) {
   RsaBlock block = signature_template;

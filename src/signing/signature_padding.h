@@ -17,6 +17,10 @@ inline constexpr std::size_t kDigestInfoBytes = 19 + kDigestBytes;
 // with zeros in the digest's place, which comes first.
 extern const RsaBlock signature_template;
 
+// Whether the block that a signature encloses is the template, but for the
+// digest.
+bool has_signature_padding(const RsaBlock& block);
+
 // The template with the digest of the manifest's signed parts, zero if it has
 // none. Throws what compute_hash throws.
 RsaBlock block_to_sign(ImageManifest& manifest);

