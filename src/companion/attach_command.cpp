@@ -17,7 +17,7 @@
 #include "companion/ground/output_file.h"
 #include "companion/key_input.h"
 #include "companion/manifest_input.h"
-#include "outside_keys/any_key.h"
+#include "outside_keys/manifest_key.h"
 #include "signing/commands.h"
 #include "signing/signature_padding.h"
 
@@ -107,8 +107,7 @@ std::string why_refused(const std::vector<std::uint8_t>& file,
   const RsaBlock opened =
       RsaPublicKey(key.pub_modulus.data(), key.pub_exponent.data())
           .encrypt(signature.data());
-  if (std::equal(opened.begin() + kDigestBytes, opened.end(),
-                 signature_template.begin() + kDigestBytes)) {
+  if (has_signature_padding(opened)) {
     return "it is by this key, but of something else than this manifest";
   }
   return "it is not by this key, or not RSASSA-PKCS1-v1_5 with SHA-256";

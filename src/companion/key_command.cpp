@@ -18,6 +18,7 @@
 #include "inspect/check/sample_key.h"
 #include "outside_keys/any_key.h"
 #include "outside_keys/key_text.h"
+#include "outside_keys/manifest_key.h"
 #include "outside_keys/outside_key.h"
 #include "signing/keys/public_key_hash.h"
 

@@ -2,7 +2,6 @@
 #include "outside_keys/any_key.h"
 
 #include <algorithm>
-#include <bit>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -13,6 +12,7 @@
 #include "driver/ground/native_path.h"
 #include "driver/ground/numbers.h"
 #include "outside_keys/key_text.h"
+#include "outside_keys/manifest_key.h"
 #include "outside_keys/outside_key.h"
 
 namespace tova_fw_builder {
@@ -69,40 +69,6 @@ std::unique_ptr<KeyMaterial> load_any_key(const std::string& path,
                               file.size());
   if (auto key = key_of_file(text)) return key;
   return read_outside_key(bytes, passphrase, path);
-}
-
-std::uint32_t exponent_of(const KeyMaterial& key) {
-  std::uint32_t exponent = 0;
-  for (std::size_t i = key.pub_exponent.size(); i-- > 0;) {
-    exponent = exponent << 8 | key.pub_exponent[i];
-  }
-  return exponent;
-}
-
-int modulus_bits(const KeyMaterial& key) {
-  std::size_t size = key.pub_modulus.size();
-  while (size > 0 && key.pub_modulus[size - 1] == 0) --size;
-  if (size == 0) return 0;
-  const int top = std::bit_width(key.pub_modulus[size - 1]);
-  return static_cast<int>(8 * (size - 1)) + top;
-}
-
-void require_manifest_key(const KeyMaterial& key) {
-  const int bits = modulus_bits(key);
-  if (bits != 2048) {
-    throw std::runtime_error("its modulus has " + std::to_string(bits) +
-                             " bits; manifests take 2048");
-  }
-  if (key.pub_modulus[0] % 2 == 0) {
-    throw std::runtime_error("its modulus is even, so this is no RSA key");
-  }
-  const std::uint32_t exponent = exponent_of(key);
-  if (exponent == 65537) return;
-  if (exponent > 255 || exponent < 3 || exponent % 2 == 0) {
-    throw std::runtime_error(
-        "its exponent is " + std::to_string(exponent) +
-        "; manifests take 65537, or an odd one of one byte from 3 on");
-  }
 }
 
 PublicKeyHash trusted_key_hash(const std::string& text) {

@@ -27,15 +27,6 @@ SecretBuffer read_passphrase_file(const std::string& path);
 std::unique_ptr<KeyMaterial> load_any_key(
     const std::string& path, const SecretBuffer* passphrase = nullptr);
 
-// Refuses a key with which no loader could verify a manifest safely: its
-// modulus is odd and has 2048 bits, its exponent is 65537 or an odd number of
-// one byte from 3 on, which leaves out 1, with which anyone could sign.
-void require_manifest_key(const KeyMaterial& key);
-
-// Of the least significant byte first; 4 bytes.
-std::uint32_t exponent_of(const KeyMaterial& key);
-int modulus_bits(const KeyMaterial& key);
-
 // The hash of the key that a user trusts: 64 hexadecimal digits are the hash
 // itself, anything else is the path of a key in any form. Public and private
 // keys are taken alike.

@@ -18,9 +18,9 @@
 #include <string_view>
 #include <vector>
 
-#include "outside_keys/key_derivation.h"
 #include "outside_keys/key_text.h"
 #include "outside_keys/outside_key.h"
+#include "outside_keys/passphrase_cost.h"
 
 namespace tova_fw_builder {
 

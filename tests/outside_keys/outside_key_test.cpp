@@ -9,6 +9,7 @@
 
 #include "outside_keys/any_key.h"
 #include "outside_keys/key_text.h"
+#include "outside_keys/manifest_key.h"
 #include "support/temp_dir.h"
 
 namespace tova_fw_builder {

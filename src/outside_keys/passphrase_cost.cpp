@@ -1,7 +1,7 @@
 // How many steps an EncryptedPrivateKeyInfo asks for stands in the clear, in
 // the parameters of its algorithm. The file's maker chose it, and OpenSSL takes
 // any number.
-#include "outside_keys/key_derivation.h"
+#include "outside_keys/passphrase_cost.h"
 
 #include <openssl/asn1t.h>
 #include <openssl/bio.h>

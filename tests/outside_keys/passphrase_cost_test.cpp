@@ -1,6 +1,6 @@
 // Encrypted keys whose parameters are put together by hand, after RFC 5208,
 // 8018 and 7914; what is encrypted is never looked at.
-#include "outside_keys/key_derivation.h"
+#include "outside_keys/passphrase_cost.h"
 
 #include <gtest/gtest.h>
 

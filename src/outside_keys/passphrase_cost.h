@@ -1,4 +1,4 @@
-// outside_keys/key_derivation.h
+// outside_keys/passphrase_cost.h
 #pragma once
 
 #include <cstdint>
