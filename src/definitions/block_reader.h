@@ -41,7 +41,7 @@ class StatementLines {
                           std::vector<BlockStep>* noted = nullptr)
       : steps(noted), stream_(stream) {}
 
-  // False when the last line had no line end, and behind the last line.
+  // False when the last line had no line end, or none was left to take.
   bool good() const { return stream_.good(); }
 
   // Number of the line taken last, from 1. A line given back keeps its number.

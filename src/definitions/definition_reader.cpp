@@ -16,9 +16,6 @@ namespace tova_fw_builder {
 
 namespace {
 
-// The depth that fails. The top file stands at 0.
-constexpr std::uint32_t kMaxIncludeDepth = 5;
-
 // Defines and repeated includes can make a small file stand for any amount of
 // text. Beyond some free text, what is read and made may be this much longer
 // than all files that were read, each counted once. An include counts as some

@@ -3,6 +3,7 @@
 // two, the statement readers, never sees a file.
 #pragma once
 
+#include <cstdint>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -11,6 +12,10 @@
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
+
+// The depth of includes that fails with "Max inclusion". The top file stands at
+// 0.
+inline constexpr std::uint32_t kMaxIncludeDepth = 5;
 
 // Flattens the definition file `path` with all that it includes
 // (docs/definition-language.md, "Includes and defines"), and yields the text as
@@ -22,7 +27,8 @@ namespace tova_fw_builder {
 //
 // Throws std::runtime_error "Max inclusion", "Not recognized define : " and the
 // name, "Define name conflict : " and the name, "Definition files expand to too
-// much text" (above 1 MiB, and 16 times as long as its files), and what
+// much text" (what is read and made, each include counting for 160 more, is
+// above 1 MiB and 16 times as long as its files), and what
 // open_image_defs throws. Leaves the working directory at the top file's.
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path);

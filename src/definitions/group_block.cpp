@@ -1,5 +1,6 @@
 // Group blocks. An `entry` of FFFFFFFF leaves the group looking as if it had
 // none, so another one may follow it.
+#include <algorithm>
 #include <stdexcept>
 
 #include "definitions/inner_blocks.h"
@@ -8,6 +9,16 @@
 namespace tova_fw_builder {
 
 namespace {
+
+struct GroupType {
+  std::string_view key;
+  std::uint32_t type;
+};
+constexpr GroupType kGroupTypes[] = {
+    {"text", FwOutMap::SectionGroup::kText},
+    {"rodata", FwOutMap::SectionGroup::kRodata},
+    {"bss", FwOutMap::SectionGroup::kBss},
+};
 
 void read_entry(FwOutMap::SectionGroup& group, Statement& statement) {
   // Converted first: a bad number is reported even where an entry stands
@@ -49,6 +60,21 @@ constexpr StatementRow<FwOutMap::SectionGroup> kGroupStatements[] = {
 
 }  // namespace
 
+std::unique_ptr<FwOutMap::SectionGroup> open_group(Statement& statement) {
+  const bool on_demand = statement.next_word() == "on_demand";
+  if (on_demand) statement.next_word();
+  const auto* const found =
+      std::ranges::find(kGroupTypes, statement.word(), &GroupType::key);
+  if (found == std::end(kGroupTypes)) {
+    throw std::runtime_error("Invalid group type");
+  }
+  log_detail(" group: .", found->key, on_demand ? " (on_demand)" : "");
+  auto group = std::make_unique<FwOutMap::SectionGroup>();
+  group->type = found->type;
+  group->on_demand = on_demand;
+  return group;
+}
+
 void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group) {
   read_block(BlockKind::kGroup, lines, [&group](Statement& statement) {
     return carry_out(kGroupStatements, group, statement);
@@ -56,5 +82,7 @@ void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group) {
 }
 
 std::vector<std::string_view> group_keys() { return keys_of(kGroupStatements); }
+
+std::vector<std::string_view> group_types() { return keys_of(kGroupTypes); }
 
 }  // namespace tova_fw_builder

@@ -68,47 +68,8 @@ void read_memory_class(ImageBlock& block, Statement& statement) {
   block.map.memory_classes.push_back(std::move(memory));
 }
 
-struct ModuleKind {
-  std::string_view key;
-  std::uint32_t load_type;
-  std::uint32_t module_kind;
-  bool required;
-  bool auto_init;
-};
-using Module = FwOutMap::Module;
-constexpr ModuleKind kModuleKinds[] = {
-    {"o", Module::kLoadable, Module::kAddon, false, false},
-    {"b", Module::kBuiltIn, Module::kBase, true, false},
-    {"ba", Module::kBuiltIn, Module::kBase, true, true},
-    {"d", Module::kLoadable, Module::kAddon, true, false},
-    {"da", Module::kLoadable, Module::kAddon, true, true},
-    {"l", Module::kLoadable, Module::kLibrary, true, false},
-};
-
-// A library is told as an addon; readers of the log know it so.
-void log_module(const Module& module) {
-  log_detail(
-      " module: ", module.name,
-      module.load_type != Module::kBuiltIn ? " (loadable)" : " (builtin)",
-      module.module_kind != Module::kBase ? " (addon)" : " (base)",
-      module.required ? "" : " (optional)",
-      module.auto_init ? " (auto-init)" : "");
-}
-
-void open_module(ImageBlock& block, Statement& statement) {
-  auto module = std::make_unique<Module>();
-  const auto* const kind =
-      std::ranges::find(kModuleKinds, statement.next_word(), &ModuleKind::key);
-  if (kind != std::end(kModuleKinds)) {
-    module->load_type = kind->load_type;
-    module->module_kind = kind->module_kind;
-    module->required = kind->required;
-    module->auto_init = kind->auto_init;
-    statement.next_word();
-  }
-  // The word stays if none follows: `module o` is an optional module called o.
-  module->name = statement.word();
-  log_module(*module);
+void read_module_statement(ImageBlock& block, Statement& statement) {
+  auto module = open_module(statement);
   read_module(block.map, block.lines, *module);
   block.map.modules.push_back(std::move(module));
 }
@@ -123,7 +84,7 @@ constexpr StatementRow<ImageBlock> kImageStatements[] = {
     {"dyn_mem", read_dyn_mem},
     {"ignore", read_ignore},
     {"memory_class", read_memory_class},
-    {"module", open_module},
+    {"module", read_module_statement},
 };
 
 }  // namespace
@@ -153,7 +114,5 @@ std::vector<std::string_view> statement_keys(BlockKind block) {
       return keys_of(kImageStatements);
   }
 }
-
-std::vector<std::string_view> module_kinds() { return keys_of(kModuleKinds); }
 
 }  // namespace tova_fw_builder

@@ -23,8 +23,7 @@ namespace tova_fw_builder {
 void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream,
                        std::vector<BlockStep>* steps = nullptr);
 
-// The keys that a block knows, and the kinds of a `module` statement.
+// The keys that a block knows.
 std::vector<std::string_view> statement_keys(BlockKind block);
-std::vector<std::string_view> module_kinds();
 
 }  // namespace tova_fw_builder

@@ -14,9 +14,37 @@ namespace tova_fw_builder {
 
 namespace {
 
+using Module = FwOutMap::Module;
+
+struct ModuleKind {
+  std::string_view key;
+  std::uint32_t load_type;
+  std::uint32_t module_kind;
+  bool required;
+  bool auto_init;
+};
+constexpr ModuleKind kModuleKinds[] = {
+    {"o", Module::kLoadable, Module::kAddon, false, false},
+    {"b", Module::kBuiltIn, Module::kBase, true, false},
+    {"ba", Module::kBuiltIn, Module::kBase, true, true},
+    {"d", Module::kLoadable, Module::kAddon, true, false},
+    {"da", Module::kLoadable, Module::kAddon, true, true},
+    {"l", Module::kLoadable, Module::kLibrary, true, false},
+};
+
+// A library is told as an addon; readers of the log know it so.
+void log_module(const Module& module) {
+  log_detail(
+      " module: ", module.name,
+      module.load_type != Module::kBuiltIn ? " (loadable)" : " (builtin)",
+      module.module_kind != Module::kBase ? " (addon)" : " (base)",
+      module.required ? "" : " (optional)",
+      module.auto_init ? " (auto-init)" : "");
+}
+
 struct ModuleBlock {
   FwOutMap& map;
-  FwOutMap::Module& module;
+  Module& module;
   StatementLines& lines;
 };
 
@@ -62,8 +90,8 @@ bool is_mask(std::string_view word) {
   });
 }
 
-// One character from "(" to "|", which are most letters, digits and signs, and
-// at least one digit behind it. Definition files write +1 for a count of one.
+// One character from "(" to "|", which are all letters and digits and most
+// signs, and at least one digit behind it. Definition files write +1 for a count of one.
 bool is_count(std::string_view word) {
   return word.size() >= 2 && word[0] >= '(' && word[0] <= '|' &&
          std::all_of(word.begin() + 1, word.end(), is_digit);
@@ -103,21 +131,28 @@ void read_core_type(ModuleBlock& block, Statement& statement) {
       static_cast<std::uint32_t>(statement.next_signed(10));
 }
 
+struct DomainType {
+  std::string_view key;
+  bool Module::*field;
+};
+constexpr DomainType kDomainTypes[] = {
+    {"LL", &Module::domain_ll},
+    {"DP", &Module::domain_dp},
+    {"RTOS", &Module::domain_rtos},
+};
+
 void read_domain_types(ModuleBlock& block, Statement& statement) {
   for (;;) {
     // next_word never runs out.
     const auto word = statement.next_operand();
     if (word.empty()) return;
-    if (word == "LL") {
-      block.module.domain_ll = true;
-    } else if (word == "DP") {
-      block.module.domain_dp = true;
-    } else if (word == "RTOS") {
-      block.module.domain_rtos = true;
-    } else {
+    const auto* const found =
+        std::ranges::find(kDomainTypes, word, &DomainType::key);
+    if (found == std::end(kDomainTypes)) {
       throw CfgFileError(block.lines.number(), "domain_types",
                          "Undefined const " + std::string(word));
     }
+    block.module.*found->field = true;
   }
 }
 
@@ -138,35 +173,14 @@ void read_mod_cfg(ModuleBlock& block, Statement& statement) {
   block.module.mod_cfg.push_back(config);
 }
 
-struct GroupType {
-  std::string_view word;
-  std::uint32_t type;
-};
-constexpr GroupType kGroupTypes[] = {
-    {"text", FwOutMap::SectionGroup::kText},
-    {"rodata", FwOutMap::SectionGroup::kRodata},
-    {"bss", FwOutMap::SectionGroup::kBss},
-};
-
-void open_group(ModuleBlock& block, Statement& statement) {
-  const bool on_demand = statement.next_word() == "on_demand";
-  if (on_demand) statement.next_word();
-  const auto* const found =
-      std::ranges::find(kGroupTypes, statement.word(), &GroupType::word);
-  if (found == std::end(kGroupTypes)) {
-    throw std::runtime_error("Invalid group type");
-  }
-  log_detail(" group: .", found->word, on_demand ? " (on_demand)" : "");
-  auto group = std::make_unique<FwOutMap::SectionGroup>();
-  group->type = found->type;
-  group->on_demand = on_demand;
+void read_group_statement(ModuleBlock& block, Statement& statement) {
+  auto group = open_group(statement);
   read_section_group(block.lines, *group);
   block.module.groups.push_back(std::move(group));
 }
 
-void open_pin(ModuleBlock& block, Statement& statement) {
-  FwOutMap::Pin pin;
-  pin.pin_flag = static_cast<std::uint16_t>(statement.next_signed(16) & 1);
+void read_pin_statement(ModuleBlock& block, Statement& statement) {
+  FwOutMap::Pin pin = open_pin(statement);
   read_pin(block.lines, pin);
   block.module.pins.push_back(pin);
 }
@@ -208,16 +222,32 @@ constexpr StatementRow<ModuleBlock> kModuleStatements[] = {
     {"domain_types", read_domain_types},
     {"core_type", read_core_type},
     {"mod_cfg", read_mod_cfg},
-    {"group", open_group},
-    {"pin", open_pin},
+    {"group", read_group_statement},
+    {"pin", read_pin_statement},
     {"sched_caps", read_sched_caps},
     {"export", read_export},
 };
 
 }  // namespace
 
-void read_module(FwOutMap& map, StatementLines& lines,
-                 FwOutMap::Module& module) {
+std::unique_ptr<Module> open_module(Statement& statement) {
+  auto module = std::make_unique<Module>();
+  const auto* const kind =
+      std::ranges::find(kModuleKinds, statement.next_word(), &ModuleKind::key);
+  if (kind != std::end(kModuleKinds)) {
+    module->load_type = kind->load_type;
+    module->module_kind = kind->module_kind;
+    module->required = kind->required;
+    module->auto_init = kind->auto_init;
+    statement.next_word();
+  }
+  // The word stays if none follows: `module o` is an optional module called o.
+  module->name = statement.word();
+  log_module(*module);
+  return module;
+}
+
+void read_module(FwOutMap& map, StatementLines& lines, Module& module) {
   ModuleBlock block{map, module, lines};
   read_block(BlockKind::kModule, lines, [&block](Statement& statement) {
     // A line that the end of the text cuts off is dropped, here alone.
@@ -228,5 +258,9 @@ void read_module(FwOutMap& map, StatementLines& lines,
 std::vector<std::string_view> module_keys() {
   return keys_of(kModuleStatements);
 }
+
+std::vector<std::string_view> module_kinds() { return keys_of(kModuleKinds); }
+
+std::vector<std::string_view> domain_types() { return keys_of(kDomainTypes); }
 
 }  // namespace tova_fw_builder

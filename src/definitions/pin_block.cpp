@@ -53,6 +53,12 @@ constexpr StatementRow<PinBlock> kPinStatements[] = {
 
 }  // namespace
 
+FwOutMap::Pin open_pin(Statement& statement) {
+  FwOutMap::Pin pin;
+  pin.pin_flag = static_cast<std::uint16_t>(statement.next_signed(16) & 1);
+  return pin;
+}
+
 void read_pin(StatementLines& lines, FwOutMap::Pin& pin) {
   PinBlock block{pin, lines};
   read_block(BlockKind::kPin, lines, [&block](Statement& statement) {

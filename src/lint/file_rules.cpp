@@ -4,7 +4,7 @@
 #include <set>
 
 #include "companion/ground/nearest.h"
-#include "definitions/image_block.h"
+#include "definitions/inner_blocks.h"
 #include "lint/allowances.h"
 #include "lint/rule_functions.h"
 #include "lint/rules.h"
@@ -17,11 +17,12 @@ namespace {
 // All that a reader compares a word with, but for names.
 const std::set<std::string_view>& known_words() {
   static const std::set<std::string_view> words = [] {
-    std::set<std::string_view> all = {"ep",   "o",      "<",       "on_demand",
-                                      "text", "rodata", "bss",     "LL",
-                                      "DP",   "RTOS",   "include", "define"};
+    std::set<std::string_view> all = {"ep",        "o",       "<",
+                                      "on_demand", "include", "define"};
     for (const StatementForm& form : statement_forms()) all.insert(form.key);
-    for (const auto kind : module_kinds()) all.insert(kind);
+    for (const auto& words : {module_kinds(), group_types(), domain_types()}) {
+      all.insert(words.begin(), words.end());
+    }
     return all;
   }();
   return words;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "definitions/image_block.h"
+#include "definitions/inner_blocks.h"
 
 namespace tova_fw_builder {
 
