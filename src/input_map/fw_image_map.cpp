@@ -72,7 +72,7 @@ void FwImageMap::add_stream_section(const std::string& name,
   stream->seekg(0, std::ios_base::end);
   header->size = static_cast<std::uint32_t>(stream->tellg());
   header->stream = std::move(stream);
-  // No duplicate: what an ELF lists under that name gives way.
+  // Ahead of the ELFs: what one of them lists under that name is the duplicate.
   sections[name] = std::move(header);
 }
 

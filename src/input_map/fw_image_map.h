@@ -114,7 +114,8 @@ struct FwImageMap {
 // Of a name that stands twice, in one table or several, the first section is
 // kept and a note logged; but if the later one is loadable, throws
 // std::runtime_error "Duplicated section found: " and the name. Throws the
-// error of parse_alignment, too, for any column that is no number.
+// error of parse_alignment, too, for a column that is no number, but for the
+// first one: without an index the line is passed over.
 void read_section_table(FwImageMap& map, std::istream& table,
                         const std::shared_ptr<std::istream>& elf);
 

@@ -15,6 +15,7 @@
 #include "driver/ground/log.h"
 #include "layout/records/addon_file.h"
 #include "layout/section_group.h"
+#include "layout/section_replacement.h"
 
 namespace tova_fw_builder {
 
@@ -36,8 +37,9 @@ void put_bytes(GroupOutput& out, std::span<const std::uint8_t> bytes) {
   out.written += static_cast<std::uint32_t>(bytes.size());
 }
 
-// Goes on when the stream has failed: an addon file that can't be written
-// still has its hash in the image.
+// Piece by piece, as a gap may be longer than what the hash takes at once. Goes
+// on when the stream has failed: an addon file that can't be written still has
+// its hash in the image.
 void put_zeros(GroupOutput& out, std::uint32_t count) {
   static constexpr std::array<std::uint8_t, 16 * 1024> kZeros{};
   const std::span<const std::uint8_t> zeros(kZeros);
@@ -165,22 +167,6 @@ class ContentWriter {
 };
 
 }  // namespace
-
-const Header& choose_source(const FwOutMap::Section& section) {
-  if (section.replacement == nullptr) return *section.header;
-  const auto& replacement = section.replacement->header;
-  // An optional reference passes as complete without its replacement.
-  if (replacement == nullptr) {
-    throw std::runtime_error("Section replacement header " +
-                             section.replacement->name + " not found");
-  }
-  if (replacement->size > section.header->size) {
-    throw std::runtime_error(
-        "Replacement section too large to fit into the placeholder");
-  }
-  // Whether it has contents isn't asked: the store of keys has no flags at all.
-  return *replacement;
-}
 
 // A kind unknown to the definitions counts like an addon.
 bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module) {

@@ -12,7 +12,7 @@ namespace tova_fw_builder {
 // Writes all modules of a connected map, in their order, from the stream's
 // position on: docs/file-formats.md, "Firmware binary". In generation 1.5 each
 // addon goes to a file of its own, `path` and addon_file_suffix. Sets each
-// group's `file_offset`, each loadable module's `hash` and the map's
+// written group's `file_offset`, each loadable module's `hash` and the map's
 // `image_end` (stream positions; all ones on a stream that has failed). Logs a
 // table for each group.
 //
@@ -21,12 +21,6 @@ namespace tova_fw_builder {
 // and failing writes are silent; hashes are right all the same.
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path);
-
-// The header whose bytes take the section's room, of a reference with a header.
-// Throws std::runtime_error "Replacement section too large to fit into the
-// placeholder" and "Section replacement header NAME not found".
-const FwImageMap::SectionHeader& choose_source(
-    const FwOutMap::Section& section);
 
 // Whether the module goes to a file of its own. False in other generations.
 bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module);

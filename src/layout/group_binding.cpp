@@ -1,13 +1,13 @@
 // Binding of groups. A missing section is no error here, only a line of the
 // log: whether a module may do without it is known once all of its groups are
 // bound, and is_referenced decides it.
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
 #include "driver/ground/log.h"
 #include "layout/passes.h"
 #include "layout/section_group.h"
+#include "layout/section_replacement.h"
 
 namespace tova_fw_builder {
 
@@ -68,15 +68,7 @@ void attach_section(Group& group, Section& section, const FwImageMap& image_map,
   if (group.flags == 0) {
     group.flags = flags_of(*section.header);
   }
-  // A replacement may be of any kind: the store of keys has none.
-  if (section.replacement == nullptr) return;
-  Section& replacement = *section.replacement;
-  if (replacement.header == nullptr) {
-    replacement.header = image_map.find_section(replacement.name);
-  }
-  if (replacement.header == nullptr) {
-    log_warning("Section replacement header ", replacement.name, " not found");
-  }
+  attach_replacement(section, image_map);
 }
 
 // An `entry` statement counts too: an entry point section beside it is an
@@ -102,10 +94,7 @@ void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
     attach_section(group, *section, image_map, check_types);
   }
   if (!is_complete(group)) return;
-  // Stable: sections of no size may share an address with the next one.
-  std::ranges::stable_sort(group.sections, {}, [](const auto& section) {
-    return load_address(*section);
-  });
+  sort_by_load_address(group);
   group.flags &= ~(kTypeMask | kPagesMask | Group::kOnDemand);
   group.flags |= group.type << kTypeShift & kTypeMask;
   group.flags |= group_pages(group) << kPagesShift;

@@ -49,9 +49,9 @@ bool is_referenced(const FwOutMap::Module& module);
 // the map, which is of no further use once is_referenced has thrown.
 void erase_unreferenced(FwOutMap& map);
 
-// Binds each section reference of the group, and its replacement, to the header
-// of its name. A name that isn't found is logged: as a warning, or as a note if
-// the reference is optional.
+// Binds each section reference of the group to the header of its name, and if
+// there is one, its replacement, too. A name that isn't found is logged as a
+// warning; that of an optional reference itself as a note.
 //
 // If every reference that isn't optional was bound, the group is sorted by load
 // address (stable; references without a header last) and gets its `flags`,

@@ -31,6 +31,13 @@ std::uint32_t load_address(const Group& group) {
                                 : load_address(*group.sections.front());
 }
 
+void sort_by_load_address(Group& group) {
+  // Stable: sections of no size may share an address with the next one.
+  std::ranges::stable_sort(group.sections, {}, [](const auto& section) {
+    return load_address(*section);
+  });
+}
+
 std::uint32_t group_pages(const Group& group) {
   const auto last =
       std::find_if(group.sections.rbegin(), group.sections.rend(),
@@ -48,8 +55,10 @@ std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
   if (group.sections.empty()) return 0;
   const auto& first = group.sections.front()->header;
   if (first == nullptr || !first->contents) return 0;
+  // Rounded down to the alignment as if that were a power of 2, as every
+  // linker's is.
   const std::uint32_t distance = first->lma - previous.size - previous.lma;
-  return distance & (0 - first->alignment);  // which is a power of 2
+  return distance & (0 - first->alignment);
 }
 
 const char* group_type_name(std::uint32_t type) {

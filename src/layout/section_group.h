@@ -20,6 +20,9 @@ bool is_complete(const FwOutMap::SectionGroup& group);
 std::uint32_t load_address(const FwOutMap::Section& section);
 std::uint32_t load_address(const FwOutMap::SectionGroup& group);
 
+// Puts the references in the order of their load addresses.
+void sort_by_load_address(FwOutMap::SectionGroup& group);
+
 // The pages from the first reference's load address, wherever in a page that
 // is, to the end of the last one with a header; 0 if none has a header.
 std::uint32_t group_pages(const FwOutMap::SectionGroup& group);

@@ -14,6 +14,7 @@
 #include "layout/content_writer.h"
 #include "layout/memory_description.h"
 #include "layout/section_group.h"
+#include "layout/section_replacement.h"
 #include "lint/findings.h"
 
 namespace tova_fw_builder {

@@ -1,7 +1,8 @@
 // layout/records/out_map.h
 // The output map, in which the whole image stands before any byte of it is
 // written. The definition readers fill it, the layout engine binds it, the
-// content writer notes where things came to lie; all others only read it.
+// content writer notes where things came to lie, `build` adds what its words
+// say of the image; all others only read it.
 // Statements: docs/definition-language.md; wire records: docs/file-formats.md.
 #pragma once
 
