@@ -96,6 +96,12 @@ void build_command(const BuildArguments& arguments) {
   // Last: addresses that it refuses leave all other files complete.
   write_memory_description(image->map(), arguments.out_dir,
                            arguments.binary_name);
+
+  // In this order: on a disk that is nearly full the last bytes of the binary
+  // go ahead of the manifests'; of two outputs of one name the manifest counts.
+  binary.close();
+  manifest_file.close();
+  extended_file.close();
 }
 
 }  // namespace tova_fw_builder
