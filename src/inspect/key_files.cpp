@@ -8,7 +8,7 @@
 #include "companion/ground/byte_text.h"
 #include "companion/ground/message_text.h"
 #include "inspect/decoders.h"
-#include "signing/keys/key_form.h"
+#include "signing/keys/key_format.h"
 #include "signing/keys/public_key_hash.h"
 
 namespace tova_fw_builder {
@@ -32,7 +32,7 @@ constexpr std::size_t kPublicNumbers = 2;
 // Goes through a file piece by piece.
 class KeyDecoder {
  public:
-  KeyDecoder(const ByteSource& source, const KeyForm& form, Inspected& out)
+  KeyDecoder(const ByteSource& source, const KeyFormat& form, Inspected& out)
       : source_(source), form_(form), out_(out) {}
 
   void decode() {
@@ -107,7 +107,7 @@ class KeyDecoder {
   }
 
   const ByteSource& source_;
-  const KeyForm& form_;
+  const KeyFormat& form_;
   Inspected& out_;
   KeyMaterial key_;  // its public part, as far as it stands
   const std::vector<KeyField> numbers_ = fields_of(key_, form_);
@@ -118,15 +118,15 @@ class KeyDecoder {
 };
 
 // The form that the file begins with; of a damaged start, the first of them.
-const KeyForm& form_of(const ByteSource& source, bool public_only) {
-  const auto forms = key_forms();
-  auto form = std::ranges::find_if(forms, [&](const KeyForm& candidate) {
+const KeyFormat& form_of(const ByteSource& source, bool public_only) {
+  const auto forms = key_formats();
+  auto form = std::ranges::find_if(forms, [&](const KeyFormat& candidate) {
     const std::string_view start = candidate.pieces[0];
     return candidate.public_only == public_only &&
            source.bytes(0, start.size()) == start;
   });
   if (form == forms.end()) {
-    form = std::ranges::find(forms, public_only, &KeyForm::public_only);
+    form = std::ranges::find(forms, public_only, &KeyFormat::public_only);
   }
   return *form;
 }

@@ -9,7 +9,7 @@
 #include "image/records/metadata_extension.h"
 #include "inspect/decoders.h"
 #include "layout/records/out_map.h"
-#include "signing/keys/key_form.h"
+#include "signing/keys/key_format.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -25,13 +25,13 @@ constexpr std::uint64_t kPrivateSearched = 1024 * 1024;
 
 // What a key file begins with, ahead of the length of the exponent, which may
 // be damaged.
-std::string_view head_of(const KeyForm& form) {
+std::string_view head_of(const KeyFormat& form) {
   return form.pieces[0].substr(0, form.pieces[0].size() - 2);
 }
 
 Found key_at(std::string_view bytes) {
   Found found;
-  for (const KeyForm& form : key_forms()) {
+  for (const KeyFormat& form : key_formats()) {
     if (!bytes.starts_with(head_of(form))) continue;
     const bool is_exact = bytes.starts_with(form.pieces[0]);
     if (found.length != 0 && !is_exact) continue;
@@ -133,7 +133,7 @@ Found structure_at(std::string_view bytes) {
 
 Format recognise(const ByteSource& source) {
   const std::string head = source.bytes(0, 100);
-  for (const KeyForm& form : key_forms()) {
+  for (const KeyFormat& form : key_formats()) {
     // A pair anywhere near the start, as the builder finds it.
     if (!form.public_only && head.find(head_of(form)) != head.npos) {
       return Format::kKeyPair;

@@ -5,19 +5,19 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "signing/keys/key_form.h"
+#include "signing/keys/key_format.h"
 #include "signing/keys/rsa_key.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-const KeyForm& form_for(const KeyMaterial& key, bool public_only) {
+const KeyFormat& form_for(const KeyMaterial& key, bool public_only) {
   const auto& e = key.pub_exponent;
   // The bytes of the file stand first, and zeros behind them.
   const bool short_exponent = e[1] == 0 && e[2] == 0;
-  const auto forms = key_forms();
-  return *std::ranges::find_if(forms, [&](const KeyForm& form) {
+  const auto forms = key_formats();
+  return *std::ranges::find_if(forms, [&](const KeyFormat& form) {
     return form.public_only == public_only &&
            (form.exponent_length == 1) == short_exponent;
   });
@@ -36,15 +36,16 @@ std::uint8_t* put(std::uint8_t* at, const KeyField& field) {
 }  // namespace
 
 std::unique_ptr<KeyMaterial> key_of_text(std::string_view file) {
-  const auto forms = key_forms();
-  const auto form = std::ranges::find_if(forms, [&](const KeyForm& candidate) {
-    return file.starts_with(candidate.pieces[0]);
-  });
-  return form == forms.end() ? nullptr : key_of_form(file, *form);
+  const auto forms = key_formats();
+  const auto form =
+      std::ranges::find_if(forms, [&](const KeyFormat& candidate) {
+        return file.starts_with(candidate.pieces[0]);
+      });
+  return form == forms.end() ? nullptr : key_of_format(file, *form);
 }
 
 SecretBuffer text_of_key(KeyMaterial& key, bool public_only) {
-  const KeyForm& form = form_for(key, public_only);
+  const KeyFormat& form = form_for(key, public_only);
   const auto fields = fields_of(key, form);
   SecretBuffer text(form.length());
   std::uint8_t* at = text.data();

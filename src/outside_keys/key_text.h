@@ -11,7 +11,7 @@
 namespace tova_fw_builder {
 
 // The key of a key file's bytes, or null if they don't begin like one. Throws
-// as key_of_form does.
+// as key_of_format does.
 std::unique_ptr<KeyMaterial> key_of_text(std::string_view file);
 
 // The bytes of the key file for `key`, which is only read.

@@ -1,6 +1,6 @@
-// Key files. The form is found by its first piece of text anywhere in the first
-// 100 bytes, while the reading begins at the file's first byte: a file with
-// something ahead of the key is recognised and then refused.
+// Key files. The format is found by its first piece of text anywhere in the
+// first 100 bytes, while the reading begins at the file's first byte: a file
+// with something ahead of the key is recognised and then refused.
 #include "signing/keys/key_file.h"
 
 #include <stdexcept>
@@ -8,7 +8,7 @@
 #include "crypto/secret_buffer.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
-#include "signing/keys/key_form.h"
+#include "signing/keys/key_format.h"
 
 namespace tova_fw_builder {
 
@@ -16,9 +16,9 @@ namespace {
 
 constexpr std::size_t kProbeLength = 100;
 
-const KeyForm& recognize_form(std::string_view probe) {
-  for (const KeyForm& form : key_forms()) {
-    if (probe.find(form.pieces[0]) != probe.npos) return form;
+const KeyFormat& recognize_format(std::string_view probe) {
+  for (const KeyFormat& format : key_formats()) {
+    if (probe.find(format.pieces[0]) != probe.npos) return format;
   }
   // Any file may be named here, and the text is logged: what() ends it at a
   // zero byte.
@@ -32,13 +32,14 @@ std::unique_ptr<KeyMaterial> load_key_file(const std::string& path) {
   log_info("Reading keys from: ", path);
   // Read once, as a pipe can't be read again, into memory that is wiped like
   // the key itself. What follows a key is ignored.
-  const SecretBuffer bytes(key_forms().front().length());
+  const SecretBuffer bytes(key_formats().front().length());
   const std::size_t length = read_start(path, {bytes.data(), bytes.size()});
   const std::string_view file(reinterpret_cast<const char*>(bytes.data()),
                               bytes.size());
-  const KeyForm& form = recognize_form(file.substr(0, kProbeLength));
+  const KeyFormat& format = recognize_format(file.substr(0, kProbeLength));
   // A file below the length of the probe is recognised, but never read.
-  return key_of_form(file.substr(0, length < kProbeLength ? 0 : length), form);
+  return key_of_format(file.substr(0, length < kProbeLength ? 0 : length),
+                       format);
 }
 
 }  // namespace tova_fw_builder

@@ -1,5 +1,5 @@
 // signing/keys/key_file.h
-// RSA-2048 key files; docs/file-formats.md has their two forms.
+// RSA-2048 key files; docs/file-formats.md has their two formats.
 #pragma once
 
 #include <memory>
@@ -9,12 +9,12 @@
 
 namespace tova_fw_builder {
 
-// Reads a key file of either form. No number is checked; private ones, too, are
-// logged at level 3. Throws std::runtime_error
+// Reads a key file of either format. No number is checked; private ones, too,
+// are logged at level 3. Throws std::runtime_error
 //   "Failed to open file: " and the path;
 //   "Key type not recognized :\r\n" and the file's first 100 bytes up to the
-//     first zero byte, if these hold the beginning of no known form;
-//   what key_of_form throws, always for a recognised file below 100 bytes.
+//     first zero byte, if these hold the beginning of no known format;
+//   what key_of_format throws, always for a recognised file below 100 bytes.
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path);
 
 }  // namespace tova_fw_builder

@@ -1,4 +1,4 @@
-// signing/keys/key_form.h
+// signing/keys/key_format.h
 // The layouts of docs/file-formats.md ("Key files"), for reading and writing.
 #pragma once
 
@@ -14,7 +14,7 @@
 namespace tova_fw_builder {
 
 // Literal pieces of text, and between each two of them a field in binary.
-struct KeyForm {
+struct KeyFormat {
   std::uint32_t exponent_length;
   bool public_only;
   std::span<const std::string_view> pieces;
@@ -23,7 +23,7 @@ struct KeyForm {
 };
 
 // In the order of recognition, the longest one first.
-std::span<const KeyForm> key_forms();
+std::span<const KeyFormat> key_formats();
 
 struct KeyField {
   const char* label;
@@ -31,14 +31,14 @@ struct KeyField {
   bool reversed;  // the file has the most significant byte first
 };
 
-// The fields of a form in the order of the file, so that each stands behind
+// The fields of a format in the order of the file, so that each stands behind
 // the piece of its index. They point into `key`.
-std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form);
+std::vector<KeyField> fields_of(KeyMaterial& key, const KeyFormat& format);
 
 // The key of a key file's bytes, whatever stands behind it. Throws
 // std::runtime_error "Expected std::string not found" where the bytes depart
-// from the form or end too early.
-std::unique_ptr<KeyMaterial> key_of_form(std::string_view file,
-                                         const KeyForm& form);
+// from the format or end too early.
+std::unique_ptr<KeyMaterial> key_of_format(std::string_view file,
+                                           const KeyFormat& format);
 
 }  // namespace tova_fw_builder

@@ -1,5 +1,5 @@
 // The layouts of a key file as tables, and their reading.
-#include "signing/keys/key_form.h"
+#include "signing/keys/key_format.h"
 
 #include <algorithm>
 #include <array>
@@ -36,9 +36,9 @@ constexpr auto kPublicPieces3 =
 constexpr auto kPublicPieces1 =
     public_pieces("(10:public-key(16:rsa-pkcs1-sha256(1:e1:");
 
-// The start of a public form stands inside that of the pair form, and it is
+// The start of a public format stands inside that of the pair format, and it is
 // looked for anywhere: so the pairs are tried first.
-constexpr KeyForm kKeyForms[] = {
+constexpr KeyFormat kKeyFormats[] = {
     {3, false, kPairPieces3},
     {3, true, kPublicPieces3},
     {1, false, kPairPieces1},
@@ -56,7 +56,7 @@ void read_field(std::string_view& file, const KeyField& field) {
 
 }  // namespace
 
-std::size_t KeyForm::length() const {
+std::size_t KeyFormat::length() const {
   std::size_t length = 0;
   for (const std::string_view piece : pieces) length += piece.size();
   KeyMaterial key;
@@ -64,10 +64,10 @@ std::size_t KeyForm::length() const {
   return length;
 }
 
-std::span<const KeyForm> key_forms() { return kKeyForms; }
+std::span<const KeyFormat> key_formats() { return kKeyFormats; }
 
-std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {
-  const std::size_t e = form.exponent_length;
+std::vector<KeyField> fields_of(KeyMaterial& key, const KeyFormat& format) {
+  const std::size_t e = format.exponent_length;
   // Exponents stay in the order of the file. That is wrong for three bytes that
   // read differently backwards, but fielded images were signed so.
   std::vector<KeyField> fields = {
@@ -82,16 +82,16 @@ std::vector<KeyField> fields_of(KeyMaterial& key, const KeyForm& form) {
       {"priv_b", key.priv_b, true},
       {"priv_c", key.priv_c, true},
   };
-  if (form.public_only) fields.resize(2);
+  if (format.public_only) fields.resize(2);
   return fields;
 }
 
-std::unique_ptr<KeyMaterial> key_of_form(std::string_view file,
-                                         const KeyForm& form) {
+std::unique_ptr<KeyMaterial> key_of_format(std::string_view file,
+                                           const KeyFormat& format) {
   auto key = std::make_unique<KeyMaterial>();
-  const auto fields = fields_of(*key, form);
-  for (std::size_t i = 0; i < form.pieces.size(); ++i) {
-    const std::string_view piece = form.pieces[i];
+  const auto fields = fields_of(*key, format);
+  for (std::size_t i = 0; i < format.pieces.size(); ++i) {
+    const std::string_view piece = format.pieces[i];
     if (!file.starts_with(piece)) {
       throw std::runtime_error("Expected std::string not found");
     }
