@@ -9,6 +9,7 @@
 #include <span>
 
 #include "crypto/internal/sha_blocks.h"
+#include "crypto/internal/sha_constants.h"
 #include "crypto/internal/zels_context.h"
 
 namespace tova_fw_builder {
@@ -22,10 +23,7 @@ struct Sha256 {
   using Word = std::uint32_t;
   // Message length in bytes, least significant word first.
   using Length = std::array<std::uint64_t, 1>;
-  static constexpr std::array<Word, 8> kInitial = {
-      0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
-      0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19,
-  };
+  static constexpr const auto& kInitial = kSha256Initial;
   static void compress(Word* state, const std::uint8_t* blocks,
                        std::size_t count) {
     sha256_blocks()(state, blocks, count);
@@ -38,11 +36,7 @@ struct Sha384 {
   static constexpr std::size_t kDigestBytes = 48;
   using Word = std::uint64_t;
   using Length = std::array<std::uint64_t, 2>;
-  static constexpr std::array<Word, 8> kInitial = {
-      0xcbbb9d5dc1059ed8, 0x629a292a367cd507, 0x9159015a3070dd17,
-      0x152fecd8f70e5939, 0x67332667ffc00b31, 0x8eb44a8768581511,
-      0xdb0c2e0d64f98fa7, 0x47b5481dbefa4fa4,
-  };
+  static constexpr const auto& kInitial = kSha384Initial;
   static void compress(Word* state, const std::uint8_t* blocks,
                        std::size_t count) {
     sha512_blocks()(state, blocks, count);

@@ -1,11 +1,25 @@
 // crypto/internal/sha_constants.h
-// Round constants of SHA-256 and the SHA-512 family: the leading bits of the
-// fractional parts of the cube roots of the first primes.
+// Constants of SHA-256 and SHA-384: leading bits of the fractional parts of the
+// roots of primes. The rounds take the cube roots of the first primes, the
+// initial values the square roots: of the first eight primes, or the next
+// eight.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace tova_fw_builder {
+
+inline constexpr std::array<std::uint32_t, 8> kSha256Initial = {
+    0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
+    0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19,
+};
+
+inline constexpr std::array<std::uint64_t, 8> kSha384Initial = {
+    0xcbbb9d5dc1059ed8, 0x629a292a367cd507, 0x9159015a3070dd17,
+    0x152fecd8f70e5939, 0x67332667ffc00b31, 0x8eb44a8768581511,
+    0xdb0c2e0d64f98fa7, 0x47b5481dbefa4fa4,
+};
 
 alignas(64) inline constexpr std::uint32_t kSha256Rounds[64] = {
     0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1,
