@@ -23,7 +23,7 @@ void buildrom_command(const std::string& default_dir,
   log_detail("IMAGE DEF path          : ", image_def_path);
   log_detail("OUT directory           : ", out_dir);
   log_detail("ELF_LIST file path      : ", elf_list_path);
-  log_detail("BIN file path           : ", binary_path + "\n");
+  log_detail("BIN file path           : ", binary_path, '\n');
 
   const std::unique_ptr<FwOutMap> map = build_out_map({
       .rom_mode = true,

@@ -25,7 +25,7 @@ class PaddedImage : public Image {
   // at 32 bits and puts the contents (or the header) near 4 GiB, with a hole
   // in front. Tables that don't fit ahead of the contents overwrite them.
   // Throws the hash's ZelError, too, for a file of 2^31 bytes modulo 2^32 or
-  // more, and for one that couldn't be opened.
+  // more.
   void write(std::iostream& stream, const std::string& path,
              std::uint32_t css_header_size) override;
   std::unique_ptr<ImageManifest> create_manifest(

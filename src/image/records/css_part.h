@@ -10,7 +10,8 @@
 
 namespace tova_fw_builder {
 
-// The longest manifest that can be built, signed or verified, in bytes.
+// The longest manifest that can be built, signed or verified, in bytes, by its
+// `size`; a symbol table in its binary header isn't counted there.
 inline constexpr std::uint32_t kMaxManifestLength = 8192;
 
 // 128 bytes, at offset 0. Lengths count 32-bit words; that of the header is of

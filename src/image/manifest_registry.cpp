@@ -1,9 +1,7 @@
-// The two registries: image classes by the generation number of a definition,
-// manifest readers by the first word of a file.
+// The registry of the kinds of manifest, by the first word of a file.
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <iomanip>
 #include <span>
 #include <stdexcept>
 
@@ -19,30 +17,14 @@ namespace tova_fw_builder {
 
 namespace {
 
-struct ImageEntry {
-  std::uint32_t key;  // generation
-  std::unique_ptr<Image> (*create)(std::unique_ptr<FwOutMap>);
-};
-
 struct ManifestEntry {
   std::uint32_t key;  // first word of the file
   std::unique_ptr<ImageManifest> (*create)(std::span<const std::uint8_t> file);
 };
 
-template <typename Kind>
-std::unique_ptr<Image> create_image(std::unique_ptr<FwOutMap> map) {
-  return std::make_unique<Kind>(std::move(map));
-}
-
-constexpr ImageEntry kImages[] = {
-    {kKelp15, create_image<Kelp15Image>},
-    {kKelp18, create_image<Kelp18Image>},
-    {kKelp25, create_image<Kelp25Image>},
-    {kKelp30, create_image<Kelp30Image>},
-};
-
-// First word 4, the kind that 1.8, 2.5 and 3.0 give themselves, though no file
-// of theirs begins with it: UnsignedManifest, on which signing does nothing.
+// First word 4 is the kind that 1.8, 2.5 and 3.0 give themselves, though no
+// file of theirs begins with it: any UnsignedManifest serves, as signing does
+// nothing to it.
 constexpr ManifestEntry kManifests[] = {
     {CssHeader::kModuleType, read_kelp15_manifest},
     {UnsignedManifest::kModuleType,
@@ -52,17 +34,6 @@ constexpr ManifestEntry kManifests[] = {
 };
 
 }  // namespace
-
-std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map) {
-  const auto* entry =
-      std::ranges::find(kImages, map->binary_ver, &ImageEntry::key);
-  if (entry == std::end(kImages)) {
-    throw std::runtime_error("Unrecognized binary version");
-  }
-  log_info("\nCreating image ver ", std::hex, std::setfill('0'), std::setw(8),
-           map->binary_ver);
-  return entry->create(std::move(map));
-}
 
 std::unique_ptr<ImageManifest> read_manifest(const std::string& path) {
   log_info("Reading manifest from: ", path);
