@@ -2,8 +2,8 @@
 // What the linker produced: the sections and symbols of all ELF files of the
 // firmware, each kind under one name space; and the readers of the two tables
 // of an ELF, each in a source of its own. Of a name in several ELFs the first
-// one counts, as fw_image_map merges them; but of a symbol that stands twice in
-// one list the later one, as symbol_list decides.
+// one counts; but of a symbol that stands twice in one list the later one. Each
+// reader's source says so for its table.
 #pragma once
 
 #include <cstdint>
