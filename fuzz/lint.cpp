@@ -6,9 +6,9 @@
 #include <iostream>
 #include <sstream>
 
+#include "definitions/constants_header.h"
 #include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
-#include "definitions/modules_config.h"
 #include "driver/ground/log.h"
 #include "harness.h"
 #include "lint/report_json.h"

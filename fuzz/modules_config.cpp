@@ -1,6 +1,5 @@
 // The reader of the #define header.
-#include "definitions/modules_config.h"
-
+#include "definitions/constants_header.h"
 #include "harness.h"
 
 void fuzz_one(const std::string& input) {

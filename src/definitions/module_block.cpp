@@ -91,7 +91,8 @@ bool is_mask(std::string_view word) {
 }
 
 // One character from "(" to "|", which are all letters and digits and most
-// signs, and at least one digit behind it. Definition files write +1 for a count of one.
+// signs, and at least one digit behind it. Definition files write +1 for a
+// count of one.
 bool is_count(std::string_view word) {
   return word.size() >= 2 && word[0] >= '(' && word[0] <= '|' &&
          std::all_of(word.begin() + 1, word.end(), is_digit);

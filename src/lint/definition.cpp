@@ -8,9 +8,9 @@
 #include <sstream>
 #include <utility>
 
+#include "definitions/constants_header.h"
 #include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
-#include "definitions/modules_config.h"
 
 namespace tova_fw_builder {
 

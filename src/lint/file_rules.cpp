@@ -20,8 +20,8 @@ const std::set<std::string_view>& known_words() {
     std::set<std::string_view> all = {"ep",        "o",       "<",
                                       "on_demand", "include", "define"};
     for (const StatementForm& form : statement_forms()) all.insert(form.key);
-    for (const auto& words : {module_kinds(), group_types(), domain_types()}) {
-      all.insert(words.begin(), words.end());
+    for (const auto& some : {module_kinds(), group_types(), domain_types()}) {
+      all.insert(some.begin(), some.end());
     }
     return all;
   }();

@@ -1,4 +1,4 @@
-// definitions/modules_config.h
+// definitions/constants_header.h
 #pragma once
 
 #include <istream>

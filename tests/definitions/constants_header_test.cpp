@@ -1,4 +1,4 @@
-#include "definitions/modules_config.h"
+#include "definitions/constants_header.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The `#define` scanner. The loop tests the stream behind each line, so a last
 // line without a line feed, and the head of a line that is too long, count.
-#include "definitions/modules_config.h"
+#include "definitions/constants_header.h"
 
 #include <iomanip>
 
