@@ -14,7 +14,7 @@
 #include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
-#include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 #include "inspect/bytes.h"
 #include "inspect/flash_script.h"
 #include "inspect/inspect.h"

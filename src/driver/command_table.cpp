@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "driver/command_line.h"
-#include "driver/ground/files.h"
+#include "driver/ground/native_path.h"
 #include "driver/ground/numbers.h"
 #include "driver/ground/version.h"
 #include "image/commands.h"

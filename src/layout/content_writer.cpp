@@ -168,11 +168,15 @@ class ContentWriter {
 
 }  // namespace
 
-// A kind unknown to the definitions counts like an addon.
-bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module) {
-  return map.binary_ver == kKelp15 &&
-         module.module_kind != FwOutMap::Module::kBase &&
-         module.module_kind != FwOutMap::Module::kLibrary;
+std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
+                        const Group& group) {
+  if (group.sections.empty()) return 0;
+  const auto& first = group.sections.front()->header;
+  if (first == nullptr || !first->contents) return 0;
+  // Rounded down to the alignment as if that were a power of 2, as every
+  // linker's is.
+  const std::uint32_t distance = first->lma - previous.size - previous.lma;
+  return distance & (0 - first->alignment);
 }
 
 void write_module_contents(FwOutMap& map, std::ostream& stream,

@@ -2,6 +2,7 @@
 // Copies the bytes of the sections into the image.
 #pragma once
 
+#include <cstdint>
 #include <ostream>
 #include <string>
 
@@ -22,7 +23,11 @@ namespace tova_fw_builder {
 void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path);
 
-// Whether the module goes to a file of its own. False in other generations.
-bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module);
+// The zeros that an addon module's group from 1.8 on has ahead of it, behind
+// the section written last: by how much its load address is higher than that
+// one's end, modulo 2^32, in whole alignments. 0 if its first section has no
+// contents.
+std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
+                        const FwOutMap::SectionGroup& group);
 
 }  // namespace tova_fw_builder

@@ -8,6 +8,7 @@
 #include "layout/passes.h"
 #include "layout/section_group.h"
 #include "layout/section_replacement.h"
+#include "layout/segment_flags.h"
 
 namespace tova_fw_builder {
 
@@ -17,11 +18,6 @@ using Header = FwImageMap::SectionHeader;
 using Section = FwOutMap::Section;
 using Group = FwOutMap::SectionGroup;
 
-constexpr unsigned kTypeShift = 8;
-constexpr std::uint32_t kTypeMask = 0xFu << kTypeShift;
-constexpr unsigned kPagesShift = 16;
-constexpr std::uint32_t kPagesMask = 0xFFFFu << kPagesShift;
-
 // In this order: what is both code and data counts as code. Writable data has
 // no kind of its own.
 std::uint32_t section_class(const Header& header) {
@@ -29,18 +25,6 @@ std::uint32_t section_class(const Header& header) {
   if (header.data) return Group::kRodata;
   if (header.alloc && !header.contents) return Group::kBss;
   throw std::runtime_error("Invalid segment type");
-}
-
-std::uint32_t flags_of(const Header& header) {
-  const std::pair<bool, std::uint32_t> bits[] = {
-      {header.contents, Group::kContents}, {header.alloc, Group::kAlloc},
-      {header.load, Group::kLoad},         {header.readonly, Group::kReadonly},
-      {header.code, Group::kCode},         {header.data, Group::kData}};
-  std::uint32_t flags = 0;
-  for (const auto& [is_set, bit] : bits) {
-    if (is_set) flags |= bit;
-  }
-  return flags;
 }
 
 void log_missing(const Section& section) {
@@ -95,13 +79,7 @@ void attach_group(Group& group, const FwImageMap& image_map, bool check_types,
   }
   if (!is_complete(group)) return;
   sort_by_load_address(group);
-  group.flags &= ~(kTypeMask | kPagesMask | Group::kOnDemand);
-  group.flags |= group.type << kTypeShift & kTypeMask;
-  group.flags |= group_pages(group) << kPagesShift;
-  // The section table can't tell, so the definition alone decides.
-  if (group.on_demand) group.flags |= Group::kOnDemand;
-  // The pages of a built-in module come with those of another one.
-  if (!loadable) group.flags &= ~std::uint32_t{Group::kLoad};
+  finish_flags(group, loadable);
   set_entry(group);
 }
 

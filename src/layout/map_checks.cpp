@@ -5,6 +5,7 @@
 
 #include "driver/ground/log.h"
 #include "layout/passes.h"
+#include "layout/records/addon_file.h"
 #include "layout/section_group.h"
 
 namespace tova_fw_builder {

@@ -10,6 +10,7 @@
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
+#include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 

@@ -1,7 +1,7 @@
 // layout/passes.h
 // The passes of the build core over the map, in the order of the run:
-// module_connection, with group_binding for each group; map_checks;
-// dependency_file.
+// module_connection, with group_binding for each group, module_pruning, and
+// exported_symbols at its end; map_checks; dependency_file.
 #pragma once
 
 #include <string>
@@ -13,12 +13,11 @@
 namespace tova_fw_builder {
 
 // Connects all modules, erases those that aren't in the image, reports the
-// `ignore` sections, binds the `dyn_mem` sections and collects
-// `exported_symbols`, in name order.
+// `ignore` sections, binds the `dyn_mem` sections and collects the exports.
 //
-// Throws std::runtime_error: what connect_module and erase_unreferenced throw;
-// "Section header not found for " and the name of a dyn_mem section; "Required
-// symbol to export not found: " and the symbol.
+// Throws std::runtime_error: what connect_module, erase_unreferenced and
+// collect_exports throw; "Section header not found for " and the name of a
+// dyn_mem section.
 void connect_modules(FwOutMap& map, const FwImageMap& image_map);
 
 // Binds the groups of one module, drops absent optional sections and groups
@@ -48,6 +47,10 @@ bool is_referenced(const FwOutMap::Module& module);
 // the configurations of those that stay: `cfg_offset`, and `mod_cfg_total` of
 // the map, which is of no further use once is_referenced has thrown.
 void erase_unreferenced(FwOutMap& map);
+
+// Fills `exported_symbols`, in name order; logs a note for each export. Throws
+// std::runtime_error "Required symbol to export not found: " and the symbol.
+void collect_exports(FwOutMap& map, const FwImageMap& image_map);
 
 // Binds each section reference of the group to the header of its name, and if
 // there is one, its replacement, too. A name that isn't found is logged as a

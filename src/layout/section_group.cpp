@@ -50,17 +50,6 @@ std::uint32_t group_pages(const Group& group) {
   return span / kPageSize;
 }
 
-std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
-                        const Group& group) {
-  if (group.sections.empty()) return 0;
-  const auto& first = group.sections.front()->header;
-  if (first == nullptr || !first->contents) return 0;
-  // Rounded down to the alignment as if that were a power of 2, as every
-  // linker's is.
-  const std::uint32_t distance = first->lma - previous.size - previous.lma;
-  return distance & (0 - first->alignment);
-}
-
 const char* group_type_name(std::uint32_t type) {
   switch (type) {
     case Group::kText:

@@ -27,13 +27,6 @@ void sort_by_load_address(FwOutMap::SectionGroup& group);
 // is, to the end of the last one with a header; 0 if none has a header.
 std::uint32_t group_pages(const FwOutMap::SectionGroup& group);
 
-// The zeros that an addon module's group from 1.8 on has ahead of it, behind
-// the section written last: by how much its load address is higher than that
-// one's end, modulo 2^32, in whole alignments. 0 if its first section has no
-// contents.
-std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
-                        const FwOutMap::SectionGroup& group);
-
 // ".text", ".rodata", ".bss", else "Unknown".
 const char* group_type_name(std::uint32_t type);
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "layout/records/addon_file.h"
 #include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
 #include "lint/writing.h"

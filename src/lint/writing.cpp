@@ -13,6 +13,7 @@
 #include "image/records/css_part.h"
 #include "layout/content_writer.h"
 #include "layout/memory_description.h"
+#include "layout/records/addon_file.h"
 #include "layout/section_group.h"
 #include "layout/section_replacement.h"
 #include "lint/findings.h"

@@ -1,5 +1,4 @@
 // Expected bytes are written by hand; the digest is sha256sum's of "abc".
-#include "tools/commands.h"
 #include "tools/image_script.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 #include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"
+#include "tools/commands.h"
 
 namespace tova_fw_builder {
 namespace {

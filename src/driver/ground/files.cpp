@@ -1,4 +1,4 @@
-// Opening and reading files, and paths as plain strings.
+// Opening and reading files.
 #include "driver/ground/files.h"
 
 #include <algorithm>
@@ -17,11 +17,6 @@ namespace {
 
 // Fits the second-level cache.
 constexpr std::size_t kPiece = 256 * 1024;
-// The tightest limit of all platforms: a tree builds on all of them or on none.
-constexpr std::size_t kLongestDirectory = 259;
-
-constexpr char kSeparator =
-    static_cast<char>(std::filesystem::path::preferred_separator);
 
 // Room for a piece starts a page. Were it some bytes behind the start of one,
 // as long blocks of memory are, the processor would take what it loads from a
@@ -60,7 +55,8 @@ std::unique_ptr<std::ifstream> try_open_input(const std::string& path) {
   if (type != file_type::directory) {
     in->open(native_path(path), std::ios_base::binary);
   }
-  // Some devices never end, so none is read: it is at its end at once.
+  // Some devices never end, so the text of none is read: it is at its end at
+  // once. Sections of an ELF, whose number of bytes is known, are.
   if (type == file_type::character) in->setstate(std::ios_base::eofbit);
   return in;
 }
@@ -87,24 +83,6 @@ std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes) {
   if (type == file_type::character) return 0;
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   return std::fread(bytes.data(), 1, bytes.size(), file.get());
-}
-
-std::string current_directory() {
-  std::error_code error;
-  std::string path = path_text(std::filesystem::current_path(error));
-  if (error || path.size() > kLongestDirectory) {
-    throw std::runtime_error("Cannot get current working directory");
-  }
-  return path;
-}
-
-std::string directory_of(const std::string& path) {
-  // Without a separator npos + 1 is 0.
-  return path.substr(0, path.find_last_of("\\/") + 1);
-}
-
-std::string join_path(const std::string& directory, const std::string& name) {
-  return directory + kSeparator + name;
 }
 
 std::uint64_t file_length(std::istream& in, const std::string& path) {

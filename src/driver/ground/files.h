@@ -1,7 +1,7 @@
 // driver/ground/files.h
-// Opening and reading files, and paths as plain strings, with backslash and
-// slash as separators. No stream carries an exception mask: behind a successful
-// open, reads and writes fail without a word. Outputs are never tested.
+// Opening and reading files. No stream carries an exception mask: behind a
+// successful open, reads and writes fail without a word. Outputs are never
+// tested.
 #pragma once
 
 #include <cstddef>
@@ -14,9 +14,10 @@
 
 namespace tova_fw_builder {
 
-// Open a file, for its bytes on every system: who reads text drops the carriage
-// returns. Throw std::runtime_error "Failed to open file: " and the path, for a
-// directory too. A device reads as an empty file.
+// Open a file, for its bytes on every system: the definition reader drops the
+// carriage returns, to all others they are white space. Throw
+// std::runtime_error "Failed to open file: " and the path, for a directory too.
+// A device stands at its end, so that its text is empty.
 std::unique_ptr<std::ifstream> open_binary_input(const std::string& path);
 std::unique_ptr<std::ifstream> open_input(const std::string& path);
 
@@ -34,16 +35,6 @@ std::fstream open_output_to_read(const std::string& path);
 // fewer only where the file ends. They go straight to their place, so that a
 // caller who wipes it leaves no copy. Throws as open_binary_input does.
 std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes);
-
-// The working directory. Throws std::runtime_error "Cannot get current working
-// directory", also for one of more than 259 characters.
-std::string current_directory();
-
-// The path cut behind its last separator, which is kept; empty without one.
-std::string directory_of(const std::string& path);
-
-// Directory, separator, name; the separator also behind another one.
-std::string join_path(const std::string& directory, const std::string& name);
 
 // The length in bytes; the stream is left at its start. Throws
 // std::runtime_error "Cannot tell the length of file: " and the path if `in`

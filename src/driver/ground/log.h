@@ -21,8 +21,7 @@ void set_log_level(int level);
 // One line of the log, collected in a stream of its own, so that number bases
 // never leak into another. When it ends, prefix, text and a newline are written
 // and flushed. A failing standard output loses this line and all later ones
-// without a word: where it is closed, a file opened later may have got its
-// number. So a command that logs does so ahead of opening its outputs.
+// without a word.
 class LogLine {
  public:
   explicit LogLine(int level);

@@ -2,11 +2,24 @@
 // of the user on Windows, which has no room for most of the names there are.
 #include "driver/ground/native_path.h"
 
+#include <stdexcept>
+#include <system_error>
+
 #ifdef _WIN32
 #include <windows.h>
 #endif
 
 namespace tova_fw_builder {
+
+namespace {
+
+// The tightest limit of all platforms: a tree builds on all of them or on none.
+constexpr std::size_t kLongestDirectory = 259;
+
+constexpr char kSeparator =
+    static_cast<char>(std::filesystem::path::preferred_separator);
+
+}  // namespace
 
 #ifdef _WIN32
 
@@ -53,5 +66,23 @@ std::FILE* open_c_stream(const std::string& path) {
 }
 
 #endif
+
+std::string current_directory() {
+  std::error_code error;
+  std::string path = path_text(std::filesystem::current_path(error));
+  if (error || path.size() > kLongestDirectory) {
+    throw std::runtime_error("Cannot get current working directory");
+  }
+  return path;
+}
+
+std::string directory_of(const std::string& path) {
+  // Without a separator npos + 1 is 0.
+  return path.substr(0, path.find_last_of("\\/") + 1);
+}
+
+std::string join_path(const std::string& directory, const std::string& name) {
+  return directory + kSeparator + name;
+}
 
 }  // namespace tova_fw_builder

@@ -12,36 +12,15 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "definitions/uuid/uuid.h"
 #include "driver/ground/version.h"
 #include "driver/ground/wire.h"
 #include "input_map/fw_image_map.h"
+#include "layout/records/generation.h"
 
 namespace tova_fw_builder {
-
-// Generations, as `binary_ver` holds them.
-inline constexpr std::uint32_t kKelp15 = 0x10005;
-inline constexpr std::uint32_t kKelp18 = 0x10008;
-inline constexpr std::uint32_t kKelp25 = 0x20005;
-inline constexpr std::uint32_t kKelp30 = 0x30000;
-
-// Their words in definitions.
-struct GenerationWord {
-  std::string_view word;
-  std::uint32_t binary_ver;
-};
-inline constexpr GenerationWord kGenerations[] = {
-    {"1.5", kKelp15}, {"1.8", kKelp18}, {"2.5", kKelp25}, {"3.0", kKelp30}};
-
-// Whether addon modules stand in the binary, as from 1.8 on; in 1.5 each has a
-// file of its own. False for unknown generations, too.
-constexpr bool keeps_addons_in_binary(std::uint32_t binary_ver) {
-  return binary_ver == kKelp18 || binary_ver == kKelp25 ||
-         binary_ver == kKelp30;
-}
 
 inline constexpr std::uint32_t kPageSize = 4096;
 
