@@ -55,14 +55,14 @@ void run_buildrom(Parameters p) {
 constexpr Command kCommands[] = {
     {"build", 15, run_build},
     {"buildrom", 4, run_buildrom},
-    {"asm", 2, [](Parameters p) { asm_command(p[0], p[1]); }},
+    {"asm", 2, [](Parameters p) { assemble_image(p[0], p[1]); }},
     {"sign", 4, [](Parameters p) { sign_command(p[0], p[1], p[2], p[3]); }},
     {"verify", 1, [](Parameters p) { verify_command(p[0]); }},
     {"write_c", 2, [](Parameters p) { write_c_command(p[0], p[1]); }},
     {"hash_key", 2, [](Parameters p) { hash_key_command(p[0], p[1]); }},
-    {"split", 3, [](Parameters p) { split_command(p[0], p[1], p[2]); }},
-    {"build_img", 3, [](Parameters p) { build_img_command(p[0], p[1], p[2]); }},
-    {"make_hex", 3, [](Parameters p) { make_hex_command(p[0], p[1], p[2]); }},
+    {"split", 3, [](Parameters p) { split_binary(p[0], p[1], p[2]); }},
+    {"build_img", 3, [](Parameters p) { build_image(p[0], p[1], p[2]); }},
+    {"make_hex", 3, [](Parameters p) { make_hex_file(p[0], p[1], p[2]); }},
 };
 
 }  // namespace

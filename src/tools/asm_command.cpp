@@ -23,7 +23,7 @@ void append_file(const std::string& path, std::ostream& out) {
 
 }  // namespace
 
-void asm_command(const std::string& pkg_file, const std::string& out_file) {
+void assemble_image(const std::string& pkg_file, const std::string& out_file) {
   log_info("Assemblying full image");
   log_detail("PKG file: ", pkg_file);
   log_detail("BIN file: ", out_file);

@@ -6,9 +6,8 @@
 
 namespace tova_fw_builder {
 
-void build_img_command(const std::string& img_dscr_file,
-                       const std::string& deploy_dir,
-                       const std::string& out_file) {
+void build_image(const std::string& img_dscr_file,
+                 const std::string& deploy_dir, const std::string& out_file) {
   log_info("Building Image");
   log_detail("IMG DSCR file: ", img_dscr_file);
   log_detail("DEPLOY directory: ", deploy_dir);

@@ -11,7 +11,7 @@ namespace tova_fw_builder {
 
 // Truncates `out_file` and appends the files of the descriptor in `pkg_file`.
 // At a failure it keeps what it has. Throws what append_files throws.
-void asm_command(const std::string& pkg_file, const std::string& out_file);
+void assemble_image(const std::string& pkg_file, const std::string& out_file);
 
 // Appends every file that a "bin" line of a package descriptor names
 // (docs/file-formats.md, "Package descriptor") to `out`.
@@ -21,11 +21,11 @@ void asm_command(const std::string& pkg_file, const std::string& out_file);
 // the path for one like a pipe. A failure to write is not reported.
 void append_files(std::istream& package, std::ostream& out);
 
-// Runs the image script in `img_dscr_file`. Throws what run_image_script
-// throws.
-void build_img_command(const std::string& img_dscr_file,
-                       const std::string& deploy_dir,
-                       const std::string& out_file);
+// Runs the image script in `img_dscr_file`. Throws std::runtime_error "Failed
+// to open file: " and the path for it, with `out_file` untouched, and what
+// run_image_script throws.
+void build_image(const std::string& img_dscr_file,
+                 const std::string& deploy_dir, const std::string& out_file);
 
 // Writes the two banks to `name_a` and `name_b`, each with ".bin" and with
 // ".hex" (docs/file-formats.md, "Memory files").
@@ -33,8 +33,8 @@ void build_img_command(const std::string& img_dscr_file,
 // Throws std::runtime_error "Failed to open file: " or "Cannot tell the length
 // of file: " and the path, for `input`, with the four outputs made and empty. A
 // failure to write is not reported.
-void split_command(const std::string& input, const std::string& name_a,
-                   const std::string& name_b);
+void split_binary(const std::string& input, const std::string& name_a,
+                  const std::string& name_b);
 
 // Writes `input` to the text file `output` (docs/file-formats.md, "Memory
 // files"), which is empty after any failure. `depth_text` is the number of
@@ -43,7 +43,7 @@ void split_command(const std::string& input, const std::string& name_a,
 //
 // Throws std::runtime_error "Failed to open file: " or "Cannot tell the length
 // of file: " and the path, for `input`. A failure to write is not reported.
-void make_hex_command(const std::string& input, const std::string& output,
-                      const std::string& depth_text);
+void make_hex_file(const std::string& input, const std::string& output,
+                   const std::string& depth_text);
 
 }  // namespace tova_fw_builder

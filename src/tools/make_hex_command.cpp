@@ -26,8 +26,8 @@ void write_lines(std::span<const std::uint8_t> bytes, std::size_t width,
 
 }  // namespace
 
-void make_hex_command(const std::string& input, const std::string& output,
-                      const std::string& depth_text) {
+void make_hex_file(const std::string& input, const std::string& output,
+                   const std::string& depth_text) {
   log_info("Creating hex file from: ", input);
   std::ofstream out = open_output(output);
   const std::int32_t depth = parse_signed(depth_text, 10);

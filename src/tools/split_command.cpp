@@ -21,7 +21,7 @@ constexpr std::size_t kPair = 2 * kWord;
 
 struct Bank {
   std::ofstream hex;
-  std::ofstream bin;
+  std::ofstream bin = {};
   std::vector<std::uint8_t> words = {};
   std::string text = {};
 };
@@ -55,13 +55,16 @@ void deal(std::span<const std::uint8_t> bytes, Bank& a, Bank& b) {
 
 }  // namespace
 
-void split_command(const std::string& input, const std::string& name_a,
-                   const std::string& name_b) {
+void split_binary(const std::string& input, const std::string& name_a,
+                  const std::string& name_b) {
   // The spelling stays: build systems look for this line.
   log_info("Spliting binary file: ", input);
-  // Ahead of the input: no output of an earlier run outlives a failure.
-  Bank a{open_output(name_a + ".hex"), open_output(name_a + ".bin")};
-  Bank b{open_output(name_b + ".hex"), open_output(name_b + ".bin")};
+  // Ahead of the input: no output of an earlier run outlives a failure. In this
+  // order, which shows where the system opens no more files.
+  Bank a{open_output(name_a + ".hex")};
+  Bank b{open_output(name_b + ".hex")};
+  a.bin = open_output(name_a + ".bin");
+  b.bin = open_output(name_b + ".bin");
   const auto in = open_binary_input(input);
   const std::uint64_t length = file_length(*in, input);
   const std::uint64_t words = length / kWord;

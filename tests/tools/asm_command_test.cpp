@@ -36,7 +36,7 @@ TEST(AssembleImage, Failures) {
   CapturedLog log(3);
   const auto run = [&](const std::string& text, const std::string& out) {
     dir.write("p.pkg", text);
-    return message_of([&] { asm_command("p.pkg", out); });
+    return message_of([&] { assemble_image("p.pkg", out); });
   };
   EXPECT_EQ("Failed to open file: ", run("bin one\nbin\nbin one\n", "out"));
   EXPECT_EQ("1", read_file("out"));

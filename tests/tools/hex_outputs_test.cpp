@@ -23,7 +23,7 @@ TEST(MakeHex, WordsLinesAndFilling) {
   for (const auto& [size, depth, expected] : kCases) {
     CapturedLog log;
     const std::string in = dir.write("in", counting(size));
-    make_hex_command(in, dir.file("out"), depth);
+    make_hex_file(in, dir.file("out"), depth);
     EXPECT_EQ(expected, read_file(dir.file("out"))) << size << depth;
     EXPECT_EQ("Creating hex file from: " + in + "\n", log.text());
   }
@@ -45,7 +45,7 @@ TEST(MakeHex, RefusedDepthsAndInputs) {
     CapturedLog log;
     dir.write("out", "old");
     const std::string error = message_of(
-        [&, &in = input, &bits = depth] { make_hex_command(in, "out", bits); });
+        [&, &in = input, &bits = depth] { make_hex_file(in, "out", bits); });
     EXPECT_EQ("Creating hex file from: " + std::string(input) + "\n" + expected,
               log.text() + error);
     EXPECT_EQ("", read_file("out"));
@@ -65,7 +65,7 @@ TEST(Split, DealsWordsAndFillsTheLastPair) {
   CapturedLog log;
   for (const auto& [size, hex_a, hex_b] : kCases) {
     const std::string in = dir.write("in", counting(size));
-    split_command(in, dir.file("a"), dir.file("b"));
+    split_binary(in, dir.file("a"), dir.file("b"));
     EXPECT_EQ(hex_a, read_file(dir.file("a.hex"))) << size;
     EXPECT_EQ(hex_b, read_file(dir.file("b.hex"))) << size;
     EXPECT_TRUE(log.text().ends_with("Spliting binary file: " + in + "\n"));
@@ -73,7 +73,7 @@ TEST(Split, DealsWordsAndFillsTheLastPair) {
   // The outputs are truncated before the input turns out to be missing.
   std::filesystem::current_path(dir.path());
   EXPECT_EQ("Failed to open file: none",
-            message_of([] { split_command("none", "a", "b"); }));
+            message_of([] { split_binary("none", "a", "b"); }));
   EXPECT_EQ("", read_file("a.hex") + read_file("b.bin"));
 }
 
@@ -86,7 +86,7 @@ TEST(Split, MoreThan65536Words) {
     a += std::string(8, static_cast<char>(i % 251));
     pairs += a.substr(a.size() - 8) + "--odd---";
   }
-  split_command(dir.write("in", pairs), dir.file("a"), dir.file("b"));
+  split_binary(dir.write("in", pairs), dir.file("a"), dir.file("b"));
   EXPECT_TRUE(a == read_file(dir.file("a.bin")));
 }
 

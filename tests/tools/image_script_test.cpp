@@ -115,8 +115,8 @@ TEST(BuildImage, TakesItselfAsInput) {
   }
   dir.write("in", bytes);
   const CapturedLog log;
-  build_img_command(dir.write("script", "bin in\noffset 1000\nbin out\ndb 7\n"),
-                    dir.path() + "/", dir.file("out"));
+  build_image(dir.write("script", "bin in\noffset 1000\nbin out\ndb 7\n"),
+              dir.path() + "/", dir.file("out"));
   EXPECT_TRUE(bytes.substr(0, 0x1000) + bytes + '\7' ==
               read_file(dir.file("out")));
 }
@@ -131,7 +131,7 @@ TEST(BuildImage, HashOfHugeFiles) {
     std::filesystem::resize_file(dir.file("in"), length);
     const CapturedLog log;
     const std::string error =
-        message_of([&] { build_img_command(script, "", dir.file("out")); });
+        message_of([&] { build_image(script, "", dir.file("out")); });
     return log.text() + error;
   };
   const std::string refused =
@@ -160,7 +160,7 @@ TEST(BuildImage, Failures) {
   EXPECT_EQ("A", missing.image);
 
   CapturedLog log(3);
-  message_of([] { build_img_command("none", "pre", "out"); });
+  message_of([] { build_image("none", "pre", "out"); });
   EXPECT_EQ(
       "Building Image\nIMG DSCR file: none\nDEPLOY directory: pre\n"
       "IMG file: out\n",
