@@ -30,13 +30,13 @@ void hash_object(benchmark::State& state) {
   count_bytes(state);
 }
 
-void sha256_build(benchmark::State& state, Sha256Blocks blocks) {
+void sha256_variant(benchmark::State& state, Sha256Blocks blocks) {
   std::array<std::uint32_t, 8> words{};
   for (auto _ : state) blocks(words.data(), kMessage.data(), kPiece / 64);
   count_bytes(state);
 }
 
-void sha512_build(benchmark::State& state, Sha512Blocks blocks) {
+void sha512_variant(benchmark::State& state, Sha512Blocks blocks) {
   std::array<std::uint64_t, 8> words{};
   for (auto _ : state) blocks(words.data(), kMessage.data(), kPiece / 128);
   count_bytes(state);
@@ -47,14 +47,14 @@ BENCHMARK(hash_object<Sha384Hash>)->Name("Sha384Hash");
 
 const bool kBuildsRegistered = [] {
   int number = 0;
-  for (const Sha256Blocks blocks : sha256_builds()) {
-    const std::string name = "sha256_builds/" + std::to_string(number++);
-    benchmark::RegisterBenchmark(name.c_str(), sha256_build, blocks);
+  for (const Sha256Blocks blocks : sha256_variants()) {
+    const std::string name = "sha256_variants/" + std::to_string(number++);
+    benchmark::RegisterBenchmark(name.c_str(), sha256_variant, blocks);
   }
   number = 0;
-  for (const Sha512Blocks blocks : sha512_builds()) {
-    const std::string name = "sha512_builds/" + std::to_string(number++);
-    benchmark::RegisterBenchmark(name.c_str(), sha512_build, blocks);
+  for (const Sha512Blocks blocks : sha512_variants()) {
+    const std::string name = "sha512_variants/" + std::to_string(number++);
+    benchmark::RegisterBenchmark(name.c_str(), sha512_variant, blocks);
   }
   return true;
 }();

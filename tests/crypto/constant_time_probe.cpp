@@ -39,7 +39,7 @@ bool is_signature(const Digit* result) {
   return std::memcmp(result, digits(kSampleSignature).data(), kBits / 8) == 0;
 }
 
-// The power alone, in each build.
+// The power alone, in each variant.
 bool check_power(std::int32_t limb, bool leaky) {
   const auto modulus = digits(kSampleModulus);
   const auto base = digits(block_to_sign());

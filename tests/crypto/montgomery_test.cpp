@@ -30,7 +30,7 @@ Digits power_in(std::int32_t limb, const Digits& modulus, std::int32_t bits,
 // around the places where a limb or a vector is added, or where digits and
 // limbs end together (each 448 bits).
 TEST(Montgomery, BothBuildsAgree) {
-  if (!has_avx2_and_bmi2()) GTEST_SKIP() << "no AVX2: there is one build";
+  if (!has_avx2_and_bmi2()) GTEST_SKIP() << "no AVX2: there is one variant";
   std::mt19937_64 random(2);
   const Digits exponent = {random(), random() | Digit{1} << 63, 0};
   for (const int middle :

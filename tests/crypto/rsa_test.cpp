@@ -159,7 +159,7 @@ TEST(Rsa, EveryWindowAgreesWithThePublicOperation) {
   };
   for (const int bits :
        {1, 2, 41, 42, 63, 64, 65, 178, 179, 717, 718, 2666, 2667, 4096, 4097}) {
-    // Moduli of 701 bits go to the vector build where there is one.
+    // Moduli of 701 bits go to the vector variant where there is one.
     const std::size_t length = bits <= 2666 ? 336 : 520;
     const int size = bits <= 2666 ? 700 : 4096;
     const SecretBuffer n = number(random_hex(size, 0) + "1", length);

@@ -78,7 +78,7 @@ TEST(Sha, EveryLengthAroundTheBlockSizes) {
   }
 }
 
-// The tests above run the build that is chosen here, and this one holds the
+// The tests above run the variant that is chosen here, and this one holds the
 // others against it: any number of blocks, any alignment, any state.
 TEST(Sha, AllBuildsAgree) {
   Bytes data(64 * 128 + 16);
@@ -91,12 +91,12 @@ TEST(Sha, AllBuildsAgree) {
     const auto start_long = expected_long;
     sha256_blocks_portable(expected.data(), at, count);
     sha512_blocks_portable(expected_long.data(), at, count);
-    for (const Sha256Blocks blocks : sha256_builds()) {
+    for (const Sha256Blocks blocks : sha256_variants()) {
       auto state = start;
       blocks(state.data(), at, count);
       EXPECT_EQ(expected, state) << count;
     }
-    for (const Sha512Blocks blocks : sha512_builds()) {
+    for (const Sha512Blocks blocks : sha512_variants()) {
       auto state = start_long;
       blocks(state.data(), at, count);
       EXPECT_EQ(expected_long, state) << count;

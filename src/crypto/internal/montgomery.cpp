@@ -1,5 +1,5 @@
-// Montgomery arithmetic: what both builds share, and the portable build. That
-// one goes column by column: each column of the product is summed in three
+// Montgomery arithmetic: what both variants share, and the portable variant.
+// That one goes column by column: each column of the product is summed in three
 // digits, so that nothing is stored before its sum is final.
 #include "crypto/internal/montgomery.h"
 
@@ -11,12 +11,12 @@ namespace tova_fw_builder {
 
 namespace {
 
-// What the lanes of the vector build can take: twice as many products of 56
+// What the lanes of the vector variant can take: twice as many products of 56
 // bits as there are limbs must stay below 2^64.
 constexpr std::size_t kMostVectorLimbs = 124;
 constexpr std::int32_t kMostVectorBits = kVectorLimb * kMostVectorLimbs - 2;
 
-// The vector build takes four limbs at a time and wants R above 4 * N.
+// The vector variant takes four limbs at a time and wants R above 4 * N.
 std::size_t vector_limbs(std::int32_t bits) {
   const auto limbs =
       static_cast<std::size_t>((bits + kVectorLimb + 1) / kVectorLimb);
@@ -158,7 +158,7 @@ std::int32_t choose_limb(std::int32_t bits) {
 }
 
 std::size_t montgomery_storage(std::int32_t bits) {
-  // The vector build has the more limbs: modulus, R^2 and three for scratch.
+  // The vector variant has the more limbs: modulus, R^2 and three for scratch.
   return 5 * vector_limbs(bits) + 2 * kPadding;
 }
 
@@ -190,8 +190,8 @@ void enter_montgomery(const Montgomery& n, Digit* out, const Digit* number) {
 
 void leave_montgomery(const Montgomery& n, Digit* out, const Digit* value,
                       Digit* work) {
-  // Times 1 is a division by R. What the vector build yields may not be below N
-  // yet, hence the subtraction.
+  // Times 1 is a division by R. What the vector variant yields may not be below
+  // N yet, hence the subtraction.
   std::fill_n(work, n.limbs, 0);
   work[0] = 1;
   montgomery_multiply(n, work, value, work);

@@ -4,7 +4,7 @@
 //
 // With R a power of 2 above N, a number x is kept as x * R mod N, and the
 // product of two such numbers, divided by R, is of that form again. There are
-// two builds: a portable one, and one for AVX2.
+// two variants: a portable one, and one for AVX2.
 #pragma once
 
 #include <cstdint>
@@ -27,11 +27,11 @@ struct Montgomery {
   Digit* scratch;    // holds secrets behind a secret operand
 };
 
-// The faster of the builds that this processor has and that take an N of so
+// The faster of the variants that this processor has and that take an N of so
 // many bits.
 std::int32_t choose_limb(std::int32_t bits);
 
-// Digits of storage that an N of up to `bits` bits needs, in either build.
+// Digits of storage that an N of up to `bits` bits needs, in either variant.
 std::size_t montgomery_storage(std::int32_t bits);
 
 // Prepares the odd N of `bits` bits, whose arrays go to `storage`.
@@ -47,12 +47,12 @@ void enter_montgomery(const Montgomery& n, Digit* out, const Digit* number);
 void leave_montgomery(const Montgomery& n, Digit* out, const Digit* value,
                       Digit* work);
 
-// out = a * b / R mod N, in limbs; `out` may be a or b. The vector build lets
+// out = a * b / R mod N, in limbs; `out` may be a or b. The vector variant lets
 // operands and results reach 2 * N.
 void montgomery_multiply(const Montgomery& n, Digit* out, const Digit* a,
                          const Digit* b);
 
-// The AVX2 build of the multiplication, defined for x86-64.
+// The AVX2 variant of the multiplication, defined for x86-64.
 void montgomery_multiply_avx2(const Montgomery& n, Digit* out, const Digit* a,
                               const Digit* b);
 

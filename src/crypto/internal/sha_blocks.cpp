@@ -5,32 +5,49 @@
 
 namespace tova_fw_builder {
 
-std::vector<Sha256Blocks> sha256_builds() {
-  std::vector<Sha256Blocks> builds = {sha256_blocks_portable};
+namespace {
+
+Sha256Blocks fastest_sha256() {
 #if defined(__x86_64__)
-  if (has_sha256_instructions()) builds.push_back(sha256_blocks_x86);
+  if (has_sha256_instructions()) return sha256_blocks_x86;
 #elif defined(__aarch64__)
-  if (has_sha256_instructions()) builds.push_back(sha256_blocks_arm);
+  if (has_sha256_instructions()) return sha256_blocks_arm;
 #endif
-  return builds;
+  return sha256_blocks_portable;
 }
 
-std::vector<Sha512Blocks> sha512_builds() {
-  std::vector<Sha512Blocks> builds = {sha512_blocks_portable};
+Sha512Blocks fastest_sha512() {
 #if defined(__x86_64__)
-  if (has_avx2_and_bmi2()) builds.push_back(sha512_blocks_avx2);
+  if (has_avx2_and_bmi2()) return sha512_blocks_avx2;
 #endif
-  return builds;
+  return sha512_blocks_portable;
 }
+
+// The portable one and, where it is another one, the fastest.
+template <typename Blocks>
+std::vector<Blocks> variants_up_to(Blocks portable, Blocks fastest) {
+  if (fastest == portable) return {portable};
+  return {portable, fastest};
+}
+
+}  // namespace
 
 Sha256Blocks sha256_blocks() {
-  static const Sha256Blocks chosen = sha256_builds().back();
+  static const Sha256Blocks chosen = fastest_sha256();
   return chosen;
 }
 
 Sha512Blocks sha512_blocks() {
-  static const Sha512Blocks chosen = sha512_builds().back();
+  static const Sha512Blocks chosen = fastest_sha512();
   return chosen;
+}
+
+std::vector<Sha256Blocks> sha256_variants() {
+  return variants_up_to(sha256_blocks_portable, fastest_sha256());
+}
+
+std::vector<Sha512Blocks> sha512_variants() {
+  return variants_up_to(sha512_blocks_portable, fastest_sha512());
 }
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,7 @@
 // crypto/internal/sha_blocks.h
 // The compression functions of SHA-256 and of the SHA-512 family. Each has a
-// portable build and builds for processors with more; all give the same result.
+// portable variant and variants for processors with more; all give the same
+// result.
 #pragma once
 
 #include <cstddef>
@@ -16,14 +17,14 @@ using Sha256Blocks = void (*)(std::uint32_t* state, const std::uint8_t* blocks,
 using Sha512Blocks = void (*)(std::uint64_t* state, const std::uint8_t* blocks,
                               std::size_t count);
 
-// The fastest build for this processor, chosen at the first call.
+// The fastest variant for this processor, chosen at the first call.
 Sha256Blocks sha256_blocks();
 Sha512Blocks sha512_blocks();
 
-// All builds that this processor can run, the portable one first and the one
+// All variants that this processor can run, the portable one first and the one
 // that the functions above choose last. For tests and benchmarks.
-std::vector<Sha256Blocks> sha256_builds();
-std::vector<Sha512Blocks> sha512_builds();
+std::vector<Sha256Blocks> sha256_variants();
+std::vector<Sha512Blocks> sha512_variants();
 
 void sha256_blocks_portable(std::uint32_t* state, const std::uint8_t* blocks,
                             std::size_t count);

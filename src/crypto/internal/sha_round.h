@@ -8,7 +8,7 @@
 
 namespace tova_fw_builder {
 
-// The functions below are inlined by force: the builds rely on the words
+// The functions below are inlined by force: the variants rely on the words
 // staying in registers.
 
 [[gnu::always_inline]] inline std::uint32_t sha_sum0(std::uint32_t a) {

@@ -28,7 +28,8 @@ class RsaPublicKey {
   SecretBuffer context_;
 };
 
-// The same for the private operation, in time that doesn't depend on `d`.
+// The same for the private operation. Of an odd modulus, as every key has, it
+// takes a time that depends on nothing of `d` but its size in bits.
 class RsaPrivateKey {
  public:
   // 256 bytes each. Fails as "zelsRSASetKey(N, D)".
