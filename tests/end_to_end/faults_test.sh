@@ -78,6 +78,15 @@ done
 expect 251 "Error: Failed to open image defs file : $sample/definitions/gen_4.def" \
   './firmware.bin ./firmware.man ./firmware.man.ext' $(build 4 out/ firmware)
 
+# Of the four outputs of split, the texts come first: seen where the system opens
+# two files and no more.
+mkdir out
+status=0
+(ulimit -n 5 && "$tool" split in/flash.img out/a out/b) >log || status=$?
+[[ $status:$(cd out && echo ./*) == 251:'./a.hex ./b.hex' ]] ||
+  die "split of two files: status $status, made $(echo out/*)"
+rm -r out
+
 # The disk is full in the middle: what was written stays, and stays right.
 (
   ulimit -f 32
