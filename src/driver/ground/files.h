@@ -16,8 +16,8 @@ namespace tova_fw_builder {
 
 // Open a file, for its bytes on every system: carriage returns stay in it, and
 // the definition reader drops them. Throw std::runtime_error "Failed to open
-// file: " and the path, for a directory too. A device stands at its end, so that
-// its text is empty.
+// file: " and the path, for a directory too. A device stands at its end, so
+// that its text is empty.
 std::unique_ptr<std::ifstream> open_binary_input(const std::string& path);
 std::unique_ptr<std::ifstream> open_input(const std::string& path);
 
