@@ -46,10 +46,28 @@ while IFS= read -rd '' file; do
   fail "$file: sources end in .cpp and headers in .h"
 done < <(files '*.c' '*.cc' '*.cxx' '*.c++' '*.hh' '*.hpp' '*.hxx' '*.inc' \
   '*.ipp' '*.tpp' '*.def')
+
+# A room's target is named in its own list alone, and there by no other name.
+target_of() { sed 's|/CMakeLists.txt$||; s|/|_|g; s|^|tova_|' <<<"$1"; }
+files '*CMakeLists.txt' | xargs -0 grep -l '^tova_room(' |
+  while read -r list; do target_of "$list"; done >"$work/targets"
 while IFS= read -r line; do
   fail "src/$line: a room is joined to others by USES alone"
-done < <(files '*CMakeLists.txt' | xargs -0 grep -HnE \
-  '\.\./|-include|target_link_libraries\(.*[ (]tova_[a-z_]+.* tova_(driver|crypto|input|definitions|layout|signing|image|tools|inspect|companion)')
+done < <(
+  files '*CMakeLists.txt' | xargs -0 grep -HnE '\.\./|-include' || true
+  files '*CMakeLists.txt' | while IFS= read -rd '' list; do
+    grep -HnowFf "$work/targets" "$list" |
+      grep -v ":$(target_of "$list")\$" || true
+  done
+)
+
+# With a folder of its own for includes a room could name a header of the tree
+# in another way.
+files '*.h' | tr '\0' '\n' >"$work/headers"
+while IFS= read -r name; do
+  ! grep -qE "(^|/)${name//./\\.}\$" "$work/headers" ||
+    fail "<$name>: a header of the tree is named from src/, in quotes"
+done < <(files '*.h' '*.cpp' | xargs -0 grep -hoP '^#include <\K[^>]+' | sort -u)
 
 # FILE INCLUDED for each include of the tree's own files, also in <...>.
 folders=$(printf '%s|' */)
