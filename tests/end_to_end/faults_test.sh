@@ -82,7 +82,8 @@ expect 251 "Error: Failed to open image defs file : $sample/definitions/gen_4.de
 # two files and no more.
 mkdir out
 status=0
-(ulimit -n 5 && "$tool" split in/flash.img out/a out/b) >log || status=$?
+(ulimit -n 5 && exec "$tool" split in/flash.img out/a out/b) \
+  >log 3>&- 4>&- || status=$?
 [[ $status:$(cd out && echo ./*) == 251:'./a.hex ./b.hex' ]] ||
   die "split of two files: status $status, made $(echo out/*)"
 rm -r out
