@@ -41,14 +41,10 @@ void read_section(FwOutMap::SectionGroup& group, Statement& statement) {
   if (entrypoint || optional) name = statement.next_operand();
   std::string_view replacement;
   if (statement.next_word() == "<") replacement = statement.next_operand();
-  if (log_level() >= kLogDetail) {
-    LogLine line(kLogDetail);
-    line.stream() << "  section: " << name;
-    if (entrypoint) line.stream() << " (entrypoint)";
-    if (optional) line.stream() << " (optional)";
-    // No blank ahead of it; the log is kept to the letter.
-    if (!replacement.empty()) line.stream() << "replacement: " << replacement;
-  }
+  // No blank ahead of the replacement; the log is kept to the letter.
+  log_detail("  section: ", name, entrypoint ? " (entrypoint)" : "",
+             optional ? " (optional)" : "",
+             replacement.empty() ? "" : "replacement: ", replacement);
   group.add_section(std::string(name), entrypoint, optional,
                     std::string(replacement));
 }

@@ -7,6 +7,8 @@
 
 #include "definitions/inner_blocks.h"
 #include "definitions/uuid/uuid.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
 #include "driver/ground/numbers.h"
 
@@ -53,11 +55,9 @@ void read_uuid(ModuleBlock& block, Statement& statement) {
 }
 
 // The flattened text has one blank behind each word; the one behind the last
-// word stays in the name. The name goes through a buffer of 1024 characters,
-// where a NUL ends it.
+// word stays in the name, which goes through a line's buffer.
 void read_display_name(ModuleBlock& block, Statement& statement) {
-  auto name = statement.rest().substr(0, 1023);
-  name = name.substr(0, name.find('\0'));
+  auto name = line_text(statement.rest());
   if (name.starts_with(' ')) name.remove_prefix(1);
   block.module.display_name = name;
 }
@@ -158,7 +158,7 @@ void read_domain_types(ModuleBlock& block, Statement& statement) {
 }
 
 void read_mod_cfg(ModuleBlock& block, Statement& statement) {
-  std::istringstream numbers{std::string(statement.rest())};
+  LineFields numbers(statement.rest());
   ModuleConfig config;
   Le32* const fields[] = {&config.par_0, &config.par_1,    &config.par_2,
                           &config.par_3, &config.is_bytes, &config.cps,
@@ -167,9 +167,7 @@ void read_mod_cfg(ModuleBlock& block, Statement& statement) {
   for (Le32* const field : fields) {
     // A number that is too large is FFFFFFFF, other text 0; either way all
     // fields behind it stay at 0.
-    std::uint32_t value = 0;
-    numbers >> (field == &config.mod_flags ? std::hex : std::dec) >> value;
-    *field = value;
+    *field = numbers.number(field == &config.mod_flags ? 16 : 10);
   }
   block.module.mod_cfg.push_back(config);
 }

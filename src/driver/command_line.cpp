@@ -12,6 +12,12 @@ namespace tova_fw_builder {
 
 namespace {
 
+constexpr int kDone = 0;
+constexpr int kTooFewParameters = -1;
+constexpr int kNoArguments = -2;
+constexpr int kNoCommand = -3;
+constexpr int kCommandFailed = -5;
+
 // The text keeps its wording, in which two commands differ from what they
 // take and two are missing: build systems compare it.
 constexpr char kUsage[] =

@@ -22,19 +22,16 @@ struct Command {
 // Every command of the tool.
 std::span<const Command> command_table();
 
-// Exit statuses; the shell sees them modulo 256.
-inline constexpr int kDone = 0;
-inline constexpr int kTooFewParameters = -1;  // with an error line and usage
-inline constexpr int kNoArguments = -2;       // with usage
-inline constexpr int kNoCommand = -3;  // -v alone, or an unknown command word
-                                       // (that one with an error line); usage
-inline constexpr int kCommandFailed = -5;  // with an error line: the text of
-                                           // the exception as it stands
-
 // Runs the command that `arguments` (without the program's name) ask for: a
 // "-v" as the very first word sets the log level to 3; then command word,
-// parameters. Yields the exit status; never throws a std::exception. Partly
-// written output stays as it is.
+// parameters. Never throws a std::exception. Partly written output stays as it
+// is.
+//
+// Yields the exit status, which the shell sees modulo 256: 0; -1 for too few
+// parameters and -3 for an unknown command word, both with an error line and
+// the usage; -2 for no argument and -3 for -v alone, with the usage; -5 for a
+// command that failed, with an error line: the text of the exception as it
+// stands.
 int run_command_line(std::span<const std::string> arguments,
                      std::span<const Command> commands);
 

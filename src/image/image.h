@@ -16,8 +16,7 @@
 
 namespace tova_fw_builder {
 
-// Logs and writes a 16-byte header and, for each module in order, a 40-byte
-// record, its SchedCaps and its Pin records. Counts keep their low 16 bits.
+// Logs and writes the extended manifest. Counts keep their low 16 bits.
 void write_extended_manifest(const FwOutMap& map, std::ostream& stream);
 
 // A manifest, made from a finished image or read back from a file. What a

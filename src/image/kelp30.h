@@ -3,6 +3,8 @@
 // nothing in the manifest.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -14,15 +16,14 @@ class Kelp30Image : public Image {
  public:
   using Image::Image;
 
-  // Writes the header AHEAD of the contents, on purpose: its page count is 8,
-  // the file offset of every stored segment 32768 and every hash zero, in
-  // every image.
+  // Writes the header AHEAD of the contents, on purpose, with what it has then.
   void write(std::iostream& stream, const std::string& path,
              std::uint32_t css_header_size) override;
   std::unique_ptr<ImageManifest> create_manifest(
       bool debug, std::uint32_t imr_type) override;
 
   std::uint64_t image_size = 0;  // length of the binary, set by write(); unread
+  std::array<std::uint8_t, 32> image_hash{};  // never filled
 };
 
 // Has no content: both manifest files stay empty.

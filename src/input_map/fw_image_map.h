@@ -1,9 +1,7 @@
 // input_map/fw_image_map.h
 // What the linker produced: the sections and symbols of all ELF files of the
 // firmware, each kind under one name space; and the readers of the two tables
-// of an ELF, each in a source of its own. Of a name in several ELFs the first
-// one counts; but of a symbol that stands twice in one list the later one. Each
-// reader's source says so for its table.
+// of an ELF, each in a source of its own.
 #pragma once
 
 #include <cstdint>
@@ -111,11 +109,9 @@ struct FwImageMap {
 // "Section table") to `map`, with `elf` as their stream, and logs the table at
 // level 3.
 //
-// Of a name that stands twice, in one table or several, the first section is
-// kept and a note logged; but if the later one is loadable, throws
-// std::runtime_error "Duplicated section found: " and the name. Throws the
-// error of parse_alignment, too, for a column that is no number, but for the
-// first one: without an index the line is passed over.
+// Throws what add_section throws, and the error of parse_alignment, too, for a
+// column that is no number, but for the first one: without an index the line is
+// passed over.
 void read_section_table(FwImageMap& map, std::istream& table,
                         const std::shared_ptr<std::istream>& elf);
 

@@ -8,6 +8,7 @@
 #include "companion/ground/system_files.h"
 #include "companion/ground/trouble.h"
 #include "crypto/sha_hash.h"
+#include "driver/ground/files.h"
 #include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {

@@ -8,7 +8,6 @@
 #include "layout/passes.h"
 #include "layout/section_group.h"
 #include "layout/section_replacement.h"
-#include "layout/segment_flags.h"
 
 namespace tova_fw_builder {
 

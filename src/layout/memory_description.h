@@ -19,12 +19,8 @@ void write_memory_description(const FwOutMap& map, const std::string& out_dir,
                               const std::string& binary_name);
 
 // The section with the highest or lowest address that counts in the class, null
-// if none; the first one of equals. The map keeps the section.
-//
-// Of a group its best section alone is looked at: one that lies beyond the
-// class counts for nothing, though other sections of it lie inside. The
-// `dyn_mem` sections come last: as soon as anything counts, each one joins in
-// by its address, inside the class or not, so that the result may lie outside.
+// if none; the first one of equals. The map keeps the section. As `dyn_mem`
+// sections join in wherever they lie, it may be outside of the class.
 const FwOutMap::Section* highest_by_vma(const FwOutMap& map,
                                         const FwOutMap::MemoryClass& area);
 const FwOutMap::Section* highest_by_lma(const FwOutMap& map,

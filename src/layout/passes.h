@@ -58,11 +58,8 @@ void collect_exports(FwOutMap& map, const FwImageMap& image_map);
 //
 // If every reference that isn't optional was bound, the group is sorted by load
 // address (stable; references without a header last) and gets its `flags`,
-// page count included, and the `entry` of its entry point section. Otherwise
-// its order and what it has of `flags` stay.
-//
-// `flags` takes bits 0 to 5 from the first bound header with any flag; then bit
-// 6 becomes the group's `on_demand`, and bit 2 is cleared if not `loadable`.
+// by the first bound header with any flag, and the `entry` of its entry point
+// section. Otherwise its order and what it has of `flags` stay.
 //
 // Throws std::runtime_error "Double entry point defined" for an entry point
 // section when the group has an entry; with `check_types` also "Invalid segment

@@ -27,6 +27,14 @@ void sort_by_load_address(FwOutMap::SectionGroup& group);
 // is, to the end of the last one with a header; 0 if none has a header.
 std::uint32_t group_pages(const FwOutMap::SectionGroup& group);
 
+// Bits 0 to 5 of a segment's flags (docs/file-formats.md, "Segment"), by those
+// of a section.
+std::uint32_t flags_of(const FwImageMap::SectionHeader& header);
+
+// Puts type, pages and on-demand into the group's `flags`; takes the load bit
+// away if the module isn't loadable.
+void finish_flags(FwOutMap::SectionGroup& group, bool loadable);
+
 // ".text", ".rodata", ".bss", else "Unknown".
 const char* group_type_name(std::uint32_t type);
 

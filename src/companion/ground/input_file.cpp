@@ -7,7 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "driver/ground/native_path.h"
+#include "driver/ground/files.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -23,13 +23,6 @@ Sha512Blocks fastest_sha512() {
   return sha512_blocks_portable;
 }
 
-// The portable one and, where it is another one, the fastest.
-template <typename Blocks>
-std::vector<Blocks> variants_up_to(Blocks portable, Blocks fastest) {
-  if (fastest == portable) return {portable};
-  return {portable, fastest};
-}
-
 }  // namespace
 
 Sha256Blocks sha256_blocks() {
@@ -43,11 +36,11 @@ Sha512Blocks sha512_blocks() {
 }
 
 std::vector<Sha256Blocks> sha256_variants() {
-  return variants_up_to(sha256_blocks_portable, fastest_sha256());
+  return {sha256_blocks_portable, sha256_blocks()};
 }
 
 std::vector<Sha512Blocks> sha512_variants() {
-  return variants_up_to(sha512_blocks_portable, fastest_sha512());
+  return {sha512_blocks_portable, sha512_blocks()};
 }
 
 }  // namespace tova_fw_builder

@@ -21,8 +21,8 @@ using Sha512Blocks = void (*)(std::uint64_t* state, const std::uint8_t* blocks,
 Sha256Blocks sha256_blocks();
 Sha512Blocks sha512_blocks();
 
-// All variants that this processor can run, the portable one first and the one
-// that the functions above choose last. For tests and benchmarks.
+// The portable variant, and the one that the functions above choose, which may
+// be the same. For tests and benchmarks.
 std::vector<Sha256Blocks> sha256_variants();
 std::vector<Sha512Blocks> sha512_variants();
 

@@ -5,11 +5,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <ostream>
-#include <string>
+#include <string_view>
 
 namespace tova_fw_builder {
 
-// Bytes for printing, not owned. A null `data` prints like a length of zero.
+// Bytes for printing, and the texts around them, not owned. A null `data`
+// prints like a length of zero.
 //
 // Label, newline, `indent`; then each byte as two lower-case hex digits and one
 // blank; behind every 16th byte, the last one too, a newline and `indent`
@@ -17,8 +18,8 @@ namespace tova_fw_builder {
 struct ByteDump {
   const std::uint8_t* data = nullptr;
   std::size_t length = 0;
-  std::string label;
-  std::string indent = {};
+  std::string_view label;
+  std::string_view indent = {};
 };
 
 std::ostream& operator<<(std::ostream& out, const ByteDump& dump);

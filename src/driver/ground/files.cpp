@@ -71,6 +71,14 @@ std::fstream open_output_to_read(const std::string& path) {
                           std::ios_base::out | std::ios_base::trunc);
 }
 
+std::FILE* open_c_stream(const std::string& path) {
+#ifdef _WIN32
+  return _wfopen(native_path(path).c_str(), L"rb");
+#else
+  return std::fopen(path.c_str(), "rb");
+#endif
+}
+
 std::size_t read_start(const std::string& path, std::span<std::uint8_t> bytes) {
   const file_type type = type_of(path);
   // No library's std::ifstream can be trusted to keep no copy: it may read

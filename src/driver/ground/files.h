@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -30,6 +31,9 @@ std::unique_ptr<std::ifstream> try_open_input(const std::string& path);
 // may be written alone as it was.
 std::ofstream open_output(const std::string& path);
 std::fstream open_output_to_read(const std::string& path);
+
+// Opens a file to read its bytes. Null, with the reason in errno, if it can't.
+std::FILE* open_c_stream(const std::string& path);
 
 // Reads the start of a file or a pipe, and returns how many bytes it gave:
 // fewer only where the file ends. They go straight to their place, so that a

@@ -9,7 +9,6 @@ namespace tova_fw_builder {
 
 namespace {
 
-constexpr std::size_t kLongestLine = 1023;
 constexpr std::size_t kBufferSize = 64 * 1024;
 
 }  // namespace
@@ -31,7 +30,7 @@ bool LineReader::next(std::string_view& line) {
     ended_ = true;
   }
   // Behind the search for the feed: a NUL doesn't end the line in the file.
-  line = line.substr(0, line.find('\0'));
+  line = line_text(line);
   return true;
 }
 

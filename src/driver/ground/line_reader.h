@@ -2,6 +2,7 @@
 // The lines of the small text formats.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <istream>
 #include <string_view>
@@ -9,10 +10,19 @@
 
 namespace tova_fw_builder {
 
+// The characters that a line's buffer has room for.
+inline constexpr std::size_t kLongestLine = 1023;
+
+// What a text leaves in such a buffer: its start, up to a NUL.
+inline std::string_view line_text(std::string_view text) {
+  return text.substr(0, std::min(kLongestLine, text.find('\0')));
+}
+
 // Yields the lines of a text, through a buffer as those formats do, and at the
 // speed of the disk: linker output has millions of them.
 //
-// - At most 1023 characters; a longer line yields those and ends the reading.
+// - At most kLongestLine characters; a longer line yields those and ends the
+// reading.
 // - A NUL ends the line's text, not the line.
 // - The end of the text ends the last line. Behind a final line feed stands
 //   one more, empty line, and an empty text is one empty line.

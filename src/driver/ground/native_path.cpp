@@ -13,6 +13,17 @@ namespace tova_fw_builder {
 
 namespace {
 
+#ifdef _WIN32
+std::wstring wide_text(std::string_view utf8) {
+  const int length = static_cast<int>(utf8.size());
+  std::wstring wide(utf8.size(), L'\0');  // never more units than bytes
+  wide.resize(static_cast<std::size_t>(
+      MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, wide.data(),
+                          static_cast<int>(wide.size()))));
+  return wide;
+}
+#endif
+
 // The tightest limit of all platforms: a tree builds on all of them or on none.
 constexpr std::size_t kLongestDirectory = 259;
 
@@ -22,15 +33,6 @@ constexpr char kSeparator =
 }  // namespace
 
 #ifdef _WIN32
-
-std::wstring wide_text(std::string_view utf8) {
-  const int length = static_cast<int>(utf8.size());
-  std::wstring wide(utf8.size(), L'\0');  // never more units than bytes
-  wide.resize(static_cast<std::size_t>(
-      MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, wide.data(),
-                          static_cast<int>(wide.size()))));
-  return wide;
-}
 
 std::string utf8_text(std::wstring_view wide) {
   const int length = static_cast<int>(wide.size());
@@ -49,20 +51,12 @@ std::string path_text(const std::filesystem::path& path) {
   return utf8_text(path.native());
 }
 
-std::FILE* open_c_stream(const std::string& path) {
-  return _wfopen(native_path(path).c_str(), L"rb");
-}
-
 #else
 
 std::filesystem::path native_path(const std::string& path) { return path; }
 
 std::string path_text(const std::filesystem::path& path) {
   return path.native();
-}
-
-std::FILE* open_c_stream(const std::string& path) {
-  return std::fopen(path.c_str(), "rb");
 }
 
 #endif

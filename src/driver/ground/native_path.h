@@ -4,7 +4,6 @@
 // as separators.
 #pragma once
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -17,9 +16,8 @@ std::filesystem::path native_path(const std::string& path);
 std::string path_text(const std::filesystem::path& path);
 
 #ifdef _WIN32
-// The text that functions of Windows take and give. What can't be converted
-// becomes U+FFFD.
-std::wstring wide_text(std::string_view utf8);
+// The text of what functions of Windows give. What can't be converted becomes
+// U+FFFD.
 std::string utf8_text(std::wstring_view wide);
 #endif
 
@@ -32,8 +30,5 @@ std::string directory_of(const std::string& path);
 
 // Directory, separator, name; the separator also behind another one.
 std::string join_path(const std::string& directory, const std::string& name);
-
-// Opens a file to read its bytes. Null, with the reason in errno, if it can't.
-std::FILE* open_c_stream(const std::string& path);
 
 }  // namespace tova_fw_builder

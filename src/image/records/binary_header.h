@@ -84,9 +84,7 @@ struct ModuleEntry {
 };
 static_assert(sizeof(ModuleEntry) == 116 && alignof(ModuleEntry) == 1);
 
-// The symbol table: the count of exported symbols (Le32), the records, the
-// length of the names (Le32), and the names, each with its zero byte. A symbol
-// without a record stays in the count, and in the base of the name offsets.
+// One exported symbol.
 struct SymbolRecord {
   std::uint8_t kind = 1;    // always
   std::uint8_t module = 0;  // index, low 8 bits

@@ -31,8 +31,7 @@ class KeyList {
     PublicKeyHash hash{};
   };
 
-  // The first empty line ends the list, whatever stands behind it. A line of
-  // more than 1023 characters is the last; its beginning counts.
+  // Lines as LineReader has them; the first empty one ends the list.
   // Throws std::runtime_error "Failed to open file: " and the path, "Not
   // recognized key type : ", the word, " file path : ", the path of the line,
   // or what load_key_file throws.
