@@ -1,9 +1,21 @@
+// The remarks are no part of the flattened text, so they are looked for in the
+// lines of the files.
 #include "lint/allowances.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "definitions/statement.h"
+#include "lint/definition.h"
+#include "lint/rule_functions.h"
+#include "lint/rules.h"
 
 namespace tova_fw_builder {
 
+namespace {
+
+// The rules of a remark, each as a word of its file; blanks or commas part
+// them. None if the line is no such remark.
 std::vector<LintWord> allowances_in(const SourceMap& source,
                                     SourceMap::Place place) {
   const std::string& line = source.files[place.file].lines[place.line - 1];
@@ -31,6 +43,7 @@ std::vector<LintWord> allowances_in(const SourceMap& source,
 // Each finding asks for them anew, and may stand among remarks itself.
 constexpr std::uint32_t kMostRemarks = 200;
 
+// Those of the remarks above a line.
 std::vector<LintWord> allowances_above(const SourceMap& source,
                                        SourceMap::Place place) {
   std::vector<LintWord> allowed;
@@ -45,6 +58,31 @@ std::vector<LintWord> allowances_above(const SourceMap& source,
     allowed.insert(allowed.end(), more.begin(), more.end());
   }
   return allowed;
+}
+
+}  // namespace
+
+bool is_allowed(const SourceMap& source, const Finding& finding) {
+  if (finding.rule == kRefused) return false;
+  const auto allowed =
+      allowances_above(source, {finding.spot.file, finding.spot.line});
+  return std::ranges::any_of(
+      allowed, [&](const LintWord& word) { return word.text == finding.rule; });
+}
+
+void find_unknown_rules(const Definition& definition, Findings& out) {
+  const auto& files = definition.source.files;
+  for (std::uint32_t file = 0; file < files.size(); ++file) {
+    for (std::uint32_t line = 1; line <= files[file].lines.size(); ++line) {
+      for (const LintWord& word :
+           allowances_in(definition.source, {file, line})) {
+        if (find_rule(word.text) != nullptr && word.text != kRefused) continue;
+        out.add(word.spot, word.text == kRefused
+                               ? "what the builder refuses can't be allowed"
+                               : no_rule_text(word.text));
+      }
+    }
+  }
 }
 
 }  // namespace tova_fw_builder

@@ -1,22 +1,14 @@
 // lint/allowances.h
+// What the remarks "# lint: allow RULE..." of a definition silence.
 #pragma once
 
-#include <vector>
-
-#include "lint/definition.h"
+#include "lint/findings.h"
 #include "lint/source_map.h"
 
 namespace tova_fw_builder {
 
-// The rules that the comment lines right above a line, up to 200, allow there
-// by
-// "# lint: allow RULE...", each as a word of its file. Blanks or commas part
-// the rules.
-std::vector<LintWord> allowances_above(const SourceMap& source,
-                                       SourceMap::Place place);
-
-// Those of one line; none if it is no such comment.
-std::vector<LintWord> allowances_in(const SourceMap& source,
-                                    SourceMap::Place place);
+// Whether one of the comment lines right above a finding's line, up to 200,
+// allows its rule there. What the builder refuses is never allowed.
+bool is_allowed(const SourceMap& source, const Finding& finding);
 
 }  // namespace tova_fw_builder

@@ -10,7 +10,6 @@
 #include <tuple>
 
 #include "companion/ground/message_text.h"
-#include "companion/ground/nearest.h"
 #include "driver/ground/files.h"
 #include "driver/ground/native_path.h"
 #include "input_map/elf_list.h"
@@ -30,14 +29,6 @@ SourceMap::File read_lines(const std::string& path) {
     file.lines.push_back(line);
   }
   return file;
-}
-
-bool is_allowed(const SourceMap& source, const Finding& finding) {
-  if (finding.rule == kRefused) return false;
-  const auto allowed =
-      allowances_above(source, {finding.spot.file, finding.spot.line});
-  return std::ranges::any_of(
-      allowed, [&](const LintWord& word) { return word.text == finding.rule; });
 }
 
 bool is_file(const std::string& path) {
@@ -160,16 +151,5 @@ class Run {
 }  // namespace
 
 LintReport lint(const LintOptions& options) { return Run(options).report(); }
-
-void check_rule_name(std::string_view name) {
-  if (name == kRefused) {
-    throw std::runtime_error("what the builder refuses can't be silenced");
-  }
-  if (find_rule(name) != nullptr) return;
-  Nearest near(name);
-  for (const Rule& rule : rules()) near.offer(rule.id);
-  throw std::runtime_error("there is no rule " + in_quotes(name) +
-                           near.question());
-}
 
 }  // namespace tova_fw_builder

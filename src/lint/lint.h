@@ -4,7 +4,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "layout/build_core.h"
@@ -34,9 +33,5 @@ struct LintReport {
 // Throws what the builder's readers throw for a header or a top file that can't
 // be read. Leaves the working directory at the definition's.
 LintReport lint(const LintOptions& options);
-
-// Throws std::runtime_error "there is no rule NAME; did you mean ...?", and
-// "what the builder refuses can't be silenced".
-void check_rule_name(std::string_view name);
 
 }  // namespace tova_fw_builder

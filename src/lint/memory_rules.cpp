@@ -1,10 +1,13 @@
-// Addresses: where sections lie, and where they are loaded to.
+// Addresses: of the memory classes as the text has them; and where sections
+// lie, and are loaded to, which the linker's output tells.
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "driver/ground/numbers.h"
 #include "layout/records/addon_file.h"
 #include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
@@ -275,6 +278,60 @@ void find_entries_outside(const Linked& linked, Findings& out) {
       out.add(group.entry_spot, "the entry point " + hex_number(group.entry) +
                                     " lies in no section of its group");
     }
+  }
+}
+
+void find_duplicate_classes(const Definition& definition, Findings& out) {
+  std::map<std::string_view, const LintWord*> seen;
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "memory_class" || statement.words.size() < 2) {
+      continue;
+    }
+    const LintWord& name = statement.words[1];
+    const auto [place, is_new] = seen.try_emplace(name.text, &name);
+    if (is_new) continue;
+    out.add(name.spot, "another memory class is called " + in_quotes(name.text))
+        .notes.push_back({place->second->spot, "the other class"});
+  }
+}
+
+void find_overlapping_classes(const Definition& definition, Findings& out) {
+  struct Class {
+    std::uint64_t begin;
+    std::uint64_t end;
+    const LintStatement* statement;
+  };
+  std::vector<Class> classes;
+  for (const LintStatement& statement : definition.statements) {
+    if (statement.key() != "memory_class") continue;
+    const auto base = parse_unsigned(
+        word_at(statement,
+                std::min<std::size_t>(2, statement.words.size() - 1)),
+        16);
+    const auto size = parse_unsigned(
+        word_at(statement,
+                std::min<std::size_t>(3, statement.words.size() - 1)),
+        16);
+    if (size == 0) continue;
+    classes.push_back({base, std::uint64_t{base} + size, &statement});
+  }
+  // In order of their bases, the one that reaches furthest is met by the next.
+  std::ranges::stable_sort(classes, {}, &Class::begin);
+  const Class* furthest = nullptr;
+  for (const Class& next : classes) {
+    if (furthest && next.begin < furthest->end) {
+      const bool is_later = furthest->statement < next.statement;
+      const Class& later = is_later ? next : *furthest;
+      const Class& earlier = is_later ? *furthest : next;
+      out.add(later.statement->spot(),
+              "memory class " + in_quotes(word_at(*later.statement, 1)) +
+                  " shares " +
+                  hex_number(std::min(furthest->end, next.end) - next.begin) +
+                  " bytes from " + hex_number(next.begin) + " on with " +
+                  in_quotes(word_at(*earlier.statement, 1)))
+          .notes.push_back({earlier.statement->spot(), "the other class"});
+    }
+    if (furthest == nullptr || next.end > furthest->end) furthest = &next;
   }
 }
 

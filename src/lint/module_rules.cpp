@@ -1,9 +1,9 @@
-// Rules about the modules and memory classes that the statements make.
+// Rules about the modules that the statements make: kind, name, UUID, type, and
+// what a module lacks. A name is what a module is called for want of a kind.
 #include <algorithm>
 #include <map>
 #include <set>
 
-#include "companion/ground/message_text.h"
 #include "definitions/uuid/uuid.h"
 #include "driver/ground/numbers.h"
 #include "lint/rule_functions.h"
@@ -59,6 +59,19 @@ std::string_view generation_of(const Definition& definition) {
 }
 
 }  // namespace
+
+void find_unknown_kinds(const Definition& definition, Findings& out) {
+  for (const LintStatement& statement : definition.statements) {
+    if (form_of(definition, statement)->shape != Shape::kModule) continue;
+    const std::string_view word = word_at(statement, 1);
+    const std::string_view next = word_at(statement, 2);
+    if (next.empty() || next.starts_with('#') || is_module_kind(word)) continue;
+    out.add(statement.words[1].spot,
+            in_quotes(word) + " is no kind, so the module is called " +
+                in_quotes(word) + " and " + in_quotes(next) +
+                " is ignored; the kinds are b, ba, d, da, l and o");
+  }
+}
 
 void find_cut_names(const Definition& definition, Findings& out) {
   constexpr std::size_t kRoom = 8;
@@ -213,111 +226,6 @@ void find_second_bases(const Definition& definition, Findings& out) {
     out.add(word.spot, "type 0 is that of the base firmware, and there is one")
         .notes.push_back({first->spot, "the other one"});
   });
-}
-
-namespace {
-
-bool is_built_in(const LintStatement& opened) {
-  const auto kind = word_at(opened, 1);
-  return (kind == "b" || kind == "ba") && opened.words.size() > 1;
-}
-
-bool is_in_bss(const Definition& definition, const LintStatement& section) {
-  const LintBlock& group = definition.blocks[section.block];
-  return group.kind == BlockKind::kGroup &&
-         name_of(definition.statements[group.opened_by], BlockKind::kModule) ==
-             "bss";
-}
-
-Spot name_spot(const Definition& definition, const LintStatement& section) {
-  const Taken taken = taken_words(*form_of(definition, section), section);
-  return section.words[std::min(taken.name, section.words.size() - 1)].spot;
-}
-
-}  // namespace
-
-void find_sections_twice(const Definition& definition, Findings& out) {
-  // What stands in built-in modules stands elsewhere, too; but two don't start
-  // at one place.
-  std::map<std::string_view, const LintStatement*> carried;
-  std::map<std::string_view, const LintStatement*> entries;
-  for (const LintStatement& statement : definition.statements) {
-    const LintBlock& block = definition.blocks[statement.block];
-    const bool is_dyn_mem = statement.key() == "dyn_mem";
-    const bool is_section =
-        block.kind == BlockKind::kGroup && statement.key() == "section";
-    if (!is_dyn_mem && !is_section) continue;
-    const LintBlock& module = definition.blocks[is_section ? block.parent : 0];
-    const bool is_inner =
-        is_section && is_built_in(definition.statements[module.opened_by]);
-    if (is_inner && word_at(statement, 1) != "ep") continue;
-    const auto name = name_of(statement, block.kind);
-    const auto [place, is_new] =
-        (is_inner ? entries : carried).try_emplace(name, &statement);
-    if (is_new) continue;
-    out.add(name_spot(definition, statement),
-            is_inner ? in_quotes(name) + " is the entry of two built-in modules"
-                     : in_quotes(name) + " is listed twice: " +
-                           (is_dyn_mem || is_in_bss(definition, statement)
-                                ? "its memory counts twice"
-                                : "its bytes count and stand in the image "
-                                  "twice"))
-        .notes.push_back({place->second->spot(), "the first time"});
-  }
-}
-
-void find_duplicate_classes(const Definition& definition, Findings& out) {
-  std::map<std::string_view, const LintWord*> seen;
-  for (const LintStatement& statement : definition.statements) {
-    if (statement.key() != "memory_class" || statement.words.size() < 2) {
-      continue;
-    }
-    const LintWord& name = statement.words[1];
-    const auto [place, is_new] = seen.try_emplace(name.text, &name);
-    if (is_new) continue;
-    out.add(name.spot, "another memory class is called " + in_quotes(name.text))
-        .notes.push_back({place->second->spot, "the other class"});
-  }
-}
-
-void find_overlapping_classes(const Definition& definition, Findings& out) {
-  struct Class {
-    std::uint64_t begin;
-    std::uint64_t end;
-    const LintStatement* statement;
-  };
-  std::vector<Class> classes;
-  for (const LintStatement& statement : definition.statements) {
-    if (statement.key() != "memory_class") continue;
-    const auto base = parse_unsigned(
-        word_at(statement,
-                std::min<std::size_t>(2, statement.words.size() - 1)),
-        16);
-    const auto size = parse_unsigned(
-        word_at(statement,
-                std::min<std::size_t>(3, statement.words.size() - 1)),
-        16);
-    if (size == 0) continue;
-    classes.push_back({base, std::uint64_t{base} + size, &statement});
-  }
-  // In order of their bases, the one that reaches furthest is met by the next.
-  std::ranges::stable_sort(classes, {}, &Class::begin);
-  const Class* furthest = nullptr;
-  for (const Class& next : classes) {
-    if (furthest && next.begin < furthest->end) {
-      const bool is_later = furthest->statement < next.statement;
-      const Class& later = is_later ? next : *furthest;
-      const Class& earlier = is_later ? *furthest : next;
-      out.add(later.statement->spot(),
-              "memory class " + in_quotes(word_at(*later.statement, 1)) +
-                  " shares " +
-                  hex_number(std::min(furthest->end, next.end) - next.begin) +
-                  " bytes from " + hex_number(next.begin) + " on with " +
-                  in_quotes(word_at(*earlier.statement, 1)))
-          .notes.push_back({earlier.statement->spot(), "the other class"});
-    }
-    if (furthest == nullptr || next.end > furthest->end) furthest = &next;
-  }
 }
 
 }  // namespace tova_fw_builder

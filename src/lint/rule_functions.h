@@ -17,14 +17,17 @@ void find_refused(const Definition&, Findings&);
 // file_rules
 void find_byte_order_marks(const Definition&, Findings&);
 void find_empty_includes(const Definition&, Findings&);
+
+// define_rules
 void find_unused_defines(const Definition&, Findings&);
 void find_capturing_defines(const Definition&, Findings&);
+
+// allowances
 void find_unknown_rules(const Definition&, Findings&);
 
-// word_rules
+// statement_rules
 void find_missing_operands(const Definition&, Findings&);
 void find_extra_words(const Definition&, Findings&);
-void find_unknown_kinds(const Definition&, Findings&);
 void find_repeated_statements(const Definition&, Findings&);
 
 // number_rules
@@ -32,6 +35,7 @@ void find_bad_numbers(const Definition&, Findings&);
 void find_cut_numbers(const Definition&, Findings&);
 
 // module_rules
+void find_unknown_kinds(const Definition&, Findings&);
 void find_cut_names(const Definition&, Findings&);
 void find_dropped_names(const Definition&, Findings&);
 void find_missing_uuids(const Definition&, Findings&);
@@ -40,7 +44,11 @@ void find_empty_modules(const Definition&, Findings&);
 void find_empty_groups(const Definition&, Findings&);
 void find_missing_entries(const Definition&, Findings&);
 void find_second_bases(const Definition&, Findings&);
+
+// section_rules
 void find_sections_twice(const Definition&, Findings&);
+
+// memory_rules
 void find_duplicate_classes(const Definition&, Findings&);
 void find_overlapping_classes(const Definition&, Findings&);
 

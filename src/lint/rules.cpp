@@ -1,7 +1,9 @@
 #include "lint/rules.h"
 
 #include <algorithm>
+#include <stdexcept>
 
+#include "companion/ground/nearest.h"
 #include "lint/rule_functions.h"
 
 namespace tova_fw_builder {
@@ -116,6 +118,19 @@ std::span<const Rule> rules() { return kRules; }
 const Rule* find_rule(std::string_view id) {
   const auto* const found = std::ranges::find(kRules, id, &Rule::id);
   return found == std::end(kRules) ? nullptr : found;
+}
+
+std::string no_rule_text(std::string_view id) {
+  Nearest near(id);
+  for (const Rule& rule : kRules) near.offer(rule.id);
+  return "there is no rule " + in_quotes(id) + near.question();
+}
+
+void check_rule_name(std::string_view id) {
+  if (id == kRefused) {
+    throw std::runtime_error("what the builder refuses can't be silenced");
+  }
+  if (find_rule(id) == nullptr) throw std::runtime_error(no_rule_text(id));
 }
 
 }  // namespace tova_fw_builder

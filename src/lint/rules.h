@@ -3,6 +3,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "lint/definition.h"
@@ -26,5 +27,12 @@ std::span<const Rule> rules();
 const Rule* find_rule(std::string_view id);
 
 inline constexpr std::string_view kRefused = "refused";
+
+// "there is no rule 'ID'; did you mean 'NAME'?"
+std::string no_rule_text(std::string_view id);
+
+// Throws std::runtime_error with that text, or "what the builder refuses can't
+// be silenced".
+void check_rule_name(std::string_view id);
 
 }  // namespace tova_fw_builder

@@ -1,5 +1,7 @@
-// Sections of the definition against those that the linker produced.
+// Sections of the definition: those that it lists twice, and all of them
+// against those that the linker produced.
 #include <algorithm>
+#include <map>
 #include <unordered_set>
 
 #include "companion/ground/message_text.h"
@@ -10,6 +12,23 @@
 namespace tova_fw_builder {
 
 namespace {
+
+bool is_built_in(const LintStatement& opened) {
+  const auto kind = word_at(opened, 1);
+  return (kind == "b" || kind == "ba") && opened.words.size() > 1;
+}
+
+bool is_in_bss(const Definition& definition, const LintStatement& section) {
+  const LintBlock& group = definition.blocks[section.block];
+  return group.kind == BlockKind::kGroup &&
+         name_of(definition.statements[group.opened_by], BlockKind::kModule) ==
+             "bss";
+}
+
+Spot name_spot(const Definition& definition, const LintStatement& section) {
+  const Taken taken = taken_words(*form_of(definition, section), section);
+  return section.words[std::min(taken.name, section.words.size() - 1)].spot;
+}
 
 class SectionNames {
  public:
@@ -55,6 +74,36 @@ void find_missing_ignored(const Linked& linked, SectionNames& names,
 }
 
 }  // namespace
+
+void find_sections_twice(const Definition& definition, Findings& out) {
+  // What stands in built-in modules stands elsewhere, too; but two don't start
+  // at one place.
+  std::map<std::string_view, const LintStatement*> carried;
+  std::map<std::string_view, const LintStatement*> entries;
+  for (const LintStatement& statement : definition.statements) {
+    const LintBlock& block = definition.blocks[statement.block];
+    const bool is_dyn_mem = statement.key() == "dyn_mem";
+    const bool is_section =
+        block.kind == BlockKind::kGroup && statement.key() == "section";
+    if (!is_dyn_mem && !is_section) continue;
+    const LintBlock& module = definition.blocks[is_section ? block.parent : 0];
+    const bool is_inner =
+        is_section && is_built_in(definition.statements[module.opened_by]);
+    if (is_inner && word_at(statement, 1) != "ep") continue;
+    const auto name = name_of(statement, block.kind);
+    const auto [place, is_new] =
+        (is_inner ? entries : carried).try_emplace(name, &statement);
+    if (is_new) continue;
+    out.add(name_spot(definition, statement),
+            is_inner ? in_quotes(name) + " is the entry of two built-in modules"
+                     : in_quotes(name) + " is listed twice: " +
+                           (is_dyn_mem || is_in_bss(definition, statement)
+                                ? "its memory counts twice"
+                                : "its bytes count and stand in the image "
+                                  "twice"))
+        .notes.push_back({place->second->spot(), "the first time"});
+  }
+}
 
 void find_missing_sections(const Linked& linked, Findings& out) {
   SectionNames names(linked.image_map);

@@ -1,5 +1,6 @@
-// Words that are missing, too many, or not what they look like. The readers
-// never refuse these: a statement takes what it knows and leaves the rest.
+// Statements with words that are missing or too many, and those that stand
+// twice. The readers never refuse these: a statement takes what it knows and
+// leaves the rest.
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -168,19 +169,6 @@ void find_extra_words(const Definition& definition, Findings& out) {
                            (operands == 2 ? " takes one word for a value"
                                           : " takes one name"));
   });
-}
-
-void find_unknown_kinds(const Definition& definition, Findings& out) {
-  for (const LintStatement& statement : definition.statements) {
-    if (form_of(definition, statement)->shape != Shape::kModule) continue;
-    const std::string_view word = word_at(statement, 1);
-    const std::string_view next = word_at(statement, 2);
-    if (next.empty() || next.starts_with('#') || is_module_kind(word)) continue;
-    out.add(statement.words[1].spot,
-            in_quotes(word) + " is no kind, so the module is called " +
-                in_quotes(word) + " and " + in_quotes(next) +
-                " is ignored; the kinds are b, ba, d, da, l and o");
-  }
 }
 
 void find_repeated_statements(const Definition& definition, Findings& out) {
