@@ -12,6 +12,7 @@
 #include "driver/ground/log.h"
 #include "harness.h"
 #include "lint/report_json.h"
+#include "lint/report_sarif.h"
 #include "lint/report_text.h"
 #include "lint/rules.h"
 

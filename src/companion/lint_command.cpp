@@ -19,6 +19,7 @@
 #include "driver/ground/native_path.h"
 #include "lint/lint.h"
 #include "lint/report_json.h"
+#include "lint/report_sarif.h"
 #include "lint/report_text.h"
 #include "lint/rules.h"
 

@@ -4,6 +4,10 @@
 
 namespace tova_fw_builder {
 
+std::string_view level_name(Level level) {
+  return level == Level::kError ? "error" : "warning";
+}
+
 std::string in_quotes(std::string_view word) {
   constexpr std::size_t kMostCharacters = 60;
   const std::size_t length = length_of_characters(word, kMostCharacters);

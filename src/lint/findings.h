@@ -10,6 +10,9 @@ namespace tova_fw_builder {
 
 enum class Level { kWarning, kError };
 
+// "warning" or "error".
+std::string_view level_name(Level level);
+
 // A word, or some of a line, in one of the files that were read.
 struct Spot {
   std::uint32_t file = 0;    // index in the lint's sources

@@ -7,6 +7,7 @@
 #include "companion/ground/message_text.h"
 #include "driver/ground/files.h"
 #include "input_map/fw_image_map.h"
+#include "lint/refusal_of_tables.h"
 #include "lint/statement_forms.h"
 #include "memory_map/measures.h"
 #include "signing/keys/key_list.h"
@@ -93,17 +94,6 @@ void link_modules(const Definition& definition, Linked& linked) {
   }
 }
 
-// The builder's message names neither of its two lists.
-bool is_key_list_at_fault(const BuildInputs& inputs) {
-  if (inputs.key_list_path.empty()) return false;
-  try {
-    const KeyList list(inputs.key_list_path);
-    return false;
-  } catch (const std::runtime_error&) {
-    return true;
-  }
-}
-
 // Ahead of the binding, which ends at the first thing that it refuses.
 void bind_headers(FwOutMap& map, const FwImageMap& image_map) {
   const auto bind = [&image_map](FwOutMap::Section& section) {
@@ -135,47 +125,6 @@ void read_elfs(const ElfList& elfs, Spot list, Linked& linked) {
   }
 }
 
-// Whether a section table has a section, as far as it can be read.
-bool has_section(const std::string& table, const std::string& name) {
-  FwImageMap map;
-  try {
-    read_section_table(map, *open_input(table), nullptr);
-  } catch (const std::runtime_error&) {
-  }
-  return map.sections.contains(name);
-}
-
-// Where the builder stopped: at a table, which may repeat a name of one above;
-// else it is the list as a whole.
-void explain_unread(const std::string& path, Linked& linked) {
-  const auto table_spot = [&linked](std::size_t number) {
-    const auto line = static_cast<std::uint32_t>(3 * number + 2);
-    return Spot{linked.elf_list.file, line, 0, 0};
-  };
-  linked.unread_at = linked.elf_list;
-  ElfList elfs;
-  std::size_t read = 0;
-  try {
-    elfs = read_elf_list(path);
-    for (FwImageMap all; read < elfs.size(); ++read) {
-      read_section_table(all, *open_input(elfs[read].memmap), nullptr);
-    }
-  } catch (const std::runtime_error&) {
-  }
-  if (read == elfs.size()) return;
-  linked.unread_at = table_spot(read);
-  constexpr std::string_view kDuplicate = "Duplicated section found: ";
-  if (!linked.refusal->starts_with(kDuplicate)) return;
-  const std::string name = linked.refusal->substr(kDuplicate.size());
-  for (std::size_t i = 0; i < read; ++i) {
-    if (!has_section(elfs[i].memmap, name)) continue;
-    *linked.refusal +=
-        "; " + elfs[i].elf + " and " + elfs[read].elf + " have one each";
-    linked.unread_notes.push_back({table_spot(i), "the first one"});
-    return;
-  }
-}
-
 bool cannot_open(const std::exception& error) {
   return std::string_view(error.what()).starts_with("Failed to open file");
 }
@@ -197,13 +146,12 @@ Linked link(const Definition& definition, const BuildInputs& inputs,
     read_elfs(elfs, linked.elf_list, linked);
   } catch (const std::runtime_error& error) {
     if (cannot_open(error)) throw;
-    linked.refusal = without_key_bytes(error.what());
-    if (is_key_list_at_fault(inputs)) {
-      *linked.refusal +=
-          "; this is said of the key list, " + inputs.key_list_path;
-    }
+    UnreadTables unread = explain_tables(inputs, linked.elf_list,
+                                         without_key_bytes(error.what()));
     linked.is_unread = true;
-    explain_unread(inputs.elf_list_path, linked);
+    linked.refusal = std::move(unread.text);
+    linked.unread_at = unread.spot;
+    linked.unread_notes = std::move(unread.notes);
     return linked;
   }
   link_modules(definition, linked);

@@ -5,9 +5,9 @@
 #include <optional>
 
 #include "companion/ground/message_text.h"
+#include "lint/refusal_by_writing.h"
 #include "lint/rule_functions.h"
 #include "lint/statement_forms.h"
-#include "lint/writing.h"
 
 namespace tova_fw_builder {
 

@@ -1,89 +1,20 @@
+// What is of a file as a whole stands at its line 1: there is no place without
+// a line.
 #include "lint/report_json.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "lint/report_text.h"
-#include "lint/rules.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-std::string_view level_name(Level level) {
-  return level == Level::kError ? "error" : "warning";
-}
 
 Json place_json(const LintReport& report, const std::string& folder,
                 const Spot& spot) {
   return {{"file", shown_path(report.sources[spot.file].path, folder)},
           {"line", std::max(spot.line, 1u)},
           {"column", spot.line == 0 ? 1 : shown_column(report, spot)}};
-}
-
-// All but what a path may have as it is, of RFC 3986.
-std::string uri_of(std::string_view path) {
-  constexpr std::string_view kPlain =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string uri = path.starts_with('/') ? "file://" : "";
-  for (const char c : path) {
-    if (kPlain.find(c) != kPlain.npos) {
-      uri += c;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(c);
-    uri += '%';
-    uri += kDigits[byte >> 4];
-    uri += kDigits[byte & 15];
-  }
-  return uri;
-}
-
-Json location_json(const LintReport& report, const std::string& folder,
-                   const Spot& spot) {
-  const std::string path = shown_path(report.sources[spot.file].path, folder);
-  Json artifact = {{"uri", uri_of(path)}};
-  if (!path.starts_with('/')) artifact["uriBaseId"] = "SRCROOT";
-  Json location = {{"artifactLocation", std::move(artifact)}};
-  if (spot.line != 0) {
-    const std::uint32_t column = shown_column(report, spot);
-    Spot end = spot;
-    end.column += spot.length;
-    location["region"] = {
-        {"startLine", spot.line},
-        {"startColumn", column},
-        {"endColumn", std::max(shown_column(report, end), column)}};
-  }
-  return {{"physicalLocation", std::move(location)}};
-}
-
-Json rules_json() {
-  Json all = Json::array();
-  for (const Rule& rule : rules()) {
-    all.push_back(
-        {{"id", rule.id},
-         {"shortDescription", {{"text", std::string(rule.description) + '.'}}},
-         {"defaultConfiguration", {{"level", level_name(rule.level)}}}});
-  }
-  return all;
-}
-
-Json result_json(const LintReport& report, const std::string& folder,
-                 const Finding& finding) {
-  Json result = {{"ruleId", finding.rule},
-                 {"ruleIndex", find_rule(finding.rule) - rules().data()},
-                 {"level", level_name(finding.level)},
-                 {"message", {{"text", finding.text}}},
-                 {"locations",
-                  Json::array({location_json(report, folder, finding.spot)})}};
-  Json related = Json::array();
-  for (const Note& note : finding.notes) {
-    related.push_back(location_json(report, folder, note.spot));
-    related.back()["message"] = {{"text", note.text}};
-  }
-  if (!related.empty()) result["relatedLocations"] = std::move(related);
-  return result;
 }
 
 }  // namespace
@@ -103,24 +34,6 @@ Json findings_json(const LintReport& report, const std::string& folder) {
     findings.push_back(std::move(one));
   }
   return {{"schema", 1}, {"findings", std::move(findings)}};
-}
-
-Json findings_sarif(const LintReport& report, const std::string& folder,
-                    const std::string& version) {
-  Json results = Json::array();
-  for (const Finding& finding : report.findings) {
-    results.push_back(result_json(report, folder, finding));
-  }
-  const Json driver = {
-      {"name", "tova_fw lint"}, {"version", version}, {"rules", rules_json()}};
-  const Json run = {
-      {"tool", {{"driver", driver}}},
-      {"columnKind", "unicodeCodePoints"},
-      {"originalUriBaseIds", {{"SRCROOT", {{"uri", uri_of(folder + '/')}}}}},
-      {"results", std::move(results)}};
-  return {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-          {"version", "2.1.0"},
-          {"runs", Json::array({run})}};
 }
 
 }  // namespace tova_fw_builder

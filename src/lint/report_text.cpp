@@ -85,9 +85,9 @@ void print_findings(std::ostream& out, const LintReport& report,
   for (const Finding& finding : report.findings) {
     const bool is_error = finding.level == Level::kError;
     out << colours.bold << place(finding.spot) << colours.plain
-        << (is_error ? colours.bad : colours.bold)
-        << (is_error ? "error" : "warning") << colours.plain << ": "
-        << printable(finding.text) << " [" << finding.rule << "]\n";
+        << (is_error ? colours.bad : colours.bold) << level_name(finding.level)
+        << colours.plain << ": " << printable(finding.text) << " ["
+        << finding.rule << "]\n";
     if (shows_lines) print_line(out, report, finding.spot, colours);
     for (const Note& note : finding.notes) {
       out << colours.bold << place(note.spot) << colours.plain

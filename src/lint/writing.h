@@ -1,10 +1,9 @@
 // lint/writing.h
 // What the builder does with a bound map: which bytes go where. Nothing is
-// written here, so that lint knows what only the writing would find.
+// written here.
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "layout/records/out_map.h"
@@ -38,13 +37,5 @@ struct Writing {
 
 // For a map that connect_and_check took.
 Writing plan_writing(const FwOutMap& bound);
-
-// Why the builder fails once it writes; empty if it doesn't.
-struct WritingRefusal {
-  std::string text;              // the builder's own
-  std::string more;              // what it is about, in words; may be empty
-  const void* record = nullptr;  // section, group or class; null for the image
-};
-WritingRefusal refusal_of_writing(const FwOutMap& bound);
 
 }  // namespace tova_fw_builder

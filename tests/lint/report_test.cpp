@@ -4,6 +4,7 @@
 
 #include "lint/linted.h"
 #include "lint/report_json.h"
+#include "lint/report_sarif.h"
 #include "lint/report_text.h"
 
 namespace tova_fw_builder {
