@@ -84,6 +84,16 @@ void add_name(std::string& names, std::string_view name) {
   names += name;
 }
 
+std::vector<std::string> single_names(std::string_view names) {
+  std::vector<std::string> single;
+  while (!names.empty()) {
+    const std::size_t end = std::min(names.find(' '), names.size());
+    single.emplace_back(names.substr(0, end));
+    names.remove_prefix(std::min(end + 1, names.size()));
+  }
+  return single;
+}
+
 Field placed(Field field, std::uint64_t offset, std::uint64_t length) {
   field.offset = offset;
   field.length = length;

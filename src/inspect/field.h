@@ -73,8 +73,9 @@ Field bool_field(std::string_view name, bool value);
 Field text_field(std::string_view name, std::string text);
 Field names_field(std::string_view name, std::string names);
 
-// Adds one more to the names of such a field.
+// Adds one more to the names of such a field; takes them apart.
 void add_name(std::string& names, std::string_view name);
+std::vector<std::string> single_names(std::string_view names);
 
 // The same field with bytes of its own.
 Field placed(Field field, std::uint64_t offset, std::uint64_t length);

@@ -1,18 +1,16 @@
 #include "inspect/check/beside_files.h"
 
 #include <algorithm>
-#include <string>
 
 #include "driver/ground/numbers.h"
 #include "image/records/binary_header.h"
-#include "inspect/check/places.h"
+#include "inspect/check/memory_bank.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {
 namespace {
 
 constexpr std::uint64_t kHead = 4096;
-constexpr std::uint64_t kWord = 8;  // that split deals out
 
 struct Kind {
   std::string_view mark;
@@ -42,32 +40,9 @@ constexpr Kind kByEnding[] = {
     {".html", "a page"},
 };
 
-// The words of one parity, zeros behind the end.
-std::string words_of_bank(const CheckedFile& file, bool is_odd,
-                          std::uint64_t offset, std::uint64_t length) {
-  std::string both(2 * length, '\0');
-  file.source.read(2 * offset, both);
-  std::string words;
-  for (std::size_t at = is_odd ? kWord : 0; at < both.size(); at += 2 * kWord) {
-    words.append(both, at, kWord);
-  }
-  return words;
-}
-
-bool is_bank_of(const CheckedFile& bank, const CheckedFile& file, bool is_odd) {
-  constexpr std::uint64_t kPiece = 64 * 1024;
-  const std::uint64_t length = bank.inspected.length;
-  // A short piece first: mostly that is enough.
-  std::uint64_t piece = kHead;
-  for (std::uint64_t at = 0; at < length; at += piece, piece = kPiece) {
-    piece = std::min(piece, length - at);
-    if (bank.source.bytes(at, piece) !=
-        words_of_bank(file, is_odd, at, piece)) {
-      return false;
-    }
-  }
-  return true;
-}
+// Of what is no text, and has no contents of an image.
+constexpr std::string_view kOtherEndings[] = {".elf", ".o",  ".a",  ".sig",
+                                              ".der", ".gz", ".xz", ".zip"};
 
 // A manifest of 1.5 or a binary.
 bool has_modules(const CheckedFile& file) {
@@ -117,18 +92,10 @@ std::string_view beside_kind(const CheckedFile& file) {
   return "";
 }
 
-MemoryBank memory_bank(const CheckedFile& bank,
-                       const std::vector<CheckedFile>& files) {
-  for (const CheckedFile& file : files) {
-    const std::uint64_t words = file.inspected.length / kWord;
-    const std::uint64_t length = bank.inspected.length;
-    // Of a single word there is no half.
-    if (words < 2 || length != (words + 1) / 2 * kWord) continue;
-    for (const bool is_odd : {false, true}) {
-      if (is_bank_of(bank, file, is_odd)) return {&file, is_odd};
-    }
-  }
-  return {};
+bool is_other_file(const CheckedFile& file) {
+  return std::ranges::any_of(kOtherEndings, [&](std::string_view ending) {
+    return has_ending(file.path, ending);
+  });
 }
 
 bool is_of_image_by_name(const CheckedFile& file,
@@ -167,6 +134,10 @@ bool has_ending(std::string_view path, std::string_view ending) {
   return std::ranges::equal(
       ending, path.substr(path.size() - ending.size()),
       [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b + 32 : b); });
+}
+
+std::string base_name(std::string_view path) {
+  return std::string(path.substr(path.find_last_of("/\\") + 1));
 }
 
 }  // namespace tova_fw_builder

@@ -2,6 +2,7 @@
 // What lies beside an image and is no part of it.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -13,16 +14,8 @@ namespace tova_fw_builder {
 // companion makes, such as "a dependency file"; empty if it is none of them.
 std::string_view beside_kind(const CheckedFile& file);
 
-// A memory bank that `tova_fw_builder split` has made.
-struct MemoryBank {
-  const CheckedFile* of = nullptr;  // the file that was split; null if none was
-  bool is_odd = false;              // the bank has its odd words
-};
-
-// Which of the files, of two words of 8 bytes or more, was split, so that one
-// of its banks is `bank`.
-MemoryBank memory_bank(const CheckedFile& bank,
-                       const std::vector<CheckedFile>& files);
+// Whether it is by its ending what other tools leave beside an image.
+bool is_other_file(const CheckedFile& file);
 
 // Whether it has to be of the image: by its ending, or as a package descriptor
 // among the files has its name.
@@ -36,6 +29,9 @@ bool is_piece(const CheckedFile& file, const std::vector<CheckedFile>& files);
 
 // Whether all of the bytes may be text.
 bool is_text(std::string_view bytes);
+
+// The last part of a path.
+std::string base_name(std::string_view path);
 
 // Whether a path ends so; `ending` in small letters, the path in any.
 bool has_ending(std::string_view path, std::string_view ending);

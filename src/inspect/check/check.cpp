@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "companion/ground/message_text.h"
 #include "inspect/check/checks.h"
+#include "inspect/check/image_summary.h"
 #include "inspect/check/unknown_files.h"
 #include "inspect/inspect.h"
 #include "inspect/recognise.h"
@@ -70,47 +70,6 @@ constexpr Check kChecks[] = {
     {"key-store", check_key_store, "give --key-list", never},
 };
 
-std::string generation_of(const ImageFiles& image, const CheckedFile& header) {
-  if (header.inspected.format == Format::kManifest15) return "1.5";
-  if (is_30(header)) return "3.0";
-  return image.metadata.empty()
-             ? "1.8 or 2.5"
-             : std::string(
-                   text_at(image.metadata[0]->inspected.root, "generation"));
-}
-
-std::string signature_of(const CheckedFile& manifest) {
-  constexpr std::size_t kDigits = 8;
-  const Field& root = manifest.inspected.root;
-  if (number_at(root, "signed") == 0) return "unsigned";
-  return std::string("signed ") +
-         (number_at(root, "css.debug") != 0 ? "debug " : "release ") +
-         std::string(text_at(root, "public_key_hash").substr(0, kDigits)) +
-         "\u2026";
-}
-
-// Of several headers, that of a signed manifest; a debug signature is not to
-// hide behind another one.
-std::string summary_of(const ImageFiles& image) {
-  if (image.headers.empty()) return "";
-  const auto rank = [](const CheckedFile* file) {
-    const Field& root = file->inspected.root;
-    return number_at(root, "signed") +
-           number_at(root, "signed") * number_at(root, "css.debug");
-  };
-  const CheckedFile& header =
-      **std::ranges::max_element(image.headers, {}, rank);
-  const bool is_15 = header.inspected.format == Format::kManifest15;
-  const std::string version = image_version(header.inspected.root);
-  std::string text =
-      "firmware " + version + "  generation " + generation_of(image, header) +
-      "  " +
-      counted(is_15 ? main_length(header) : header.inspected.length, "byte");
-  if (is_15) text += "  " + signature_of(header);
-  if (is_30(header)) text += "  contents without hashes";
-  return text;
-}
-
 }  // namespace
 
 CheckedFile checked_file(std::string path, ByteSource source) {
@@ -150,7 +109,7 @@ Checked check_image(const std::vector<CheckedFile>& files,
   checked.has_known = std::ranges::any_of(files, [](const CheckedFile& file) {
     return file.inspected.format != Format::kEmbedded;
   });
-  checked.summary = summary_of(image);
+  checked.summary = image_summary(image);
   return checked;
 }
 
@@ -169,11 +128,6 @@ std::vector<std::string_view> ids_of(const Checked& checked,
     }
   }
   return ids;
-}
-
-std::string_view result_name(CheckResult result) {
-  constexpr std::string_view kNames[] = {"ok", "FAILED", "not checked"};
-  return kNames[static_cast<std::size_t>(result)];
 }
 
 }  // namespace tova_fw_builder

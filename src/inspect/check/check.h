@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "inspect/check/check_lines.h"
 #include "inspect/check/checked_file.h"
 
 namespace tova_fw_builder {
@@ -34,8 +35,5 @@ bool holds(const Checked& checked);
 // The ids of such lines, each once, in the order of the checks.
 std::vector<std::string_view> ids_of(const Checked& checked,
                                      bool (*is_it)(const CheckLine& line));
-
-// "ok", "FAILED", "not checked".
-std::string_view result_name(CheckResult result);
 
 }  // namespace tova_fw_builder

@@ -1,5 +1,5 @@
 // inspect/check/checked_file.h
-// What goes into a check and what comes out.
+// What goes into a check; and of what comes out, the files that it can't judge.
 #pragma once
 
 #include <optional>
@@ -41,18 +41,6 @@ struct UnknownFile {
   Kind kind = Kind::kTrouble;
   bool is_gap = false;  // of kBeside: it may be a part of the image
   std::string text;     // what to tell of it
-};
-
-enum class CheckResult { kOk, kFailed, kNotChecked };
-
-struct CheckLine {
-  std::string_view id;
-  CheckResult result = CheckResult::kNotChecked;
-  std::string file;  // its path; empty if none is at hand
-  std::string text;  // what was found; of what isn't checked, the cure
-  // Not checked, though the image has what the check is for: something wasn't
-  // given. No gap is what nobody asked for and what the format doesn't have.
-  bool is_gap = false;
 };
 
 }  // namespace tova_fw_builder

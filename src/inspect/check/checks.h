@@ -3,32 +3,38 @@
 // the check needs is among the files.
 #pragma once
 
+#include "inspect/check/check_lines.h"
 #include "inspect/check/image_files.h"
 
 namespace tova_fw_builder {
 
-// shape_checks.cpp: each file by itself.
+// structure_check.cpp: each file by itself, and what is no part of the image.
 void check_structure(const ImageFiles& image, Report& report);
-void check_length(const ImageFiles& image, Report& report);
-void check_pages(const ImageFiles& image, Report& report);
-void check_segments_apart(const ImageFiles& image, Report& report);
 
 // one_image_check.cpp: whether they are of one image, a part of
 // check_structure.
 void check_one_image(const ImageFiles& image, Report& report);
 
-// length_30.cpp: the length of a binary of 3.0, a part of check_length.
-void check_length_30(const CheckedFile& binary, Report& report);
+// length_check.cpp: each file, and the binary as its manifest tells it.
+void check_length(const ImageFiles& image, Report& report);
+void check_image_length(const ImageFiles& image, Report& report);
 
-// module_checks.cpp: the modules and their contents.
+// segment_checks.cpp: where segments stand.
+void check_pages(const ImageFiles& image, Report& report);
+void check_segments_apart(const ImageFiles& image, Report& report);
+
+// symbol_checks.cpp: the exported symbols.
 void check_symbol_names(const ImageFiles& image, Report& report);
 void check_symbols_kept(const ImageFiles& image, Report& report);
+
+// module_checks.cpp: the modules and their contents.
 void check_uuids(const ImageFiles& image, Report& report);
 void check_module_hash(const ImageFiles& image, Report& report);
 
-// build_checks.cpp: files of one build.
+// image_digest_check.cpp: the contents as a whole.
 void check_image_digest(const ImageFiles& image, Report& report);
-void check_image_length(const ImageFiles& image, Report& report);
+
+// extended_manifest_check.cpp: the order of the modules.
 void check_extended_manifest(const ImageFiles& image, Report& report);
 
 // package_check.cpp: the package descriptor of the build.

@@ -1,8 +1,8 @@
 #include "inspect/check/image_files.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
 #include "inspect/check/beside_files.h"
 #include "layout/records/out_map.h"
@@ -118,15 +118,13 @@ std::string image_version(const Field& root) {
   return version;
 }
 
-void Report::add(CheckResult result, std::string file, std::string text,
-                 bool is_gap) {
-  const bool is_told = std::ranges::any_of(lines_, [&](const CheckLine& line) {
-    return line.id == id_ && line.result == result && line.file == file &&
-           line.text == text;
-  });
-  if (!is_told) {
-    lines_.push_back({id_, result, std::move(file), std::move(text), is_gap});
-  }
+std::uint64_t names_end(const Field& names_length) {
+  return names_length.offset + names_length.length + names_length.number;
+}
+
+std::string behind_signer_part(const DigestPair& pair) {
+  if (pair.signer_part == 0) return "";
+  return " behind the " + counted(pair.signer_part, "byte") + " of a signer";
 }
 
 }  // namespace tova_fw_builder

@@ -1,6 +1,6 @@
 // inspect/check/image_files.h
-// What the checks work on: the files by their parts in the image, where the
-// contents of each module stand, and the lines that come out.
+// What the checks work on: the files by their parts in the image, and where the
+// contents of each module stand.
 #pragma once
 
 #include <deque>
@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "inspect/check/checked_file.h"
+#include "inspect/check/contents_plan.h"
 #include "inspect/check/digests.h"
 #include "inspect/check/key_store_search.h"
-#include "inspect/check/places.h"
 
 namespace tova_fw_builder {
 
@@ -22,6 +22,9 @@ struct DigestPair {
   std::uint64_t signer_part = 0;  // bytes in front, which came later
   std::size_t digest = 0;         // of the binary behind them
 };
+
+// " behind the 4096 bytes of a signer", or nothing.
+std::string behind_signer_part(const DigestPair& pair);
 
 struct ImageFiles {
   explicit ImageFiles(const CheckOptions& given) : options(given) {}
@@ -61,50 +64,7 @@ ImageFiles sort_files(const std::vector<CheckedFile>& files,
 bool is_30(const CheckedFile& binary);
 // Of the header: "1.4.0.27".
 std::string image_version(const Field& root);
-
-// The lines of one check.
-class Report {
- public:
-  Report(std::string_view id, std::vector<CheckLine>& lines)
-      : id_(id), lines_(lines) {}
-
-  void ok(const CheckedFile& file, std::string text) {
-    add(CheckResult::kOk, file.path, std::move(text));
-  }
-  void failed(const CheckedFile& file, std::string text) {
-    ++failures_;
-    add(CheckResult::kFailed, file.path, std::move(text));
-  }
-  void failed(std::string text) {
-    ++failures_;
-    add(CheckResult::kFailed, "", std::move(text));
-  }
-  // What could be checked if something more was given.
-  void not_checked(const CheckedFile& file, std::string text) {
-    add(CheckResult::kNotChecked, file.path, std::move(text), true);
-  }
-  void not_checked(std::string text) {
-    add(CheckResult::kNotChecked, "", std::move(text), true);
-  }
-  // What nobody asked for, or what the format or the image doesn't have.
-  void not_due(const CheckedFile& file, std::string text) {
-    add(CheckResult::kNotChecked, file.path, std::move(text));
-  }
-  void not_due(std::string text) {
-    add(CheckResult::kNotChecked, "", std::move(text));
-  }
-
-  // How many have failed so far: a file is ok if none came behind a mark.
-  std::size_t failures() const { return failures_; }
-
- private:
-  // Two manifests of one image say the same of its contents: once is enough.
-  void add(CheckResult result, std::string file, std::string text,
-           bool is_gap = false);
-
-  std::string_view id_;
-  std::vector<CheckLine>& lines_;
-  std::size_t failures_ = 0;
-};
+// Where the names of a symbol table end, which stand behind their length.
+std::uint64_t names_end(const Field& names_length);
 
 }  // namespace tova_fw_builder

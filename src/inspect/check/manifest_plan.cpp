@@ -6,8 +6,9 @@
 #include <string_view>
 
 #include "inspect/addon_name.h"
-#include "inspect/check/places.h"
-#include "inspect/check/roles.h"
+#include "inspect/check/addon_roles.h"
+#include "inspect/check/beside_files.h"
+#include "inspect/check/contents_plan.h"
 #include "layout/records/addon_file.h"
 #include "layout/records/out_map.h"
 
@@ -61,8 +62,9 @@ class ManifestPlanner {
 
   // The descriptor names the modules ahead of the first addon or library.
   std::size_t named_modules() const {
-    return package_ == nullptr ? 0
-                               : words_of(text_at(*package_, "modules")).size();
+    return package_ == nullptr
+               ? 0
+               : single_names(text_at(*package_, "modules")).size();
   }
 
   // A module behind these that has no line of its own in the descriptor is one
@@ -302,20 +304,6 @@ class ManifestPlanner {
 };
 
 }  // namespace
-
-std::vector<std::string> words_of(std::string_view text) {
-  std::vector<std::string> words;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find(' '), text.size());
-    words.emplace_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return words;
-}
-
-std::string base_name(std::string_view path) {
-  return std::string(path.substr(path.find_last_of("/\\") + 1));
-}
 
 std::uint64_t main_length(const CheckedFile& manifest) {
   const Field& root = manifest.inspected.root;

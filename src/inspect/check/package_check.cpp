@@ -10,6 +10,7 @@
 #include "companion/ground/message_text.h"
 #include "driver/ground/native_path.h"
 #include "inspect/addon_name.h"
+#include "inspect/check/beside_files.h"
 #include "inspect/check/checks.h"
 
 namespace tova_fw_builder {
@@ -68,7 +69,7 @@ std::size_t check_modules(const CheckedFile& package, const Listed& listed,
                           const CheckedFile& header, Report& report) {
   constexpr std::size_t kNameLength = 8;  // in a header
   const std::vector<std::string> names =
-      words_of(text_at(package.inspected.root, "modules"));
+      single_names(text_at(package.inspected.root, "modules"));
   const std::vector<Field>& modules =
       find(header.inspected.root, "modules")->members;
   for (std::size_t i = 0; i < std::min(names.size(), modules.size()); ++i) {

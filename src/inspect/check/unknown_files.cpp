@@ -7,6 +7,7 @@
 
 #include "companion/ground/message_text.h"
 #include "inspect/check/beside_files.h"
+#include "inspect/check/memory_bank.h"
 #include "inspect/compare/byte_difference.h"
 #include "inspect/inspect.h"
 
@@ -16,21 +17,13 @@ namespace {
 constexpr std::uint64_t kHead = 4096;
 constexpr std::uint64_t kSearched = 1024 * 1024;
 
-// What tools leave beside an image that is no text.
-constexpr std::string_view kOtherFiles[] = {".elf", ".o",  ".a",  ".sig",
-                                            ".der", ".gz", ".xz", ".zip"};
-
 bool is_named_like_contents(const CheckedFile& file) {
   return has_ending(file.path, ".bin") || has_ending(file.path, ".img");
 }
 
 bool may_be_contents(const CheckedFile& file) {
   if (is_named_like_contents(file)) return true;
-  if (std::ranges::any_of(kOtherFiles, [&](std::string_view ending) {
-        return has_ending(file.path, ending);
-      })) {
-    return false;
-  }
+  if (is_other_file(file)) return false;
   const std::string head = file.source.bytes(0, kHead);
   return !is_text(head) && beside_kind(file).empty();
 }

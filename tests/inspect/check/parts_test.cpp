@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
+#include "inspect/check/addon_roles.h"
 #include "inspect/check/check.h"
 #include "inspect/check/digests.h"
 #include "inspect/check/key_store_search.h"
-#include "inspect/check/roles.h"
 #include "support/bytes.h"
 
 namespace tova_fw_builder {

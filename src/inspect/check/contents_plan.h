@@ -1,5 +1,6 @@
-// inspect/check/places.h
-// Where the contents of the modules stand.
+// inspect/check/contents_plan.h
+// Where the contents of the modules stand, and how long the files must be that
+// have them.
 #pragma once
 
 #include <cstddef>
@@ -70,11 +71,5 @@ ModulePlace place_of(const Field& module);
 std::vector<const Field*> stored_segments(const Field& module);
 
 std::uint64_t bytes_of(const Field& segment);  // its pages
-
-// The words of a text that have one blank between them.
-std::vector<std::string> words_of(std::string_view text);
-
-// The last part of a path.
-std::string base_name(std::string_view path);
 
 }  // namespace tova_fw_builder

@@ -1,10 +1,10 @@
-// The header of 3.0 is written ahead of the contents and counts none of them,
-// and ahead of an addon stand as many zeros as its load address asks for, which
-// the header doesn't tell either. Where segments run where they are loaded, the
-// run addresses tell the zeros: what they tell counts if the file bears it out.
+// The length of each file against the one that is told: by its own header, or
+// by the manifest of its image. Only that of a binary of 3.0 isn't told.
 #include <algorithm>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
@@ -13,6 +13,32 @@
 
 namespace tova_fw_builder {
 namespace {
+
+void compare_length(const CheckedFile& file, std::uint64_t expected,
+                    const std::string& teller, Report& report) {
+  const std::uint64_t length = file.inspected.length;
+  if (length == expected) {
+    report.ok(file, counted(length, "byte"));
+    return;
+  }
+  const bool is_cut = length < expected;
+  report.failed(
+      file, counted(length, "byte") + ", " +
+                std::to_string(is_cut ? expected - length : length - expected) +
+                (is_cut ? " fewer" : " more") + " than " + teller + " tells");
+}
+
+// Unsigned, the symbol table makes a manifest longer than its size.
+void check_manifest_length(const CheckedFile& manifest, Report& report) {
+  const Field& root = manifest.inspected.root;
+  std::uint64_t expected = number_at(root, "css.size") * 4;
+  const Field* count = find(root, "symbol_table.count");
+  const Field* names = find(root, "symbol_table.names_length");
+  if (number_at(root, "signed") == 0 && count != nullptr && names != nullptr) {
+    expected += names_end(*names) - count->offset;
+  }
+  compare_length(manifest, expected, "its size", report);
+}
 
 bool is_zero(const ByteSource& source, Span span) {
   bool all_zero = true;
@@ -23,6 +49,10 @@ bool is_zero(const ByteSource& source, Span span) {
   return all_zero;
 }
 
+// The header of 3.0 is written ahead of the contents and counts none of them,
+// and ahead of an addon stand as many zeros as its load address asks for, which
+// the header doesn't tell either. Where segments run where they are loaded, the
+// run addresses tell the zeros: what they tell counts if the file bears it out.
 struct Told {
   std::uint64_t least = 0;  // without any zeros between
   std::uint64_t end = 0;
@@ -82,8 +112,6 @@ bool is_borne_out(const Told& told, const CheckedFile& binary) {
          });
 }
 
-}  // namespace
-
 void check_length_30(const CheckedFile& binary, Report& report) {
   const Told told = told_by(binary.inspected.root);
   const std::uint64_t length = binary.inspected.length;
@@ -106,6 +134,70 @@ void check_length_30(const CheckedFile& binary, Report& report) {
                     " more than its segments have: zeros ahead of "
                     "addons, which the header of 3.0 doesn't tell, so that "
                     "nobody knows whether the file was cut or has grown");
+  }
+}
+
+}  // namespace
+
+void check_length(const ImageFiles& image, Report& report) {
+  for (const CheckedFile* binary : image.binaries) {
+    if (is_30(*binary)) {
+      check_length_30(*binary, report);
+      continue;
+    }
+    const Field& root = binary->inspected.root;
+    const std::uint64_t told =
+        number_at(root, "header.preload_page_count") * kPageSize;
+    const std::uint64_t room =
+        kSignedHeaderOffset - number_at(root, "header_offset");
+    compare_length(*binary, told - std::min(told, room), "its page count",
+                   report);
+  }
+  for (const CheckedFile* manifest : image.manifests) {
+    check_manifest_length(*manifest, report);
+  }
+  std::set<std::pair<const CheckedFile*, std::uint64_t>> done;
+  for (const ContentsPlan& plan : image.plans) {
+    for (const BareFile& bare : plan.bare) {
+      if (done.emplace(bare.file, bare.expected).second) {
+        compare_length(*bare.file, bare.expected, "the manifest", report);
+      }
+    }
+  }
+  for (const UnknownFile& unknown : image.unknown) {
+    if (unknown.kind == UnknownFile::Kind::kLength) {
+      report.failed(*unknown.file, unknown.text);
+    }
+  }
+  for (const CheckedFile* metadata : image.metadata) {
+    compare_length(*metadata,
+                   number_at(metadata->inspected.root, "extension_length"),
+                   "its extension_length", report);
+  }
+  for (const CheckedFile* extended : image.extended) {
+    compare_length(*extended,
+                   number_at(extended->inspected.root, "heading.length"),
+                   "its heading", report);
+  }
+}
+
+void check_image_length(const ImageFiles& image, Report& report) {
+  for (const DigestPair& pair : image.digest_pairs) {
+    const Field& root = pair.metadata->inspected.root;
+    const std::uint64_t base = number_at(root, "base_offset");
+    const std::uint64_t limit = number_at(root, "limit_offset");
+    const std::uint64_t length =
+        pair.binary->inspected.length - pair.signer_part;
+    if (base + length == limit) {
+      report.ok(*pair.metadata,
+                counted(length, "byte") + behind_signer_part(pair));
+    } else {
+      report.failed(*pair.metadata,
+                    "limit_offset is " +
+                        number_text(limit, Field::Radix::kHex) + ", and " +
+                        pair.binary->path + " ends at " +
+                        number_text(base + length, Field::Radix::kHex));
+    }
   }
 }
 

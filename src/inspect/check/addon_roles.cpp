@@ -3,7 +3,7 @@
 // firmware by its `type`, else by the module's own length, and it counts the
 // place in the main binary on top. Neither the type nor the role stands in the
 // manifest: all ways are followed as long as the places agree with them.
-#include "inspect/check/roles.h"
+#include "inspect/check/addon_roles.h"
 
 #include <algorithm>
 #include <set>

@@ -1,7 +1,9 @@
-// Checks of each file by itself.
+// Where the segments stand in the file: on the page grid, and apart. In 3.0 the
+// header doesn't tell the second.
 #include <algorithm>
-#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
@@ -10,56 +12,6 @@
 
 namespace tova_fw_builder {
 namespace {
-
-using Files = std::vector<const CheckedFile*>;
-
-void check_files(const Files& files, Report& report) {
-  for (const CheckedFile* file : files) {
-    const std::vector<Problem>& problems = file->inspected.problems;
-    if (problems.empty()) {
-      report.ok(*file, file->inspected.title);
-      continue;
-    }
-    std::string text = "at " +
-                       number_text(problems[0].offset, Field::Radix::kHex) +
-                       ": " + problems[0].text;
-    if (problems.size() > 1) {
-      text += ", and " + std::to_string(problems.size() - 1) + " more";
-    }
-    report.failed(*file, text + " (tova_fw show tells all)");
-  }
-}
-
-void compare_length(const CheckedFile& file, std::uint64_t expected,
-                    const std::string& teller, Report& report) {
-  const std::uint64_t length = file.inspected.length;
-  if (length == expected) {
-    report.ok(file, counted(length, "byte"));
-    return;
-  }
-  const bool is_cut = length < expected;
-  report.failed(
-      file, counted(length, "byte") + ", " +
-                std::to_string(is_cut ? expected - length : length - expected) +
-                (is_cut ? " fewer" : " more") + " than " + teller + " tells");
-}
-
-// The names stand behind their length.
-std::uint64_t names_end(const Field& names_length) {
-  return names_length.offset + names_length.length + names_length.number;
-}
-
-// Unsigned, the symbol table makes a manifest longer than its size.
-void check_manifest_length(const CheckedFile& manifest, Report& report) {
-  const Field& root = manifest.inspected.root;
-  std::uint64_t expected = number_at(root, "css.size") * 4;
-  const Field* count = find(root, "symbol_table.count");
-  const Field* names = find(root, "symbol_table.names_length");
-  if (number_at(root, "signed") == 0 && count != nullptr && names != nullptr) {
-    expected += names_end(*names) - count->offset;
-  }
-  compare_length(manifest, expected, "its size", report);
-}
 
 // Whether all of a module stands on the page grid.
 void check_module_pages(const CheckedFile& header, const Field& module,
@@ -159,69 +111,6 @@ void check_header_apart(const CheckedFile& header, Report& report) {
 }
 
 }  // namespace
-
-void check_structure(const ImageFiles& image, Report& report) {
-  for (const Files* files : {&image.headers, &image.metadata, &image.extended,
-                             &image.packages, &image.others}) {
-    check_files(*files, report);
-  }
-  if (image.options.release && image.headers.empty()) {
-    report.failed(
-        "--release asks for an image: neither a manifest of 1.5 nor a binary "
-        "is among the files");
-  }
-  check_one_image(image, report);
-  for (const UnknownFile& unknown : image.unknown) {
-    if (unknown.kind != UnknownFile::Kind::kBeside) continue;
-    if (unknown.is_gap) {
-      report.not_checked(*unknown.file, unknown.text);
-    } else {
-      report.not_due(*unknown.file, unknown.text);
-    }
-  }
-}
-
-void check_length(const ImageFiles& image, Report& report) {
-  for (const CheckedFile* binary : image.binaries) {
-    if (is_30(*binary)) {
-      check_length_30(*binary, report);
-      continue;
-    }
-    const Field& root = binary->inspected.root;
-    const std::uint64_t told =
-        number_at(root, "header.preload_page_count") * kPageSize;
-    const std::uint64_t room =
-        kSignedHeaderOffset - number_at(root, "header_offset");
-    compare_length(*binary, told - std::min(told, room), "its page count",
-                   report);
-  }
-  for (const CheckedFile* manifest : image.manifests) {
-    check_manifest_length(*manifest, report);
-  }
-  std::set<std::pair<const CheckedFile*, std::uint64_t>> done;
-  for (const ContentsPlan& plan : image.plans) {
-    for (const BareFile& bare : plan.bare) {
-      if (done.emplace(bare.file, bare.expected).second) {
-        compare_length(*bare.file, bare.expected, "the manifest", report);
-      }
-    }
-  }
-  for (const UnknownFile& unknown : image.unknown) {
-    if (unknown.kind == UnknownFile::Kind::kLength) {
-      report.failed(*unknown.file, unknown.text);
-    }
-  }
-  for (const CheckedFile* metadata : image.metadata) {
-    compare_length(*metadata,
-                   number_at(metadata->inspected.root, "extension_length"),
-                   "its extension_length", report);
-  }
-  for (const CheckedFile* extended : image.extended) {
-    compare_length(*extended,
-                   number_at(extended->inspected.root, "heading.length"),
-                   "its heading", report);
-  }
-}
 
 void check_pages(const ImageFiles& image, Report& report) {
   for (const CheckedFile* header : image.headers) {

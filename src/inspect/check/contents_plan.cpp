@@ -1,4 +1,4 @@
-#include "inspect/check/places.h"
+#include "inspect/check/contents_plan.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,4 +1,4 @@
-// inspect/check/roles.h
+// inspect/check/addon_roles.h
 // Which modules of 1.5 stand in the main binary and which are addons with a
 // file of their own: the manifest doesn't say it.
 #pragma once
