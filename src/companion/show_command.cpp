@@ -17,8 +17,10 @@
 #include "driver/ground/native_path.h"
 #include "inspect/bytes.h"
 #include "inspect/flash_script.h"
+#include "inspect/format.h"
 #include "inspect/inspect.h"
 #include "inspect/json.h"
+#include "inspect/recognise.h"
 #include "inspect/text.h"
 
 namespace tova_fw_builder {

@@ -77,10 +77,7 @@ Inspected inspect(const ByteSource& source, std::optional<Format> as,
   Inspected out;
   out.length = source.size();
   out.root.kind = Field::Kind::kObject;
-  out.format = as.value_or(recognise(source));
-  if (out.format != Format::kEmbedded && may_be_private(source)) {
-    out.format = Format::kKeyPair;
-  }
+  out.format = safe_format(source, as);
   kDecoders[static_cast<std::size_t>(out.format)](source, out);
   check_reserved(out.root, out);
   name_padding(source, depth, out);

@@ -20,9 +20,8 @@ enum class Depth { kTables, kWhole };
 // with a length, padding among them, cover the file; contents may lie below
 // other fields.
 //
-// A file with the texts of a private key in it is taken as a key pair, or
-// searched, whatever is asked for: no private number is ever shown under
-// another name.
+// A file with the texts of a private key in it is taken as safe_format tells,
+// whatever is asked for.
 Inspected inspect(const ByteSource& source, std::optional<Format> as = {},
                   Depth depth = Depth::kTables);
 

@@ -8,7 +8,7 @@
 #include "companion/ground/message_text.h"
 #include "image/records/css_part.h"
 #include "inspect/binary_tables.h"
-#include "inspect/dates.h"
+#include "inspect/date_text.h"
 #include "inspect/decoders.h"
 #include "inspect/record_fields.h"
 #include "signing/keys/public_key_hash.h"

@@ -6,7 +6,7 @@
 
 #include "companion/ground/message_text.h"
 #include "driver/ground/numbers.h"
-#include "inspect/dates.h"
+#include "inspect/date_text.h"
 #include "inspect/decoders.h"
 
 namespace tova_fw_builder {

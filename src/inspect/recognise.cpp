@@ -164,4 +164,20 @@ Format recognise(const ByteSource& source) {
   return Format::kEmbedded;
 }
 
+Format safe_format(const ByteSource& source, std::optional<Format> as) {
+  const Format format = as.value_or(recognise(source));
+  return format != Format::kEmbedded && may_be_private(source)
+             ? Format::kKeyPair
+             : format;
+}
+
+bool is_known(const Inspected& inspected) {
+  if (inspected.format != Format::kEmbedded || inspected.length == 0) {
+    return true;
+  }
+  // What modules are made of has whole pages.
+  return inspected.length % kPageSize == 0 ||
+         find(inspected.root, "embedded[0]") != nullptr;
+}
+
 }  // namespace tova_fw_builder

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "inspect/coverage.h"
-#include "inspect/dates.h"
+#include "inspect/date_text.h"
 
 namespace tova_fw_builder {
 namespace {

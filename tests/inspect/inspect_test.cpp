@@ -6,6 +6,7 @@
 #include "inspect/bytes.h"
 #include "inspect/inspected_sample.h"
 #include "inspect/json.h"
+#include "inspect/recognise.h"
 #include "inspect/text.h"
 
 namespace tova_fw_builder {

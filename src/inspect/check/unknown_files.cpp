@@ -9,6 +9,7 @@
 #include "inspect/check/beside_files.h"
 #include "inspect/check/memory_bank.h"
 #include "inspect/compare/byte_difference.h"
+#include "inspect/format.h"
 #include "inspect/inspect.h"
 
 namespace tova_fw_builder {

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "inspect/inspected.h"
+#include "inspect/field.h"
+#include "inspect/format.h"
 
 namespace tova_fw_builder {
 

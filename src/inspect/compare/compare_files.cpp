@@ -15,6 +15,8 @@
 #include "inspect/compare/compare_lines.h"
 #include "inspect/compare/compare_trees.h"
 #include "inspect/compare/echoes.h"
+#include "inspect/compare/ignored_dates.h"
+#include "inspect/format.h"
 #include "inspect/inspect.h"
 #include "inspect/recognise.h"
 
@@ -151,20 +153,12 @@ std::vector<Change> compare_formless(const ByteSource& old_source,
   return result;
 }
 
-// As inspect() takes the file.
-Format format_of(const ByteSource& source) {
-  const Format format = recognise(source);
-  return format != Format::kEmbedded && may_be_private(source)
-             ? Format::kKeyPair
-             : format;
-}
-
 std::vector<Change> compare_pair(const std::string& old_path,
                                  const std::string& new_path) {
   const ByteSource old_source = ByteSource::open(old_path);
   const ByteSource new_source = ByteSource::open(new_path);
-  const Format old_format = format_of(old_source);
-  const Format new_format = format_of(new_source);
+  const Format old_format = safe_format(old_source);
+  const Format new_format = safe_format(new_source);
   std::vector<Change> changes;
   if (old_format != new_format) {
     changes.push_back(change_at("format", old_format));

@@ -5,6 +5,7 @@
 
 #include "inspect/byte_source.h"
 #include "inspect/compare/change.h"
+#include "inspect/inspected.h"
 
 namespace tova_fw_builder {
 

@@ -93,7 +93,6 @@ struct Rule {
 };
 
 constexpr std::string_view kAlways = "";  // in place of a cause
-constexpr std::string_view kFolder = "the folder";
 
 constexpr Rule kRules[] = {
     // What stands in a place that others were moved from.
@@ -211,7 +210,7 @@ constexpr Rule kRules[] = {
     {"modules", {"/modules[]"}, nullptr, "the modules of the image"},
     {"build_date", {"/css.date"}, nullptr, "the date of the manifest"},
     {"comments[]", {"*"}, nullptr, "when the builder itself was made"},
-    {"", {kAlways}, is_folder, kFolder},
+    {"", {kAlways}, is_folder, kFolderEcho},
     {"files[].path", {kAlways}, moved_along, "moved as the file ahead did"},
     {"", {kAlways}, told_before, "another file of the folder tells the same"},
 };
@@ -239,12 +238,6 @@ std::set<std::string> files_with_causes(const Causes& causes) {
   return files;
 }
 
-// When and where the build was made.
-bool is_date_or_folder(const Change& change) {
-  return change.echo == kFolder || change.pattern == "css.date" ||
-         change.pattern == "build_date" || change.path == "comments[0]";
-}
-
 }  // namespace
 
 void mark_echoes(std::vector<Change>& changes,
@@ -267,31 +260,6 @@ void mark_echoes(std::vector<Change>& changes,
       if (is_echo) {
         change.echo = rule.reason;
         break;
-      }
-    }
-  }
-}
-
-void leave_out_dates(std::vector<Change>& changes,
-                     const std::vector<std::string>& files) {
-  mark_echoes(changes, files);
-  std::vector<Change> rest;
-  for (bool again = true; again;) {
-    rest.clear();
-    std::copy_if(
-        changes.begin(), changes.end(), std::back_inserter(rest),
-        [](const Change& change) { return !is_date_or_folder(change); });
-    std::vector<bool> was_echo;
-    was_echo.reserve(rest.size());
-    for (const Change& change : rest) was_echo.push_back(!change.echo.empty());
-    mark_echoes(rest, files);
-    changes.clear();
-    again = false;
-    for (std::size_t i = 0; i < rest.size(); ++i) {
-      if (was_echo[i] && rest[i].echo.empty()) {
-        again = true;
-      } else {
-        changes.push_back(std::move(rest[i]));
       }
     }
   }

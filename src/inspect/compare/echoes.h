@@ -2,11 +2,16 @@
 // Which change follows from which.
 #pragma once
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "inspect/compare/change.h"
 
 namespace tova_fw_builder {
+
+// The reason of those that differ because two folders were compared.
+inline constexpr std::string_view kFolderEcho = "the folder";
 
 // Gives each change its `echo`, the reason why it follows from another one of
 // the same file or folder, or from that two folders were compared; a change
@@ -15,10 +20,5 @@ namespace tova_fw_builder {
 // of all files of a folder, none for a single pair.
 void mark_echoes(std::vector<Change>& changes,
                  const std::vector<std::string>& files);
-
-// Takes out the dates of the build, the paths that differ by the folder alone,
-// and what would be an echo of these alone.
-void leave_out_dates(std::vector<Change>& changes,
-                     const std::vector<std::string>& files);
 
 }  // namespace tova_fw_builder

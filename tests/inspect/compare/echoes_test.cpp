@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "inspect/compare/ignored_dates.h"
 #include "told.h"
 
 namespace tova_fw_builder {

@@ -1,4 +1,4 @@
-// inspect/dates.h
+// inspect/date_text.h
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "inspect/dates.h"
+#include "inspect/date_text.h"
 
 #include <chrono>
 
