@@ -5,6 +5,7 @@
 
 #include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 
 namespace tova_fw_builder {
 namespace {

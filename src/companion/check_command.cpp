@@ -13,6 +13,7 @@
 #include "companion/ground/json.h"
 #include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
+#include "companion/ground/printable.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_store.h"
 #include "driver/ground/native_path.h"

@@ -15,7 +15,6 @@
 #include "companion/command_line/command_node.h"
 #include "companion/command_line/wrong_usage.h"
 #include "companion/ground/json.h"
-#include "companion/ground/message_text.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"

@@ -13,6 +13,7 @@
 #include "companion/ground/byte_text.h"
 #include "companion/ground/message_text.h"
 #include "companion/ground/naming.h"
+#include "companion/ground/printable.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/native_path.h"
 #include "inspect/bytes.h"

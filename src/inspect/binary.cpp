@@ -5,6 +5,7 @@
 #include <array>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "image/records/binary_header.h"
 #include "inspect/binary_tables.h"
 #include "inspect/decoders.h"

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "definitions/uuid/uuid.h"
 #include "image/records/binary_header.h"
 #include "inspect/decoders.h"

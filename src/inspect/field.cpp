@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "inspect/byte_source.h"
 
 namespace tova_fw_builder {

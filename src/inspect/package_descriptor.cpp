@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "driver/ground/numbers.h"
 #include "inspect/date_text.h"
 #include "inspect/decoders.h"

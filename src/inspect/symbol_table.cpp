@@ -3,7 +3,7 @@
 // each record carries the place of its name, and the names follow one another.
 #include <algorithm>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "image/records/binary_header.h"
 #include "inspect/binary_tables.h"
 #include "inspect/record_fields.h"

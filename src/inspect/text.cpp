@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -15,9 +15,8 @@ constexpr std::size_t kDigitsPerLine = 64;
 // How many columns of a terminal a text takes: those of UTF-8 behind the first
 // of a character take none.
 std::size_t width_of(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(),
-      [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+  return text.size() -
+         static_cast<std::size_t>(std::ranges::count_if(text, is_continuation));
 }
 
 std::string padded(const std::string& text, std::size_t width,

@@ -1,6 +1,6 @@
 #include "lint/findings.h"
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 
 namespace tova_fw_builder {
 

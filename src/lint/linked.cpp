@@ -4,7 +4,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "input_map/fw_image_map.h"
 #include "lint/refusal_of_tables.h"

@@ -9,7 +9,7 @@
 #include <system_error>
 #include <tuple>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "driver/ground/native_path.h"
 #include "input_map/elf_list.h"

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "companion/ground/message_text.h"
 #include "lint/refusal_by_writing.h"
 #include "lint/rule_functions.h"
 #include "lint/statement_forms.h"

@@ -2,7 +2,6 @@
 // was most likely meant.
 #include <algorithm>
 
-#include "companion/ground/message_text.h"
 #include "companion/ground/nearest.h"
 #include "definitions/inner_blocks.h"
 #include "driver/ground/numbers.h"

@@ -4,16 +4,12 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "driver/ground/native_path.h"
 
 namespace tova_fw_builder {
 
 namespace {
-
-bool is_continuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
 
 // A line of a file, with a mark for what isn't printable but the tab: unlike
 // printable(), it leaves each character in its column, where the caret points.

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "layout/records/out_map.h"
 #include "memory_map/text_table.h"
 

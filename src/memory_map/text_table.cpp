@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 
 namespace tova_fw_builder {
 

@@ -3,7 +3,7 @@
 #include <iostream>
 #include <utility>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -40,6 +40,14 @@ void Troubles::add(Trouble trouble) {
 
 void Troubles::add(const std::string& file, const std::string& text) {
   add(Trouble{shown_name(file), text});
+}
+
+std::string without_key_bytes(std::string_view message) {
+  for (const std::string_view quoting :
+       {"Key type not recognized", "Not recognized key type"}) {
+    if (message.starts_with(quoting)) return std::string(quoting);
+  }
+  return std::string(message);
 }
 
 }  // namespace tova_fw_builder

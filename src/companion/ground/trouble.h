@@ -51,4 +51,9 @@ class Troubles {
   std::vector<Trouble> list_;
 };
 
+// A message of the builder's without what it quotes of a key file or a key
+// list: the first bytes of a file that was named by mistake, and that may be
+// all of somebody's private key.
+std::string without_key_bytes(std::string_view message);
+
 }  // namespace tova_fw_builder

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "companion/ground/message_text.h"
 #include "image/records/css_part.h"
 #include "inspect/check/checks.h"
 #include "inspect/compare/byte_difference.h"

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "driver/ground/native_path.h"
 #include "inspect/addon_name.h"
 #include "inspect/check/beside_files.h"

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "image/records/binary_header.h"
 #include "inspect/check/checks.h"
 #include "layout/records/out_map.h"

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "inspect/check/checks.h"
 
 namespace tova_fw_builder {

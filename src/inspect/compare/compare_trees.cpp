@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "inspect/compare/byte_difference.h"
 #include "inspect/compare/moves.h"
 #include "inspect/compare/pairing.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "inspect/compare/pairing.h"
 #include "layout/records/out_map.h"
 

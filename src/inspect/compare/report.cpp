@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/printable.h"
 #include "inspect/json.h"
 #include "layout/records/out_map.h"
 
@@ -17,11 +18,6 @@ namespace {
 constexpr std::size_t kLongText = 40;
 constexpr std::size_t kTextHead = 16;
 
-// Of UTF-8, any byte of a character but its first.
-bool is_inside_character(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 // Of two long texts, such as hashes, a piece from where they differ on.
 void shorten(std::string& a, std::string& b) {
   const bool is_long = std::min(a.size(), b.size()) > kLongText &&
@@ -30,7 +26,7 @@ void shorten(std::string& a, std::string& b) {
   const auto first =
       std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first;
   auto at = static_cast<std::size_t>(first - a.begin());
-  while (at > 0 && (is_inside_character(a[at]) || is_inside_character(b[at]))) {
+  while (at > 0 && (is_continuation(a[at]) || is_continuation(b[at]))) {
     --at;
   }
   const std::size_t from = at < kTextHead ? 0 : at;

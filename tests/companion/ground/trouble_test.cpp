@@ -86,6 +86,15 @@ TEST(Troubles, AreToldTwice) {
             json_text(troubles_json(troubles)));
 }
 
+TEST(Trouble, NoBytesOfKeysAreQuoted) {
+  EXPECT_EQ("Key type not recognized",
+            without_key_bytes("Key type not recognized :\r\n-----BEGIN EC"));
+  EXPECT_EQ("Not recognized key type",
+            without_key_bytes("Not recognized key type : (8:x? file path : "));
+  EXPECT_EQ("Failed to open file: Key type",
+            without_key_bytes("Failed to open file: Key type"));
+}
+
 TEST(InputFile, ReadsTheHeadOrSaysWhyNot) {
   const TempDir dir;
   std::array<std::uint8_t, 4> head{};
