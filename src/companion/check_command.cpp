@@ -15,12 +15,12 @@
 #include "companion/ground/naming.h"
 #include "companion/ground/printable.h"
 #include "companion/ground/trouble.h"
-#include "companion/key_store.h"
+#include "companion/key_list_input.h"
 #include "driver/ground/native_path.h"
 #include "inspect/check/check.h"
 #include "inspect/field.h"
 #include "inspect/recognise.h"
-#include "outside_keys/any_key.h"
+#include "outside_keys/trusted_key.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -17,6 +17,7 @@
 #include "companion/key_input.h"
 #include "inspect/check/sample_key.h"
 #include "outside_keys/any_key.h"
+#include "outside_keys/key_halves.h"
 #include "outside_keys/key_text.h"
 #include "outside_keys/manifest_key.h"
 #include "outside_keys/outside_key.h"

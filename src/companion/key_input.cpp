@@ -1,4 +1,8 @@
+// A passphrase in a file is its first line, as OpenSSL takes it.
 #include "companion/key_input.h"
+
+#include <algorithm>
+#include <cstdint>
 
 #include "companion/ground/naming.h"
 #include "outside_keys/any_key.h"
@@ -7,7 +11,13 @@ namespace tova_fw_builder {
 
 std::optional<SecretBuffer> passphrase_in(const std::string& file) {
   if (file.empty()) return std::nullopt;
-  return naming(file, [&] { return read_passphrase_file(file); });
+  const SecretBuffer bytes =
+      naming(file, [&] { return read_secret_file(file); });
+  const std::uint8_t* begin = bytes.data();
+  const std::uint8_t* end = std::find(begin, begin + bytes.size(), '\n');
+  SecretBuffer line(static_cast<std::size_t>(end - begin));
+  std::copy(begin, end, line.data());
+  return line;
 }
 
 std::unique_ptr<KeyMaterial> load_key(const std::string& path,

@@ -10,7 +10,7 @@
 
 namespace tova_fw_builder {
 
-// The passphrase in a file; nothing if its name is empty.
+// The passphrase in a file, its first line; nothing if the name is empty.
 std::optional<SecretBuffer> passphrase_in(const std::string& file);
 
 // Reads a key in any form, with the passphrase in `passphrase_file`, or from

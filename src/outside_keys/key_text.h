@@ -1,5 +1,5 @@
 // outside_keys/key_text.h
-// Key files as bytes in memory, and what a key holds.
+// Key files as bytes in memory.
 #pragma once
 
 #include <memory>
@@ -16,13 +16,5 @@ std::unique_ptr<KeyMaterial> key_of_text(std::string_view file);
 
 // The bytes of the key file for `key`, which is only read.
 SecretBuffer text_of_key(KeyMaterial& key, bool public_only);
-
-// Whether the key has more than its public part.
-bool has_private_part(const KeyMaterial& key);
-
-// Whether the two parts of a key pair belong together: modulus and exponent
-// are the same, and what the private part makes of a number the public one
-// turns back. False for a key without a private part.
-bool halves_belong_together(const KeyMaterial& key);
 
 }  // namespace tova_fw_builder

@@ -25,7 +25,7 @@ int modulus_bits(const KeyMaterial& key) {
 
 void require_manifest_key(const KeyMaterial& key) {
   const int bits = modulus_bits(key);
-  if (bits != 2048) {
+  if (bits != kManifestKeyBits) {
     throw std::runtime_error("its modulus has " + std::to_string(bits) +
                              " bits; manifests take 2048");
   }

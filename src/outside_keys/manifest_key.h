@@ -8,6 +8,8 @@
 
 namespace tova_fw_builder {
 
+inline constexpr int kManifestKeyBits = 2048;
+
 // Refuses a key with which no loader could verify a manifest safely: its
 // modulus is odd and has 2048 bits, its exponent is 65537 or an odd number of
 // one byte from 3 on, which leaves out 1, with which anyone could sign. Throws

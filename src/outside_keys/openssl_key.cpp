@@ -12,22 +12,21 @@
 #include <algorithm>
 #include <bit>
 #include <climits>
-#include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
-#include "outside_keys/key_text.h"
+#include "outside_keys/key_halves.h"
+#include "outside_keys/manifest_key.h"
 #include "outside_keys/outside_key.h"
 #include "outside_keys/passphrase_cost.h"
+#include "outside_keys/passphrase_prompt.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-constexpr int kBits = 2048;
-constexpr std::size_t kMostPassphrase = 1023;
 constexpr char kMakeAnother[] =
     ": make one with 'openssl genpkey -algorithm RSA -pkeyopt "
     "rsa_keygen_bits:2048 -aes256'";
@@ -106,36 +105,6 @@ bool is_private(EVP_PKEY* key) {
   return OSSL_PARAM_modified(wanted) == 1;
 }
 
-// What the library's question for a passphrase is answered with.
-struct Passphrase {
-  const SecretBuffer* given;
-  const std::string& name;
-  bool asked = false;
-  bool answered = false;
-};
-
-bool has_terminal() { return std::ifstream("/dev/tty").is_open(); }
-
-int answer_passphrase(char* place, int size, int, void* data) {
-  auto& passphrase = *static_cast<Passphrase*>(data);
-  passphrase.asked = true;
-  const int room = std::min<int>(size, kMostPassphrase + 1);
-  if (passphrase.given != nullptr) {
-    const std::size_t length =
-        std::min(passphrase.given->size(), static_cast<std::size_t>(room - 1));
-    std::copy_n(passphrase.given->data(), length, place);
-    passphrase.answered = true;
-    return static_cast<int>(length);
-  }
-  const std::string prompt = "Passphrase for " + passphrase.name + ": ";
-  if (!has_terminal() ||
-      EVP_read_pw_string(place, room, prompt.c_str(), 0) != 0) {
-    return -1;
-  }
-  passphrase.answered = true;
-  return static_cast<int>(std::string_view(place).size());
-}
-
 // What the first block of PEM says that it is; empty without one.
 std::string_view pem_label(std::string_view text) {
   constexpr std::string_view kBegin = "-----BEGIN ";
@@ -206,7 +175,7 @@ void require_rsa_2048(EVP_PKEY* key) {
                    "; manifests are signed with RSA" + kMakeAnother);
   }
   const int bits = EVP_PKEY_get_bits(key);
-  if (bits != kBits) {
+  if (bits != kManifestKeyBits) {
     throw UnfitKey("this is an RSA key of " + std::to_string(bits) +
                    " bits; manifests have room for 2048" + kMakeAnother);
   }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "outside_keys/key_halves.h"
 #include "signing/keys/key_samples.h"
 
 namespace tova_fw_builder {

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "outside_keys/any_key.h"
+#include "outside_keys/key_halves.h"
 #include "outside_keys/key_text.h"
 #include "outside_keys/manifest_key.h"
 #include "support/temp_dir.h"
@@ -183,19 +184,6 @@ TEST_F(OutsideKey, OthersAreRefusedWithAReason) {
   };
   for (const auto& c : cases) {
     EXPECT_EQ(c.reason, why_refused(c.file, &wrong)) << c.file;
-  }
-}
-
-TEST_F(OutsideKey, PassphraseIsTheFirstLine) {
-  const struct {
-    const char* file;
-    const char* passphrase;
-  } cases[] = {{"one", "one"},      {"one\n", "one"}, {"one\ntwo\n", "one"},
-               {"\none", ""},       {"", ""},         {" one \n", " one "},
-               {"one\r\n", "one\r"}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(c.passphrase,
-              text(read_passphrase_file(dir().write("passphrase", c.file))));
   }
 }
 

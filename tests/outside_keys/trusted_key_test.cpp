@@ -1,6 +1,7 @@
+#include "outside_keys/trusted_key.h"
+
 #include <gtest/gtest.h>
 
-#include "outside_keys/any_key.h"
 #include "signing/manifest_sample.h"
 #include "support/temp_dir.h"
 

@@ -1,4 +1,4 @@
-// companion/key_store.h
+// companion/key_list_input.h
 #pragma once
 
 #include <string>

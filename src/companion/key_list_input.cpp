@@ -1,4 +1,4 @@
-#include "companion/key_store.h"
+#include "companion/key_list_input.h"
 
 #include <exception>
 #include <filesystem>
