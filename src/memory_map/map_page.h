@@ -14,6 +14,10 @@ namespace tova_fw_builder {
 inline constexpr std::size_t kPageListBytes = 384 * 1024;
 std::string map_page(Json json);
 
+// A document in one line, fit for a script element of a page: without "<", ">"
+// and "&", and with nothing but ASCII.
+std::string json_for_page(const Json& document);
+
 // What the build makes of the files in page/: the page up to its data, and
 // behind them.
 extern const std::string_view kPageHead;

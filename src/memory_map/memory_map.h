@@ -122,6 +122,10 @@ struct MemoryMap {
 const MemoryMap::Section& section_at(const MemoryMap& map,
                                      std::uint32_t number);
 
+inline AddressSpan span_of(const MemoryMap::Section& section) {
+  return span_of(section.address, section.size);
+}
+
 // The section of a symbol, and its owner: empty for one that is left out.
 const std::string& section_of(const MemoryMap& map,
                               const MemoryMap::Symbol& symbol);

@@ -18,28 +18,6 @@ std::string json_string(std::string_view text) {
   return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-std::string json_for_page(const Json& document) {
-  std::string text;
-  // These stand within strings alone.
-  for (const char c :
-       document.dump(-1, ' ', true, Json::error_handler_t::replace)) {
-    switch (c) {
-      case '<':
-        text += "\\u003c";
-        break;
-      case '>':
-        text += "\\u003e";
-        break;
-      case '&':
-        text += "\\u0026";
-        break;
-      default:
-        text += c;
-    }
-  }
-  return text;
-}
-
 Json troubles_json(const Troubles& troubles) {
   Json list = Json::array();
   for (const Trouble& trouble : troubles.list()) {

@@ -20,10 +20,6 @@ std::string json_text(const Json& document);
 // A text as a string of such a document, with its quotation marks.
 std::string json_string(std::string_view text);
 
-// A document in one line, fit for a script element of a page: without "<", ">"
-// and "&", and with nothing but ASCII.
-std::string json_for_page(const Json& document);
-
 // [{file, text}], as each document has it that tells of files.
 Json troubles_json(const Troubles& troubles);
 
