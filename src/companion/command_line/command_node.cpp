@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "companion/ground/nearest.h"
+#include "companion/command_line/wrong_usage.h"
 
 namespace tova_fw_builder {
 
@@ -25,10 +25,7 @@ Option Option::repeatable() const {
 Option Option::one_of(const std::vector<std::string>& words) const {
   const auto refuse = [words](const std::string& word) -> std::string {
     if (std::find(words.begin(), words.end(), word) != words.end()) return "";
-    Nearest nearest(word);
-    for (const std::string& known : words) nearest.offer(known);
-    return "'" + word + "' is none of " + CLI::detail::join(words, ", ") +
-           nearest.question();
+    return wrong_value_text(word, words);
   };
   // The bars tell the words apart for the completions, too.
   option_->check(CLI::Validator(refuse, ""))

@@ -69,4 +69,12 @@ std::string wrong_usage_text(const CLI::App& program,
   return unknown.empty() ? error.what() : unknown;
 }
 
+std::string wrong_value_text(const std::string& word,
+                             const std::vector<std::string>& words) {
+  Nearest nearest(word);
+  for (const std::string& known : words) nearest.offer(known);
+  return "'" + word + "' is none of " + CLI::detail::join(words, ", ") +
+         nearest.question();
+}
+
 }  // namespace tova_fw_builder

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -16,6 +17,10 @@ namespace tova_fw_builder {
 class WrongUsage : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+
+// "'x' is none of a, b, c", and the nearest of these words.
+std::string wrong_value_text(const std::string& word,
+                             const std::vector<std::string>& words);
 
 // What is wrong with a command line that the parser has refused. Of a word that
 // is no command, or an option that the command hasn't, it names the nearest.
