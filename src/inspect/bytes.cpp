@@ -5,6 +5,7 @@
 
 #include "inspect/coverage.h"
 #include "inspect/json.h"
+#include "inspect/text.h"
 
 namespace tova_fw_builder {
 namespace {

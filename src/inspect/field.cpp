@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "companion/ground/message_text.h"
-#include "companion/ground/printable.h"
 #include "inspect/byte_source.h"
 
 namespace tova_fw_builder {
@@ -153,31 +152,6 @@ std::string member_path(const std::string& parent, const Field& member,
 std::string number_text(std::uint64_t number, Field::Radix radix) {
   return radix == Field::Radix::kHex ? hex_number(number)
                                      : std::to_string(number);
-}
-
-std::string value_text(const Field& field) {
-  switch (field.kind) {
-    case Field::Kind::kNumber:
-      return number_text(field.number, field.radix);
-    case Field::Kind::kBool:
-      return field.number != 0 ? "yes" : "no";
-    case Field::Kind::kText:
-      return printable(field.text);
-    case Field::Kind::kReserved:
-      return field.text.empty() ? "zero" : field.text;
-    case Field::Kind::kNames:
-      return field.text.empty() ? "-" : printable(field.text);
-    case Field::Kind::kPrivate:
-      return "(private)";
-    case Field::Kind::kNothing:
-      return "-";
-    case Field::Kind::kObject:
-    case Field::Kind::kList:
-    case Field::Kind::kContents:
-    case Field::Kind::kPadding:
-      break;
-  }
-  return "";
 }
 
 }  // namespace tova_fw_builder

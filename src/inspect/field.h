@@ -99,10 +99,6 @@ std::string_view text_at(const Field& field, std::string_view path);
 std::string member_path(const std::string& parent, const Field& member,
                         std::size_t index);
 
-// The value for people, on one line and safe on a terminal: numbers in their
-// radix, "yes" and "no", "-" for nothing and for no names.
-std::string value_text(const Field& field);
-
 std::string number_text(std::uint64_t number, Field::Radix radix);
 
 }  // namespace tova_fw_builder

@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "inspect/text.h"
+
 namespace tova_fw_builder {
 namespace {
 

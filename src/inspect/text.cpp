@@ -167,4 +167,29 @@ void print_problems(std::ostream& out, const Inspected& inspected,
   }
 }
 
+std::string value_text(const Field& field) {
+  switch (field.kind) {
+    case Field::Kind::kNumber:
+      return number_text(field.number, field.radix);
+    case Field::Kind::kBool:
+      return field.number != 0 ? "yes" : "no";
+    case Field::Kind::kText:
+      return printable(field.text);
+    case Field::Kind::kReserved:
+      return field.text.empty() ? "zero" : field.text;
+    case Field::Kind::kNames:
+      return field.text.empty() ? "-" : printable(field.text);
+    case Field::Kind::kPrivate:
+      return "(private)";
+    case Field::Kind::kNothing:
+      return "-";
+    case Field::Kind::kObject:
+    case Field::Kind::kList:
+    case Field::Kind::kContents:
+    case Field::Kind::kPadding:
+      break;
+  }
+  return "";
+}
+
 }  // namespace tova_fw_builder

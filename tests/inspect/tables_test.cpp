@@ -7,6 +7,7 @@
 #include "inspect/binary_tables.h"
 #include "inspect/inspect.h"
 #include "inspect/sample_files.h"
+#include "inspect/text.h"
 
 namespace tova_fw_builder {
 namespace {

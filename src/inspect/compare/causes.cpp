@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "inspect/text.h"
+
 namespace tova_fw_builder {
 namespace {
 

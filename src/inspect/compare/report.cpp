@@ -10,6 +10,7 @@
 #include "companion/ground/message_text.h"
 #include "companion/ground/printable.h"
 #include "inspect/json.h"
+#include "inspect/text.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {

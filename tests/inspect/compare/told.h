@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "inspect/compare/change.h"
+#include "inspect/text.h"
 
 namespace tova_fw_builder {
 
