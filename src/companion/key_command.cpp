@@ -4,7 +4,6 @@
 
 #include <iostream>
 #include <stdexcept>
-#include <string_view>
 #include <vector>
 
 #include "companion/command_line/command_node.h"

@@ -1,9 +1,10 @@
+// The reader of key lists takes paths from the working directory alone: a
+// second try is made in the folder of the list.
 #include "companion/key_list_input.h"
 
 #include <exception>
 #include <filesystem>
 #include <sstream>
-#include <stdexcept>
 #include <string_view>
 
 #include "companion/ground/input_file.h"

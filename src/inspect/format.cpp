@@ -1,6 +1,8 @@
+// The names are public: --as takes them, and JSON tells them.
 #include "inspect/format.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace tova_fw_builder {

@@ -1,6 +1,7 @@
 // Rules about defines. The statements see their values alone; which define made
 // a word is noted with the word.
 #include <algorithm>
+#include <cstddef>
 #include <set>
 #include <string_view>
 

@@ -3,6 +3,7 @@
 #include "lint/refusal_by_writing.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 

@@ -2,8 +2,11 @@
 // about: both are read once more, until what fails is found.
 #include "lint/refusal_of_tables.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "driver/ground/files.h"
 #include "input_map/elf_list.h"

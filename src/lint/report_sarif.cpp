@@ -3,7 +3,9 @@
 #include "lint/report_sarif.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "lint/report_text.h"
 #include "lint/rules.h"

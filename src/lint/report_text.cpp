@@ -2,7 +2,6 @@
 #include "lint/report_text.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "companion/ground/printable.h"
 #include "driver/ground/native_path.h"

@@ -1,7 +1,11 @@
 // How much of each memory class is used, and what lies outside of all. Classes
 // may share addresses, and a section may lie in none, in part, or in several.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "memory_map/address_coverage.h"
 #include "memory_map/measures.h"

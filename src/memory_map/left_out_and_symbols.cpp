@@ -2,7 +2,6 @@
 // nothing, and the symbols, each in a section of its own ELF.
 #include <algorithm>
 #include <cstring>
-#include <set>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>

@@ -5,6 +5,7 @@
 #include <openssl/evp.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <fstream>
 #include <string_view>
 

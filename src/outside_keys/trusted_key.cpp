@@ -2,6 +2,7 @@
 // public half is wanted.
 #include "outside_keys/trusted_key.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>

@@ -1,3 +1,5 @@
+// Of what is no printable UTF-8 a single byte is marked, so that a character
+// cut off hides nothing of the next one.
 #include "companion/ground/printable.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// What two files of one image would tell alike is told once.
 #include "inspect/check/check_lines.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 // The modules of the extended manifest against those of the header, in their
 // order. Their versions stand in no header; package_check compares them.
+#include <cstddef>
 #include <string>
 #include <vector>
 

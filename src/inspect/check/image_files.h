@@ -5,7 +5,6 @@
 
 #include <deque>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "inspect/check/checked_file.h"

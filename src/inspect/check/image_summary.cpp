@@ -3,6 +3,7 @@
 #include "inspect/check/image_summary.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "companion/ground/message_text.h"
 

@@ -1,10 +1,13 @@
 // The length of each file against the one that is told: by its own header, or
 // by the manifest of its image. Only that of a binary of 3.0 isn't told.
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"

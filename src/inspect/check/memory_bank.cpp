@@ -3,6 +3,8 @@
 #include "inspect/check/memory_bank.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace tova_fw_builder {

@@ -1,6 +1,8 @@
 // Where the segments stand in the file: on the page grid, and apart. In 3.0 the
 // header doesn't tell the second.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>

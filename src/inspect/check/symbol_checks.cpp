@@ -1,5 +1,7 @@
 // The exported symbols that a header lists. A signed manifest may lack the end
 // of their table: signing keeps as much as the size tells.
+#include <cstddef>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <string_view>

@@ -6,7 +6,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "inspect/addon_name.h"
 #include "inspect/compare/causes.h"

@@ -3,6 +3,7 @@
 #include "inspect/compare/ignored_dates.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 

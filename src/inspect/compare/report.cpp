@@ -1,7 +1,6 @@
 #include "inspect/compare/report.h"
 
 #include <algorithm>
-#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
