@@ -7,8 +7,8 @@
 #include <iomanip>
 #include <sstream>
 
-#include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
+#include "definitions/includes_and_defines.h"
 #include "driver/ground/log.h"
 #include "input_map/fw_image_map.h"
 

@@ -1,5 +1,5 @@
 // The definition reader, on a tree of files that include one another.
-#include "definitions/definition_reader.h"
+#include "definitions/includes_and_defines.h"
 #include "harness.h"
 
 void fuzz_one(const std::string& input) {

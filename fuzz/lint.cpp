@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "definitions/constants_header.h"
-#include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
+#include "definitions/includes_and_defines.h"
 #include "driver/ground/log.h"
 #include "harness.h"
 #include "lint/report_json.h"

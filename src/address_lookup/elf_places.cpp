@@ -7,7 +7,7 @@
 
 #include "companion/ground/naming.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "input_map/fw_image_map.h"
 
 namespace tova_fw_builder {

@@ -5,7 +5,7 @@
 
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

@@ -16,7 +16,7 @@
 #include "companion/ground/printable.h"
 #include "companion/ground/trouble.h"
 #include "companion/key_list_input.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "inspect/check/check.h"
 #include "inspect/field.h"
 #include "inspect/recognise.h"

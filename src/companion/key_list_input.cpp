@@ -12,7 +12,7 @@
 #include "driver/ground/files.h"
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {

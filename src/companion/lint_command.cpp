@@ -16,7 +16,7 @@
 #include "companion/ground/output_file.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "lint/lint.h"
 #include "lint/report_json.h"
 #include "lint/report_sarif.h"

@@ -19,7 +19,7 @@
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "layout/build_core.h"
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"

@@ -15,7 +15,7 @@
 #include "companion/ground/naming.h"
 #include "companion/ground/printable.h"
 #include "companion/ground/trouble.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "inspect/bytes.h"
 #include "inspect/flash_script.h"
 #include "inspect/format.h"

@@ -20,7 +20,7 @@
 #include "companion/command_line/command_node.h"
 #include "companion/ground/naming.h"
 #include "companion/ground/trouble.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "inspect/check/check.h"
 
 namespace tova_fw_builder {

@@ -22,7 +22,8 @@ ZelStatus zelsSHA384Init(std::uint8_t* context);
 
 // Takes the next `length` bytes of the message.
 // Null `context`: zelStsNullPtrErr. Not a context of this hash:
-// zelStsContextMatchErr. `length` below 0: zelStsLengthErr. `length` 0:
+// zelStsContextMatchErr. `length` below 0: zelStsLengthErr, which
+// ShaHash::taken_at_once foretells for a message in pieces. `length` 0:
 // success, whatever `data` is. Null `data`: zelStsNullPtrErr.
 ZelStatus zelsSHA256Update(const std::uint8_t* data, std::int32_t length,
                            std::uint8_t* context);

@@ -4,10 +4,10 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "definitions/definition_reader.h"
+#include "definitions/includes_and_defines.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

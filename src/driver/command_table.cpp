@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "driver/command_line.h"
-#include "driver/ground/native_path.h"
 #include "driver/ground/numbers.h"
+#include "driver/ground/paths.h"
 #include "driver/ground/version.h"
 #include "image/commands.h"
 #include "signing/commands.h"

@@ -79,6 +79,7 @@ ModuleEntry make_module_entry(const FwOutMap::Module& module,
     entry.cfg_off = static_cast<std::uint16_t>(module.cfg_offset);
   }
   entry.inst_max_cnt = static_cast<std::uint16_t>(module.instance_count);
+  // Of the base firmware module_connection has put pages in its place.
   entry.inst_stack_size = static_cast<std::uint16_t>(module.stack_size);
   // Of two groups of one type the later one takes the slot.
   for (const auto& group : module.groups) {

@@ -9,7 +9,7 @@
 #include "companion/ground/trouble.h"
 #include "crypto/sha_hash.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 namespace {

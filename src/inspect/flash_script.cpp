@@ -13,7 +13,7 @@
 #include "companion/ground/message_text.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/line_reader.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "driver/ground/wire.h"
 #include "inspect/coverage.h"
 #include "tools/image_script.h"

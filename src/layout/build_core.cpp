@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "definitions/constants_header.h"
-#include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
+#include "definitions/includes_and_defines.h"
 #include "driver/ground/log.h"
 #include "input_map/fw_image_map.h"
 #include "layout/passes.h"

@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "layout/passes.h"
 
 namespace tova_fw_builder {

@@ -10,7 +10,7 @@
 
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "definitions/constants_header.h"
-#include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
+#include "definitions/includes_and_defines.h"
 
 namespace tova_fw_builder {
 

@@ -11,7 +11,7 @@
 
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "input_map/elf_list.h"
 #include "lint/allowances.h"
 #include "lint/rules.h"

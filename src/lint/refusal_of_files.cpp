@@ -5,8 +5,8 @@
 #include <system_error>
 
 #include "companion/ground/nearest.h"
-#include "definitions/definition_reader.h"
-#include "driver/ground/native_path.h"
+#include "definitions/includes_and_defines.h"
+#include "driver/ground/paths.h"
 #include "lint/refusal.h"
 
 namespace tova_fw_builder {

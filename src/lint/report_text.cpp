@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "companion/ground/printable.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

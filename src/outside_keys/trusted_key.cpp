@@ -10,8 +10,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "driver/ground/native_path.h"
 #include "driver/ground/numbers.h"
+#include "driver/ground/paths.h"
 #include "outside_keys/any_key.h"
 #include "outside_keys/manifest_key.h"
 #include "outside_keys/outside_key.h"

@@ -16,7 +16,7 @@
 #include "driver/ground/files.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/log.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "driver/ground/stream_digest.h"
 #include "tools/image_statements.h"
 

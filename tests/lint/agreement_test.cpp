@@ -9,8 +9,8 @@
 #include <sstream>
 
 #include "definitions/constants_header.h"
-#include "definitions/definition_reader.h"
 #include "definitions/image_block.h"
+#include "definitions/includes_and_defines.h"
 #include "lint/linted.h"
 #include "lint/rules.h"
 

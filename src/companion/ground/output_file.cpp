@@ -10,7 +10,7 @@
 #include "companion/ground/standard_output.h"
 #include "companion/ground/system_files.h"
 #include "companion/ground/trouble.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -8,7 +8,7 @@
 #include <random>
 
 #include "companion/ground/system_files.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

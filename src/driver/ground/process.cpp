@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #else
 #include <fcntl.h>
 

@@ -9,7 +9,7 @@
 
 #include "companion/ground/message_text.h"
 #include "companion/ground/printable.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "inspect/addon_name.h"
 #include "inspect/check/beside_files.h"
 #include "inspect/check/checks.h"

@@ -9,7 +9,7 @@
 #include <tuple>
 #include <utility>
 
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 #include "inspect/byte_source.h"
 #include "inspect/compare/byte_difference.h"
 #include "inspect/compare/compare_lines.h"

@@ -1,4 +1,4 @@
-#include "definitions/definition_reader.h"
+#include "definitions/includes_and_defines.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Flattening of definition files. The state of the text stream carries meaning:
 // once it has failed it takes no more text, but all lines still act.
-#include "definitions/definition_reader.h"
+#include "definitions/includes_and_defines.h"
 
 #include <filesystem>
 #include <map>
@@ -10,7 +10,7 @@
 #include <system_error>
 
 #include "definitions/statement.h"
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 

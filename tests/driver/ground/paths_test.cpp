@@ -1,4 +1,4 @@
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Paths for the file system. The library's own conversions go by the code page
 // of the user on Windows, which has no room for most of the names there are.
-#include "driver/ground/native_path.h"
+#include "driver/ground/paths.h"
 
 #include <stdexcept>
 #include <system_error>

@@ -1,4 +1,4 @@
-// definitions/definition_reader.h
+// definitions/includes_and_defines.h
 // Stage one of the definition files: a tree of files becomes one text. Stage
 // two, the statement readers, never sees a file.
 #pragma once

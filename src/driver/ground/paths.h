@@ -1,4 +1,4 @@
-// driver/ground/native_path.h
+// driver/ground/paths.h
 // Paths for the file system. Everywhere else a path is a std::string, in UTF-8
 // on Windows and in the system's own bytes elsewhere, with backslash and slash
 // as separators.
