@@ -45,7 +45,7 @@ void sha512_variant(benchmark::State& state, Sha512Blocks blocks) {
 BENCHMARK(hash_object<Sha256Hash>)->Name("Sha256Hash");
 BENCHMARK(hash_object<Sha384Hash>)->Name("Sha384Hash");
 
-const bool kBuildsRegistered = [] {
+const bool kVariantsRegistered = [] {
   int number = 0;
   for (const Sha256Blocks blocks : sha256_variants()) {
     const std::string name = "sha256_variants/" + std::to_string(number++);

@@ -14,6 +14,10 @@ processor=${1:?usage: check-port.sh s390x|aarch64|riscv64}
 scripts/set-up.sh build companion port "port-$processor"
 scripts/build.sh tool
 
+# Pointers are signed in each function, and the processor's own way of it takes
+# the emulator many times as long as this one.
+[[ $processor != aarch64 ]] || export QEMU_CPU=max,pauth-impdef=on
+
 build=build/port-$processor
 compare=$PWD/$build/compare
 emulator=(qemu-"$processor" -L "/usr/$processor-linux-gnu")

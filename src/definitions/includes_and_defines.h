@@ -13,8 +13,7 @@
 
 namespace tova_fw_builder {
 
-// The depth of includes that fails with "Max inclusion". The top file stands at
-// 0.
+// The depth of includes that fails with "Max inclusion". The top file has 0.
 inline constexpr std::uint32_t kMaxIncludeDepth = 5;
 
 // Flattens the definition file `path` with all that it includes
@@ -28,7 +27,7 @@ inline constexpr std::uint32_t kMaxIncludeDepth = 5;
 // Throws std::runtime_error "Max inclusion", "Not recognized define : " and the
 // name, "Define name conflict : " and the name, "Definition files expand to too
 // much text" (what is read and made, each include counting for 160 more, is
-// above 1 MiB and 16 times as long as its files), and what
+// above 1 MiB and 16 times the length of its files together), and what
 // open_image_defs throws. Leaves the working directory at the top file's.
 std::unique_ptr<std::iostream> read_image_defs(FwOutMap& map,
                                                const std::string& path);

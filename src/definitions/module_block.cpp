@@ -3,7 +3,6 @@
 // characters, so a single digit is looked up as a constant.
 #include <algorithm>
 #include <sstream>
-#include <stdexcept>
 
 #include "definitions/inner_blocks.h"
 #include "definitions/uuid/uuid.h"

@@ -31,8 +31,8 @@ struct BuildArguments {
 // written when something fails stays as it is.
 //
 // Throws what its steps throw. An output file that can't be opened or written
-// is no failure, but for the binary of 1.5, 1.8 and 2.5, of which
-// write_binary_header asks the length.
+// is no failure, unless write_binary_header sees it by the length of the
+// binary.
 void build_command(const BuildArguments& arguments);
 
 // Builds a plain ROM image: the contents of all modules with their padding, and

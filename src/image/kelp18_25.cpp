@@ -91,13 +91,12 @@ MetadataManifest<DigestLength>::MetadataManifest(
       static_cast<std::uint32_t>(image.image_size) + metadata_.base_offset;
   log_digest("Image hash", image.image_hash);
   metadata_.image_digest = image.image_hash;
-  // The frame that would hold this digest, the package extension, is never
-  // written: the log is all that shows of it.
-  using Hash = typename Generation<DigestLength>::Hash;
-  typename Hash::Digest digest{};
-  Hash(reinterpret_cast<const std::uint8_t*>(&metadata_), sizeof(metadata_))
-      .final(digest.data());
-  log_digest("Metadata hash", digest);
+  // The package extension is never written: the digest in it is logged, and
+  // that is all that shows of it.
+  typename Generation<DigestLength>::Hash hash(
+      reinterpret_cast<const std::uint8_t*>(&metadata_), sizeof(metadata_));
+  hash.final(package_.metadata_digest.data());
+  log_digest("Metadata hash", package_.metadata_digest);
 }
 
 template <std::size_t DigestLength>

@@ -46,6 +46,22 @@ class MetadataManifest : public UnsignedManifest {
   void write(std::ostream& stream, const FwOutMap& map) override;
 
  private:
+  // The frame of the metadata extension. It goes to no file: all that is seen
+  // of it is the metadata digest, in the log.
+  struct PackageExtension {
+    Le32 extension_type = 15;
+    Le32 extension_length = sizeof(PackageExtension);
+    Le32 reserved_8;
+    std::array<std::uint8_t, 20> reserved_12{};
+    std::array<char, 12> name{'T', 'O', 'V', 'A', ' ', 'F', 'W'};
+    std::uint8_t kind = 2;
+    std::array<std::uint8_t, 3> reserved_45{};
+    Le32 metadata_length = sizeof(MetadataExtension<DigestLength>);
+    std::array<std::uint8_t, DigestLength> metadata_digest{};
+  };
+  static_assert(sizeof(PackageExtension) == 52 + DigestLength);
+
+  PackageExtension package_;
   MetadataExtension<DigestLength> metadata_;
 };
 

@@ -10,7 +10,6 @@
 #include "driver/ground/wire.h"
 #include "image/image.h"
 #include "image/kelp15.h"
-#include "image/kelp18_25.h"
 #include "image/kelp30.h"
 
 namespace tova_fw_builder {

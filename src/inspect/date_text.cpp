@@ -1,3 +1,4 @@
+// The digits of a date in BCD stand in the order of year, month, day.
 #include "inspect/date_text.h"
 
 #include <chrono>

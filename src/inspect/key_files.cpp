@@ -32,12 +32,12 @@ constexpr std::size_t kPublicNumbers = 2;
 // Goes through a file piece by piece.
 class KeyDecoder {
  public:
-  KeyDecoder(const ByteSource& source, const KeyFormat& form, Inspected& out)
-      : source_(source), form_(form), out_(out) {}
+  KeyDecoder(const ByteSource& source, const KeyFormat& format, Inspected& out)
+      : source_(source), format_(format), out_(out) {}
 
   void decode() {
-    for (std::size_t i = 0; i < form_.pieces.size(); ++i) {
-      take_text(form_.pieces[i]);
+    for (std::size_t i = 0; i < format_.pieces.size(); ++i) {
+      take_text(format_.pieces[i]);
       if (i < numbers_.size()) take_number(i);
     }
     finish();
@@ -73,7 +73,7 @@ class KeyDecoder {
       field.kind = Field::Kind::kPrivate;
       field.shown = kBytes;
     } else if (text_matches_ &&
-               stands(form_.pieces[i + 1], at_ + number.size())) {
+               stands(format_.pieces[i + 1], at_ + number.size())) {
       std::ranges::copy(source_.bytes(at_, number.size()), number.begin());
       field.text = hexadecimal(number);
       if (kNumberNames[i] == "exponent") field.note = decimal(number);
@@ -107,35 +107,35 @@ class KeyDecoder {
   }
 
   const ByteSource& source_;
-  const KeyFormat& form_;
+  const KeyFormat& format_;
   Inspected& out_;
   KeyMaterial key_;  // its public part, as far as it stands
-  const std::vector<KeyField> numbers_ = fields_of(key_, form_);
+  const std::vector<KeyField> numbers_ = fields_of(key_, format_);
   std::size_t public_numbers_ = 0;
   std::uint64_t at_ = 0;
   bool text_matches_ = false;
   Field texts_ = list_field("texts", kBytes);
 };
 
-// The form that the file begins with; of a damaged start, the first of them.
-const KeyFormat& form_of(const ByteSource& source, bool public_only) {
-  const auto forms = key_formats();
-  auto form = std::ranges::find_if(forms, [&](const KeyFormat& candidate) {
+// The format that the file begins with; of a damaged start, the first of them.
+const KeyFormat& format_of(const ByteSource& source, bool public_only) {
+  const auto formats = key_formats();
+  auto format = std::ranges::find_if(formats, [&](const KeyFormat& candidate) {
     const std::string_view start = candidate.pieces[0];
     return candidate.public_only == public_only &&
            source.bytes(0, start.size()) == start;
   });
-  if (form == forms.end()) {
-    form = std::ranges::find(forms, public_only, &KeyFormat::public_only);
+  if (format == formats.end()) {
+    format = std::ranges::find(formats, public_only, &KeyFormat::public_only);
   }
-  return *form;
+  return *format;
 }
 
 void decode_key(const ByteSource& source, bool public_only, const char* title,
                 Inspected& out) {
   out.title = title;
   out.root.add(number_field("bits", 2048));
-  KeyDecoder(source, form_of(source, public_only), out).decode();
+  KeyDecoder(source, format_of(source, public_only), out).decode();
 }
 
 }  // namespace

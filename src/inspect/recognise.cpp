@@ -25,18 +25,18 @@ constexpr std::uint64_t kPrivateSearched = 1024 * 1024;
 
 // What a key file begins with, ahead of the length of the exponent, which may
 // be damaged.
-std::string_view head_of(const KeyFormat& form) {
-  return form.pieces[0].substr(0, form.pieces[0].size() - 2);
+std::string_view head_of(const KeyFormat& format) {
+  return format.pieces[0].substr(0, format.pieces[0].size() - 2);
 }
 
 Found key_at(std::string_view bytes) {
   Found found;
-  for (const KeyFormat& form : key_formats()) {
-    if (!bytes.starts_with(head_of(form))) continue;
-    const bool is_exact = bytes.starts_with(form.pieces[0]);
+  for (const KeyFormat& format : key_formats()) {
+    if (!bytes.starts_with(head_of(format))) continue;
+    const bool is_exact = bytes.starts_with(format.pieces[0]);
     if (found.length != 0 && !is_exact) continue;
-    found = {form.public_only ? Format::kPublicKey : Format::kKeyPair,
-             form.length()};
+    found = {format.public_only ? Format::kPublicKey : Format::kKeyPair,
+             format.length()};
   }
   return found;
 }
@@ -133,12 +133,12 @@ Found structure_at(std::string_view bytes) {
 
 Format recognise(const ByteSource& source) {
   const std::string head = source.bytes(0, 100);
-  for (const KeyFormat& form : key_formats()) {
+  for (const KeyFormat& format : key_formats()) {
     // A pair anywhere near the start, as the builder finds it.
-    if (!form.public_only && head.find(head_of(form)) != head.npos) {
+    if (!format.public_only && head.find(head_of(format)) != head.npos) {
       return Format::kKeyPair;
     }
-    if (head.starts_with(head_of(form))) return Format::kPublicKey;
+    if (head.starts_with(head_of(format))) return Format::kPublicKey;
   }
   const bool has_header = has_mark(source, sizeof(CssPart));
   if (has_header && !has_signer_part(source) && is_manifest(source)) {

@@ -24,7 +24,8 @@ void write_module_contents(FwOutMap& map, std::ostream& stream,
                            const std::string& path);
 
 // The zeros that an addon module's group from 1.8 on has ahead of it, behind
-// the section written last.
+// the section written last: by how much its load address is above that one's
+// end, in whole alignments; 0 if its first section has no contents.
 std::uint32_t addon_pad(const FwImageMap::SectionHeader& previous,
                         const FwOutMap::SectionGroup& group);
 

@@ -2,7 +2,6 @@
 // log: whether a module may do without it is known once all of its groups are
 // bound, and is_referenced decides it.
 #include <stdexcept>
-#include <utility>
 
 #include "driver/ground/log.h"
 #include "layout/passes.h"

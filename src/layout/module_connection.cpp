@@ -2,7 +2,6 @@
 // belong to the whole image are raised as they are.
 #include <exception>
 #include <stdexcept>
-#include <utility>
 
 #include "driver/ground/log.h"
 #include "layout/passes.h"

@@ -8,12 +8,13 @@
 
 namespace tova_fw_builder {
 
-// Empty if the writing doesn't fail. For a map that connect_and_check took.
 struct WritingRefusal {
   std::string text;              // the builder's own
   std::string more;              // what it is about, in words; may be empty
   const void* record = nullptr;  // section, group or class; null for the image
 };
+
+// Of a map that connect_and_check took. Empty if the writing doesn't fail.
 WritingRefusal refusal_of_writing(const FwOutMap& bound);
 
 }  // namespace tova_fw_builder

@@ -88,8 +88,8 @@ void explain_files(const Definition& definition, Finding& finding) {
         "; include it by its bare name or by an absolute path, as the folder "
         "is entered before the name is looked up again";
   } else if (finding.text == "Max inclusion") {
-    finding.text += "; files nest " + std::to_string(kMaxIncludeDepth - 1) +
-                    " deep below the top file";
+    static_assert(kMaxIncludeDepth == 5);
+    finding.text += "; files nest four deep below the top file";
     for (std::size_t i = source.open.size() - 1; i-- > 0;) {
       const SourceMap::Place place = source.open[i];
       finding.notes.push_back(

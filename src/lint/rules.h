@@ -28,7 +28,7 @@ const Rule* find_rule(std::string_view id);
 
 inline constexpr std::string_view kRefused = "refused";
 
-// "there is no rule 'ID'; did you mean 'NAME'?"
+// "there is no rule 'ID'", and "; did you mean 'NAME'?" if one is near.
 std::string no_rule_text(std::string_view id);
 
 // Throws std::runtime_error with that text, or "what the builder refuses can't

@@ -1,4 +1,4 @@
-// The builder finds a form anywhere near the start of a file; here a key file
+// The builder finds a format anywhere near the start of a file; here a key file
 // begins with it, so that PEM and DER are never taken for one.
 #include "outside_keys/key_text.h"
 
@@ -10,14 +10,14 @@ namespace tova_fw_builder {
 
 namespace {
 
-const KeyFormat& form_for(const KeyMaterial& key, bool public_only) {
+const KeyFormat& format_for(const KeyMaterial& key, bool public_only) {
   const auto& e = key.pub_exponent;
   // The bytes of the file stand first, and zeros behind them.
   const bool short_exponent = e[1] == 0 && e[2] == 0;
-  const auto forms = key_formats();
-  return *std::ranges::find_if(forms, [&](const KeyFormat& form) {
-    return form.public_only == public_only &&
-           (form.exponent_length == 1) == short_exponent;
+  const auto formats = key_formats();
+  return *std::ranges::find_if(formats, [&](const KeyFormat& format) {
+    return format.public_only == public_only &&
+           (format.exponent_length == 1) == short_exponent;
   });
 }
 
@@ -34,20 +34,20 @@ std::uint8_t* put(std::uint8_t* at, const KeyField& field) {
 }  // namespace
 
 std::unique_ptr<KeyMaterial> key_of_text(std::string_view file) {
-  const auto forms = key_formats();
-  const auto form =
-      std::ranges::find_if(forms, [&](const KeyFormat& candidate) {
+  const auto formats = key_formats();
+  const auto format =
+      std::ranges::find_if(formats, [&](const KeyFormat& candidate) {
         return file.starts_with(candidate.pieces[0]);
       });
-  return form == forms.end() ? nullptr : key_of_format(file, *form);
+  return format == formats.end() ? nullptr : key_of_format(file, *format);
 }
 
 SecretBuffer text_of_key(KeyMaterial& key, bool public_only) {
-  const KeyFormat& form = form_for(key, public_only);
-  const auto fields = fields_of(key, form);
-  SecretBuffer text(form.length());
+  const KeyFormat& format = format_for(key, public_only);
+  const auto fields = fields_of(key, format);
+  SecretBuffer text(format.length());
   std::uint8_t* at = text.data();
-  auto piece = form.pieces.begin();
+  auto piece = format.pieces.begin();
   for (const KeyField& field : fields) at = put(put(at, *piece++), field);
   put(at, *piece);
   return text;

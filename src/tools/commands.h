@@ -22,7 +22,7 @@ void assemble_image(const std::string& pkg_file, const std::string& out_file);
 void append_files(std::istream& package, std::ostream& out);
 
 // Runs the image script in `img_dscr_file`. Throws std::runtime_error "Failed
-// to open file: " and the path for it, with `out_file` untouched, and what
+// to open file: " and the script's path, with `out_file` untouched, and what
 // run_image_script throws.
 void build_image(const std::string& img_dscr_file,
                  const std::string& deploy_dir, const std::string& out_file);

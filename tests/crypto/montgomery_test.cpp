@@ -29,7 +29,7 @@ Digits power_in(std::int32_t limb, const Digits& modulus, std::int32_t bits,
 // Random moduli, and those whose limbs are all ones, of every number of bits
 // around the places where a limb or a vector is added, or where digits and
 // limbs end together (each 448 bits).
-TEST(Montgomery, BothBuildsAgree) {
+TEST(Montgomery, BothVariantsAgree) {
   if (!has_avx2_and_bmi2()) GTEST_SKIP() << "no AVX2: there is one variant";
   std::mt19937_64 random(2);
   const Digits exponent = {random(), random() | Digit{1} << 63, 0};

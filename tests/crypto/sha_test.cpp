@@ -80,7 +80,7 @@ TEST(Sha, EveryLengthAroundTheBlockSizes) {
 
 // The tests above run the variant that is chosen here, and this one holds the
 // others against it: any number of blocks, any alignment, any state.
-TEST(Sha, AllBuildsAgree) {
+TEST(Sha, AllVariantsAgree) {
   Bytes data(64 * 128 + 16);
   std::iota(data.begin(), data.end(), std::uint8_t{1});
   for (std::size_t count = 0; count <= 63; ++count) {

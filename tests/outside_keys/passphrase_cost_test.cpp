@@ -65,7 +65,7 @@ constexpr char kNumbers[] =
     "its numbers for scrypt are too large, so that it takes too long: encrypt "
     "it anew with smaller ones";
 
-TEST(KeyDerivation, BoundsOfTheWork) {
+TEST(PassphraseCost, BoundsOfTheWork) {
   const struct {
     std::string bytes;
     const char* answer;
@@ -103,7 +103,7 @@ TEST(KeyDerivation, BoundsOfTheWork) {
 }
 
 // Whoever reads a key asks first.
-TEST(KeyDerivation, KeysAreNotOpened) {
+TEST(PassphraseCost, KeysAreNotOpened) {
   const TempDir dir;
   const SecretBuffer passphrase(1);
   EXPECT_EQ(kRounds, message_of([&] {
@@ -112,7 +112,7 @@ TEST(KeyDerivation, KeysAreNotOpened) {
 }
 
 // The first block of a PEM may hide the second one, damaged or not.
-TEST(KeyDerivation, EveryBlockOfPem) {
+TEST(PassphraseCost, EveryBlockOfPem) {
   const TempDir dir;
   const auto pem = [&](const std::string& bytes, const std::string& name) {
     const std::string der_file = dir.write("der", bytes);

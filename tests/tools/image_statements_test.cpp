@@ -28,7 +28,7 @@ std::string statements_of(std::string_view line) {
   return text.str();
 }
 
-TEST(ImageScript, StatementsOfALine) {
+TEST(ImageStatements, StatementsOfALine) {
   const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"  # pt", ""},

@@ -22,7 +22,7 @@ inline std::string_view line_text(std::string_view text) {
 // speed of the disk: linker output has millions of them.
 //
 // - At most kLongestLine characters; a longer line yields those and ends the
-// reading.
+//   reading.
 // - A NUL ends the line's text, not the line.
 // - The end of the text ends the last line. Behind a final line feed stands
 //   one more, empty line, and an empty text is one empty line.

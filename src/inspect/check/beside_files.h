@@ -14,7 +14,7 @@ namespace tova_fw_builder {
 // companion makes, such as "a dependency file"; empty if it is none of them.
 std::string_view beside_kind(const CheckedFile& file);
 
-// Whether it is by its ending what other tools leave beside an image.
+// Whether, by its ending, it is what other tools leave beside an image.
 bool is_other_file(const CheckedFile& file);
 
 // Whether it has to be of the image: by its ending, or as a package descriptor

@@ -1,5 +1,5 @@
 // inspect/check/memory_bank.h
-// Files that are each other word of another one.
+// The files that `split` makes: every second word of another one.
 #pragma once
 
 #include <vector>

@@ -17,8 +17,8 @@ constexpr bool keeps_addons_in_binary(std::uint32_t binary_ver) {
          binary_ver == kKelp30;
 }
 
-// Whether the module goes to a file of its own. False in other generations; a
-// kind unknown to the definitions counts like an addon.
+// Whether the module goes to a file of its own. False in all generations
+// but 1.5; a kind unknown to the definitions counts like an addon.
 inline bool has_own_file(const FwOutMap& map, const FwOutMap::Module& module) {
   return map.binary_ver == kKelp15 &&
          module.module_kind != FwOutMap::Module::kBase &&
