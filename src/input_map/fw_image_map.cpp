@@ -2,6 +2,7 @@
 #include "input_map/fw_image_map.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -22,6 +23,19 @@ void check_size(const FwImageMap::SectionHeader& header, std::uint64_t limit) {
   throw std::runtime_error(text.str());
 }
 
+// The symbols of both; of a name in both, the one in `first`.
+FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
+                           const FwImageMap::SymbolMap& second) {
+  FwImageMap::SymbolMap joined;
+  using Entry = FwImageMap::SymbolMap::Entry;
+  // Of equal names it takes the one of the first range.
+  std::ranges::set_union(first.entries, second.entries,
+                         std::back_inserter(joined.entries), {}, &Entry::name,
+                         &Entry::name);
+  for (Entry& entry : joined.entries) entry.name = joined.keep(entry.name);
+  return joined;
+}
+
 }  // namespace
 
 // The order of the steps shows when one of them fails: the tables are opened
@@ -37,6 +51,16 @@ void FwImageMap::read_image_map(const std::string& memmap_path,
   const std::shared_ptr<std::istream> elf = open_binary_input(elf_path);
   merge_symbols(read_symbols(nm_path));
   read_section_table(*this, *table, elf);
+}
+
+void FwImageMap::add_section(std::shared_ptr<SectionHeader> header) {
+  const auto [place, is_new] = sections.try_emplace(header->name, header);
+  if (is_new) return;
+  // The later one decides, whatever the first is: its bytes would be lost.
+  if (header->load) {
+    throw std::runtime_error("Duplicated section found: " + header->name);
+  }
+  log_info("Duplicated non-loadable section found: ", header->name);
 }
 
 void FwImageMap::add_stream_section(const std::string& name,
@@ -67,6 +91,22 @@ FwImageMap::Symbol FwImageMap::find_symbol(const std::string& name) const {
     }
   }
   return {};
+}
+
+std::string_view FwImageMap::SymbolMap::keep(std::string_view text) const {
+  char* const copy = static_cast<char*>(texts->allocate(text.size(), 1));
+  return {copy, text.copy(copy, text.size())};
+}
+
+// Joining all tables each time would copy what is there for each ELF; leaving
+// all apart would keep a name as often as lists have it.
+void FwImageMap::merge_symbols(SymbolMap&& from) {
+  while (!symbols.empty() &&
+         symbols.back().entries.size() <= 2 * from.entries.size()) {
+    from = join(symbols.back(), from);
+    symbols.pop_back();
+  }
+  if (!from.entries.empty()) symbols.push_back(std::move(from));
 }
 
 void FwImageMap::check_section_size(const std::string& name,

@@ -1,7 +1,8 @@
 // input_map/fw_image_map.h
 // What the linker produced: the sections and symbols of all ELF files of the
 // firmware, each kind under one name space; and the readers of the two tables
-// of an ELF, each in a source of its own.
+// of an ELF, each in a source of its own. What holds across ELFs stands in
+// fw_image_map.
 #pragma once
 
 #include <cstdint>

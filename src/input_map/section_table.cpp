@@ -122,16 +122,6 @@ void read_section_table(FwImageMap& map, std::istream& table,
   log_detail();
 }
 
-void FwImageMap::add_section(std::shared_ptr<SectionHeader> header) {
-  const auto [place, is_new] = sections.try_emplace(header->name, header);
-  if (is_new) return;
-  // The later one decides, whatever the first is: its bytes would be lost.
-  if (header->load) {
-    throw std::runtime_error("Duplicated section found: " + header->name);
-  }
-  log_info("Duplicated non-loadable section found: ", header->name);
-}
-
 std::uint32_t parse_alignment(std::string_view text) {
   constexpr std::string_view kDigits = "0123456789";
   constexpr double kTwoTo63 = 9223372036854775808.0;

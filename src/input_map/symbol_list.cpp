@@ -7,10 +7,8 @@
 // eight characters of each name are fetched into the array and sorted there,
 // then the next eight among those that are equal so far.
 #include <algorithm>
-#include <iterator>
 #include <span>
 #include <string_view>
-#include <utility>
 
 #include "driver/ground/files.h"
 #include "driver/ground/line_fields.h"
@@ -66,19 +64,6 @@ void sort_from(std::span<ListedSymbol> listed, std::size_t start) {
   }
 }
 
-// The symbols of both; of a name in both, the one in `first`.
-FwImageMap::SymbolMap join(const FwImageMap::SymbolMap& first,
-                           const FwImageMap::SymbolMap& second) {
-  FwImageMap::SymbolMap joined;
-  using Entry = FwImageMap::SymbolMap::Entry;
-  // Of equal names it takes the one of the first range.
-  std::ranges::set_union(first.entries, second.entries,
-                         std::back_inserter(joined.entries), {}, &Entry::name,
-                         &Entry::name);
-  for (Entry& entry : joined.entries) entry.name = joined.keep(entry.name);
-  return joined;
-}
-
 }  // namespace
 
 void for_each_symbol(std::istream& in, const TakeSymbol& take) {
@@ -117,22 +102,6 @@ FwImageMap::SymbolMap read_symbols(const std::string& path) {
   FwImageMap::SymbolMap symbols = read_symbols(*open_input(path));
   log_info("Loaded ", symbols.entries.size(), " symbols from file: ", path);
   return symbols;
-}
-
-std::string_view FwImageMap::SymbolMap::keep(std::string_view text) const {
-  char* const copy = static_cast<char*>(texts->allocate(text.size(), 1));
-  return {copy, text.copy(copy, text.size())};
-}
-
-// Joining all tables each time would copy what is there for each ELF; leaving
-// all apart would keep a name as often as lists have it.
-void FwImageMap::merge_symbols(SymbolMap&& from) {
-  while (!symbols.empty() &&
-         symbols.back().entries.size() <= 2 * from.entries.size()) {
-    from = join(symbols.back(), from);
-    symbols.pop_back();
-  }
-  if (!from.entries.empty()) symbols.push_back(std::move(from));
 }
 
 }  // namespace tova_fw_builder

@@ -17,7 +17,7 @@
 #include "driver/ground/wire.h"
 #include "inspect/coverage.h"
 #include "tools/image_script.h"
-#include "tools/image_statements.h"
+#include "tools/image_script_lines.h"
 
 namespace tova_fw_builder {
 namespace {

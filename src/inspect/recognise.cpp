@@ -132,7 +132,7 @@ Found structure_at(std::string_view bytes) {
 }
 
 Format recognise(const ByteSource& source) {
-  const std::string head = source.bytes(0, 100);
+  const std::string head = source.bytes(0, kProbeLength);
   for (const KeyFormat& format : key_formats()) {
     // A pair anywhere near the start, as the builder finds it.
     if (!format.public_only && head.find(head_of(format)) != head.npos) {

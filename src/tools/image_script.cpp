@@ -18,7 +18,7 @@
 #include "driver/ground/log.h"
 #include "driver/ground/paths.h"
 #include "driver/ground/stream_digest.h"
-#include "tools/image_statements.h"
+#include "tools/image_script_lines.h"
 
 namespace tova_fw_builder {
 

@@ -1,4 +1,4 @@
-// tools/image_statements.h
+// tools/image_script_lines.h
 // The script language of build_img (docs/file-formats.md, "Image script of
 // build_img"), line by line.
 #pragma once

@@ -1,6 +1,6 @@
 // Lines of image scripts. What a line without enough words, or with too many,
 // means was worked out by hand from docs/file-formats.md.
-#include "tools/image_statements.h"
+#include "tools/image_script_lines.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ std::string statements_of(std::string_view line) {
   return text.str();
 }
 
-TEST(ImageStatements, StatementsOfALine) {
+TEST(ImageScriptLines, StatementsOfALine) {
   const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"  # pt", ""},

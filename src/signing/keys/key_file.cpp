@@ -1,9 +1,7 @@
-// Key files. The format is found by its first piece of text anywhere in the
-// first 100 bytes, while the reading begins at the file's first byte: a file
-// with something ahead of the key is recognised and then refused.
+// Key files. The format is looked for anywhere near the start, while the
+// reading begins at the file's first byte: a file with something ahead of the
+// key is recognised and then refused.
 #include "signing/keys/key_file.h"
-
-#include <stdexcept>
 
 #include "crypto/secret_buffer.h"
 #include "driver/ground/files.h"
@@ -11,22 +9,6 @@
 #include "signing/keys/key_format.h"
 
 namespace tova_fw_builder {
-
-namespace {
-
-constexpr std::size_t kProbeLength = 100;
-
-const KeyFormat& recognize_format(std::string_view probe) {
-  for (const KeyFormat& format : key_formats()) {
-    if (probe.find(format.pieces[0]) != probe.npos) return format;
-  }
-  // Any file may be named here, and the text is logged: what() ends it at a
-  // zero byte.
-  throw std::runtime_error("Key type not recognized :\r\n" +
-                           std::string(probe));
-}
-
-}  // namespace
 
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path) {
   log_info("Reading keys from: ", path);

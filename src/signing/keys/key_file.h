@@ -12,8 +12,7 @@ namespace tova_fw_builder {
 // Reads a key file of either format. No number is checked; private ones, too,
 // are logged at level 3. Throws std::runtime_error
 //   "Failed to open file: " and the path;
-//   "Key type not recognized :\r\n" and the file's first 100 bytes up to the
-//     first zero byte, if these hold the beginning of no known format;
+//   what recognize_format throws for the file's first 100 bytes;
 //   what key_of_format throws, always for a recognised file below 100 bytes.
 std::unique_ptr<KeyMaterial> load_key_file(const std::string& path);
 

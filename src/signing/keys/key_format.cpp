@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <string>
 
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/log.h"
@@ -65,6 +66,16 @@ std::size_t KeyFormat::length() const {
 }
 
 std::span<const KeyFormat> key_formats() { return kKeyFormats; }
+
+const KeyFormat& recognize_format(std::string_view probe) {
+  for (const KeyFormat& format : kKeyFormats) {
+    if (probe.find(format.pieces[0]) != probe.npos) return format;
+  }
+  // Any file may be named here, and the text is logged: what() ends it at a
+  // zero byte.
+  throw std::runtime_error("Key type not recognized :\r\n" +
+                           std::string(probe));
+}
 
 std::vector<KeyField> fields_of(KeyMaterial& key, const KeyFormat& format) {
   const std::size_t e = format.exponent_length;

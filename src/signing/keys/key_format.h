@@ -25,6 +25,14 @@ struct KeyFormat {
 // In the order of recognition, the longest one first.
 std::span<const KeyFormat> key_formats();
 
+// The bytes at the start of a file in which its format is looked for.
+inline constexpr std::size_t kProbeLength = 100;
+
+// The first format whose first piece stands anywhere in these bytes. Throws
+// std::runtime_error "Key type not recognized :\r\n" and them, up to the first
+// zero byte.
+const KeyFormat& recognize_format(std::string_view probe);
+
 struct KeyField {
   const char* label;
   std::span<std::uint8_t> bytes;
