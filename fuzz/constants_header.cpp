@@ -1,5 +1,6 @@
 // The reader of the #define header.
 #include "definitions/constants_header.h"
+
 #include "harness.h"
 
 void fuzz_one(const std::string& input) {
