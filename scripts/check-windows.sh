@@ -12,6 +12,8 @@ scripts/build.sh tool
 scripts/build.sh windows -DTOVA_WERROR=ON
 
 work=$(mktemp -d)
+# wine takes names of files by the locale, and the one of a bare system is C.
+export LC_ALL=C.UTF-8
 export WINEPREFIX=$work/prefix WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 trap 'wineserver -k || true; rm -rf "$work"' EXIT
 quietly windows-wine wineboot --init
