@@ -27,10 +27,7 @@ for file in "$work/two"/*; do
   cmp "$file" "$work/one/$(basename "$file")"
 done
 one=$work/one
-lintian "$one"/*.deb >"$work/lintian" 2>&1 || {
-  cat "$work/lintian" >&2
-  exit 1
-}
+quietly lintian lintian "$one"/*.deb
 rm -rf build/packages
 cp -r "$one" build/packages
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "driver/ground/line_reader.h"
+
 namespace tova_fw_builder {
 
 // With blanks up to `width`: behind the text, or ahead of it if that is below
@@ -15,10 +17,10 @@ inline std::string padded(std::string_view text, int width) {
   return width < 0 ? blanks.append(text) : std::string(text).append(blanks);
 }
 
-// What of a name stands in a line. The builder takes 1023 characters of a line,
-// and a file may name one text of any length any number of times.
+// What of a name stands in a line, as much as the builder takes of one: a file
+// may name one text of any length any number of times.
 inline std::string_view name_in_line(std::string_view name) {
-  return name.substr(0, 1023);
+  return name.substr(0, kLongestLine);
 }
 
 }  // namespace tova_fw_builder

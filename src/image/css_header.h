@@ -1,5 +1,6 @@
 // image/css_header.h
-// Filling and logging the CSS header of a manifest of generation 1.5.
+// Filling and logging the CSS header of a manifest of generation 1.5. What of
+// the manifest is signed, and its hash: Kelp15FwManifest.
 #pragma once
 
 #include <cstdint>

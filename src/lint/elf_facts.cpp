@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "driver/ground/files.h"
+#include "driver/ground/line_reader.h"
 
 namespace tova_fw_builder {
 
@@ -113,11 +114,10 @@ std::vector<Header> read_headers(Reader& reader, const Form& form,
 // Empty for one that no line of a table has room for: what asks for names has
 // them from there. One text of any length may be the name of many.
 std::string_view text_at(const Bytes& texts, std::uint64_t offset) {
-  constexpr std::size_t kLongestName = 1023;
   if (offset >= texts.size()) return {};
   const std::string_view head(
       reinterpret_cast<const char*>(texts.data()) + offset,
-      std::min<std::size_t>(texts.size() - offset, kLongestName + 1));
+      std::min<std::size_t>(texts.size() - offset, kLongestLine + 1));
   const std::size_t end = head.find('\0');
   return end == head.npos ? std::string_view() : head.substr(0, end);
 }

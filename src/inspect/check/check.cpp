@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 #include "inspect/check/image_summary.h"
 #include "inspect/check/unknown_files.h"
 #include "inspect/inspect.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 
 namespace tova_fw_builder {
 namespace {

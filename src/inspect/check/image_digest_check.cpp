@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 
 namespace tova_fw_builder {
 

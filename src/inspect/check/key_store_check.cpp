@@ -1,4 +1,4 @@
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 #include "signing/keys/key_list.h"
 
 namespace tova_fw_builder {

@@ -11,7 +11,7 @@
 
 #include "companion/ground/message_text.h"
 #include "image/records/binary_header.h"
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 #include "layout/records/out_map.h"
 
 namespace tova_fw_builder {

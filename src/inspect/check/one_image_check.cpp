@@ -5,7 +5,7 @@
 #include <string>
 
 #include "image/records/css_part.h"
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 #include "inspect/compare/byte_difference.h"
 
 namespace tova_fw_builder {

@@ -12,7 +12,7 @@
 #include "driver/ground/paths.h"
 #include "inspect/addon_name.h"
 #include "inspect/check/beside_files.h"
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -8,7 +8,7 @@
 #include "image/image.h"
 #include "image/kelp15.h"
 #include "image/records/binary_header.h"
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 #include "inspect/check/sample_key.h"
 #include "signing/commands.h"
 #include "signing/keys/public_key_hash.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "companion/ground/message_text.h"
 #include "companion/ground/printable.h"
-#include "inspect/check/checks.h"
+#include "inspect/check/check_functions.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -1,4 +1,4 @@
-// inspect/check/checks.h
+// inspect/check/check_functions.h
 // The checks, each a function that adds its lines. Without one, nothing that
 // the check needs is among the files.
 #pragma once
