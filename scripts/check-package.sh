@@ -46,7 +46,7 @@ tests/end_to_end/companion_test.sh "$tool" "$companion"
 hardening-check --quiet --nopie --nostackprotector --nofortify --nocfprotection \
   "$tool" "$companion"
 for program in driver/tova_fw_builder companion/tova_fw; do
-  file "build/tool/src/$program" | grep -q 'static-pie linked'
+  file "build/tool/src/$program" | grep 'static-pie linked' >/dev/null
   objdump -d "build/tool/src/$program" >"$work/listing"
   grep -q 'call.*<__stack_chk_fail' "$work/listing"
   objdump -T "build/tool/src/$program" >"$work/symbols" 2>&1

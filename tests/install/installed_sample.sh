@@ -13,5 +13,6 @@ die() {
   exit 1
 }
 told() {  # told TEXT: the log says so, wherever its lines are wrapped
-  tr -s ' \n' ' ' <"$work/log" | grep -qF -- "$1" || die "not told: $1"
+  tr -s ' \n' ' ' <"$work/log" | grep -F -- "$1" >/dev/null ||
+    die "not told: $1"
 }
