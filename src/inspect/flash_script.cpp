@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "companion/ground/message_text.h"
+#include "companion/ground/nearest.h"
 #include "companion/ground/trouble.h"
+#include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
 #include "driver/ground/paths.h"
 #include "driver/ground/wire.h"
@@ -58,7 +60,11 @@ class Script {
     for (std::string_view line;
          lines.next(line) && parts_.size() < kMostParts;) {
       ++line_number_;
-      for (const auto& statement : image_statements(line)) perform(statement);
+      const auto statements = image_statements(line);
+      for (const auto& statement : statements) perform(statement);
+      if (statements.empty()) {
+        tell_misspelt(std::string(LineFields(line).word()));
+      }
     }
     if (table_) {
       line_number_ = table_line_;
@@ -88,6 +94,24 @@ class Script {
     }
   }
 
+  // Words that are no keyword do nothing, and may be meant so: those alone are
+  // told that are one letter or their capitals away from one.
+  void tell_misspelt(const std::string& word) {
+    if (word.size() < 3) return;
+    std::string small = word;
+    for (char& c : small) {
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    for (const std::string_view keyword : image_keywords()) {
+      if (edit_distance(small, keyword, 1) > 1) continue;
+      add_problem(out_, place_.value_or(out_.length),
+                  "line " + std::to_string(line_number_) + ": '" + word +
+                      "' does nothing; did you mean '" + std::string(keyword) +
+                      "'? A remark begins with #");
+      return;
+    }
+  }
+
   void add(std::string statement, std::optional<std::uint64_t> offset,
            std::uint64_t length, std::string what) {
     parts_.push_back(
@@ -104,9 +128,15 @@ class Script {
     const std::uint64_t length =
         std::filesystem::file_size(native_path(prefix_ + name), error);
     if (!error) return length;
+    const bool lacks_slash =
+        !prefix_.empty() &&
+        std::filesystem::exists(native_path(prefix_ + '/' + name), error);
     add_problem(out_, place_.value_or(out_.length),
                 "line " + std::to_string(line_number_) + ": " + prefix_ + name +
-                    " is not there");
+                    " is not there" +
+                    (lacks_slash ? "; --deploy-dir is put in front as it "
+                                   "stands: end it with /"
+                                 : ""));
     return std::nullopt;
   }
 

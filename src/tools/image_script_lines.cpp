@@ -73,6 +73,12 @@ constexpr Keyword kKeywords[] = {
 
 }  // namespace
 
+std::vector<std::string_view> image_keywords() {
+  std::vector<std::string_view> words;
+  for (const Keyword& keyword : kKeywords) words.push_back(keyword.word);
+  return words;
+}
+
 std::vector<ImageStatement> image_statements(std::string_view text) {
   std::vector<ImageStatement> statements;
   Line line{LineFields(text), {}};

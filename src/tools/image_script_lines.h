@@ -22,6 +22,9 @@ struct ImageStatement {
   std::vector<std::uint32_t> numbers = {};  // their low bytes count
 };
 
+// The words that begin a statement.
+std::vector<std::string_view> image_keywords();
+
 // The statements of one line, in the order in which they act; none if no
 // keyword begins it.
 std::vector<ImageStatement> image_statements(std::string_view line);

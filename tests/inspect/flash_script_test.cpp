@@ -41,6 +41,14 @@ TEST(FlashScript, NamesEveryPart) {
     std::string problems;
   } cases[] = {
       {"pt\noffset 48\nbin a m\nsize a\ndw 1234\n", image(), ""},
+      // What is nearly a statement; a remark is none.
+      {"# bni\nfile\nat\npt\noffset 48\nBIN a\nbni a\nbin a m\nsize a\ndw "
+       "1234\n",
+       image(),
+       "72: line 6: 'BIN' does nothing; did you mean 'bin'? A remark begins "
+       "with #\n72: line 7: 'bni' does nothing; did you mean 'bin'? A remark "
+       "begins "
+       "with #\n"},
       // Another word behind the file marks nothing.
       {"pt\noffset 48\nbin a n\nsize a\ndw 1234\n", image(),
        "0: line 1 (pt): the image has other bytes there\n"},
