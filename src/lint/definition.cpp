@@ -8,7 +8,6 @@
 #include <sstream>
 #include <utility>
 
-#include "definitions/constants_header.h"
 #include "definitions/image_block.h"
 #include "definitions/includes_and_defines.h"
 
@@ -167,7 +166,7 @@ Definition read_definition(const BuildInputs& inputs) {
   out.map = std::make_unique<FwOutMap>();
   out.map->default_dir = inputs.default_dir;
   if (inputs.module_config_path) {
-    read_modules_config(*out.map, *inputs.module_config_path);
+    out.constants = read_constants(*out.map, *inputs.module_config_path);
     out.has_constants = true;
   }
   std::unique_ptr<std::iostream> text;

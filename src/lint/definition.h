@@ -13,6 +13,7 @@
 #include "definitions/block_reader.h"
 #include "layout/build_core.h"
 #include "layout/records/out_map.h"
+#include "lint/constants.h"
 #include "lint/findings.h"
 #include "lint/source_map.h"
 
@@ -53,6 +54,7 @@ struct Definition {
 
   std::unique_ptr<FwOutMap> map;
   bool has_constants = false;  // a header was given
+  ConstantTexts constants;
 
   // Why the builder refuses it: its own text, without the line number.
   struct Refusal {

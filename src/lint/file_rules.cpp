@@ -1,5 +1,5 @@
 // Rules about the files themselves, which the statements never see: how one
-// begins, and an include that leaves no line.
+// begins, and what leaves no line.
 #include "lint/rule_functions.h"
 
 namespace tova_fw_builder {
@@ -19,6 +19,16 @@ void find_byte_order_marks(const Definition& definition, Findings& out) {
               "byte order mark");
     }
   }
+}
+
+void find_empty_definitions(const Definition& definition, Findings& out) {
+  const SourceMap& source = definition.source;
+  // Fragments have defines or includes at least.
+  if (!definition.statements.empty() || definition.refusal ||
+      source.files.size() > 1 || !source.defines.empty()) {
+    return;
+  }
+  out.add({0, 1, 0, 0}, "no statement stands in it: is it a definition?");
 }
 
 void find_empty_includes(const Definition& definition, Findings& out) {

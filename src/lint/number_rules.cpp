@@ -151,12 +151,27 @@ void find_long_uuid(const StatementForm& form, const LintStatement& statement,
               " ahead of them is ignored");
 }
 
+void find_bad_constant(const StatementForm& form,
+                       const LintStatement& statement,
+                       const Definition& definition, Findings& out) {
+  const Operand operand = form.operands[0];
+  if (operand != Operand::kMask && operand != Operand::kCount) return;
+  const std::string name(word_at(statement, 1));
+  if (is_number(name, operand)) return;
+  const std::string fault = constant_fault(definition.constants, name);
+  if (fault.empty()) return;
+  out.add(statement.words[1].spot,
+          in_quotes(name) + " is read as " +
+              std::to_string(definition.map->consts.at(name)) + ": " + fault);
+}
+
 }  // namespace
 
 void find_bad_numbers(const Definition& definition, Findings& out) {
   for (const LintStatement& statement : definition.statements) {
     const StatementForm& form = *form_of(definition, statement);
     find_long_uuid(form, statement, out);
+    find_bad_constant(form, statement, definition, out);
     numbers_of(form, statement, [&](const Number& number) {
       if (is_whole(number)) return cut_text(number).empty();
       out.add(number.word.spot, bad_text(number));

@@ -169,6 +169,13 @@ void explain_uuid(const Refused& refused, Finding& finding) {
   finding.text += "; it has 8-4-4-4-12 hexadecimal digits and nothing behind";
 }
 
+void explain_count(const Refused& refused, Finding& finding) {
+  point_at(1, refused, finding);
+  const std::string fault = constant_fault(refused.definition.constants,
+                                           word_at(refused.statement, 1));
+  if (!fault.empty()) finding.text += "; " + fault;
+}
+
 void point_at_operand(const Refused& refused, Finding& finding) {
   point_at(1, refused, finding);
 }
@@ -187,7 +194,7 @@ constexpr Explanation kExplanations[] = {
     {" argument out of range", explain_number},
     {"Wrong UUID format", explain_uuid},
     {"Double entry point", explain_entry},
-    {"greater than zero", point_at_operand},
+    {"greater than zero", explain_count},
     {"stream type", point_at_operand},
 };
 

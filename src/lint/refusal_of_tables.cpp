@@ -75,6 +75,11 @@ UnreadTables explain_tables(const BuildInputs& inputs, Spot elf_list,
   if (is_key_list_at_fault(inputs)) {
     unread.text += "; this is said of the key list, " + inputs.key_list_path;
   }
+  if (unread.text.starts_with("Invalid number of lines")) {
+    unread.text +=
+        "; each ELF has three, and each ends with a line feed: tova_fw tables "
+        "writes them";
+  }
   explain_table(inputs.elf_list_path, unread);
   return unread;
 }

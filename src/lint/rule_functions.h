@@ -16,6 +16,7 @@ void find_refused(const Definition&, Findings&);
 
 // file_rules
 void find_byte_order_marks(const Definition&, Findings&);
+void find_empty_definitions(const Definition&, Findings&);
 void find_empty_includes(const Definition&, Findings&);
 
 // define_rules

@@ -19,6 +19,8 @@ constexpr Rule kRules[] = {
     {"byte-order-mark", kWarning,
      "A file begins with a byte order mark, which joins its first word",
      find_byte_order_marks, nullptr},
+    {"empty-definition", kWarning, "A definition without a statement",
+     find_empty_definitions, nullptr},
     {"missing-operand", kWarning,
      "A statement lacks an operand; mostly the word before it is taken again",
      find_missing_operands, nullptr},

@@ -24,6 +24,11 @@ std::uint64_t symbol_table_size(const FwOutMap& map) {
 }
 
 void check_sections(const LinkedElf& elf, const ElfFacts& file, Findings& out) {
+  if (elf.sections.empty() && !file.sections.empty()) {
+    out.add(elf.spots[1],
+            "the section table has no section, though its ELF has: is it what "
+            "objdump -h prints?");
+  }
   for (const LinkedHeader& header : elf.sections) {
     const std::string name = in_quotes(header->name);
     if (header->contents &&

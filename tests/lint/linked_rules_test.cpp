@@ -351,6 +351,13 @@ TEST(LinkedRules, TablesOfAnotherLink) {
     EXPECT_EQ("elfs:3:1 stale-table", sample.findings());
   }
   {
+    // Of an addon that need not be there: its sections aren't missed.
+    Sample sample;
+    sample.dir.write("linked/reverb.sections", "no table\n");
+    EXPECT_NE(sample.findings().find("elfs:8:1 stale-table"),
+              std::string::npos);
+  }
+  {
     Sample sample;
     std::filesystem::resize_file(sample.dir.file("linked/mixer.elf"), 4096);
     EXPECT_EQ("elfs:5:1 stale-table", sample.findings());

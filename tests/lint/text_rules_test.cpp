@@ -13,7 +13,6 @@ namespace {
 // A case a line: the files, "=>", the findings.
 constexpr char kCases[] = R"(
 -- What is right has no finding.
-t= =>
 t=@ =>
 t=binary_name EIGHTCHR/binary_ver 3.0/max_data -1/dyn_mem .heap/memory_class a 0 1000/memory_class b 1000 1000/@ =>
 t=define N .t2/include a/|a=/define K LL/@section N/domain_types K/ =>
@@ -51,6 +50,9 @@ t=module m/foo/ => 2:1 refused
 -- byte-order-mark
 t=/include a/|a=\xEF\xBB\xBF# x/ => a:1:1 refused, a:1:1 byte-order-mark
 t=/include a/|a=\xFF\xFE => a:1:1 refused, a:1:1 byte-order-mark
+-- empty-definition
+t= => 1:1 empty-definition
+t=#define A 1// => 1:1 empty-definition
 -- missing-operand: the last word, which is taken once more
 t=ignore/ => 1:1 missing-operand
 t=  ignore^/ => 1:3 missing-operand
@@ -215,6 +217,40 @@ TEST(TextRules, FindMistakesWhereTheyStand) {
     EXPECT_EQ(row.substr(std::min(arrow + 4, row.size())), tree.findings())
         << row;
   }
+}
+
+// What C takes for a number, and what it takes beyond that.
+TEST(TextRules, ConstantsThatAreNoBareNumber) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"2", ""},
+      {" 0x2uL  // two", ""},
+      {"2/* two */\r", ""},
+      {"2 | 1",
+       "2: the header has '2 | 1' for it, and the builder takes a bare"},
+      {"(2)", "0: the header has '(2)' for it, and the builder takes a bare"},
+      {"OTHER",
+       "0: the header has 'OTHER' for it, and the builder takes a bare"},
+      {"2x", "2: the header has '2x' for it, and the builder takes a bare"},
+      {"", "0: the header has no number for it"},
+  };
+  for (const auto& [value, fault] : cases) {
+    LintTree tree("t=@affinity_mask CORES/instance_count 10/");
+    tree.options.inputs.module_config_path = tree.dir.write(
+        "h", std::string("#define CORES 9\n#define CORES ") + value + "\n");
+    const std::string expected =
+        *fault ? std::string("t:5:15: warning: 'CORES' is read as ") + fault
+               : "";
+    EXPECT_EQ(expected, tree.printed().substr(0, expected.size())) << value;
+    EXPECT_EQ(*fault != 0, !tree.printed().empty()) << value;
+  }
+  LintTree tree("t=@instance_count ONE/");
+  tree.options.inputs.module_config_path =
+      tree.dir.write("h", "#define ONE (1)\n");
+  EXPECT_EQ(
+      "t:5:16: error: [ONE] Modules instance count must be greater "
+      "than zero; the header has '(1)' for it, and the builder takes a bare "
+      "number alone [refused]\n",
+      tree.printed());
 }
 
 // The text that a person reads: all of it.
