@@ -27,7 +27,13 @@ std::string found_path(const std::string& path, const std::string& list) {
   if (try_open_input(path)->is_open()) return path;
   const std::string beside =
       path_text(native_path(list).parent_path() / native_path(path));
-  return try_open_input(beside)->is_open() ? beside : path;
+  if (try_open_input(beside)->is_open()) return beside;
+  const std::string where =
+      native_path(path).is_relative()
+          ? ", neither from here nor from the list; tova_fw_builder counts it "
+            "from the definition's folder"
+          : "";
+  throw FileError({path, "it can't be opened" + where});
 }
 
 }  // namespace
@@ -35,9 +41,9 @@ std::string found_path(const std::string& path, const std::string& list) {
 ElfPlaces::ElfPlaces(const std::string& list) {
   for (ElfListEntry elf : read_elf_list(list)) {
     elf.memmap = found_path(elf.memmap, list);
-    elf.nm = found_path(elf.nm, list);
     const std::size_t first_section = sections_.size();
     naming(elf.memmap, [&] { read_sections(elf); });
+    elf.nm = found_path(elf.nm, list);
     read_symbols(elf, first_section);
   }
 }

@@ -24,8 +24,13 @@ namespace fs = std::filesystem;
 // which may be somebody's private key.
 std::string reason_of(const std::exception& error, const std::string& key) {
   const std::string text = error.what();
+  const bool is_relative = native_path(key).is_relative();
   return "its key file " + key +
-         (text.starts_with("Failed to open file") ? " can't be opened"
+         (text.starts_with("Failed to open file")
+              ? is_relative ? " can't be opened, neither from here nor from "
+                              "the list; tova_fw_builder counts it from the "
+                              "definition's folder"
+                            : " can't be opened"
           : text.starts_with("Key type not recognized")
               ? " is none: make one with 'tova_fw key import'"
               : " is damaged or cut off");

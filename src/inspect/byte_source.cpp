@@ -39,7 +39,7 @@ ByteSource ByteSource::open(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(native_path(path), error);
   if (error) refuse(path, error.message());
-  if (fs::is_directory(status)) refuse(path, "it is a folder");
+  if (fs::is_directory(status)) refuse(path, "it is a folder: name its files");
   const bool has_places = fs::is_regular_file(status);
   if (!has_places && !fs::is_fifo(status)) refuse(path, "it is a device");
 

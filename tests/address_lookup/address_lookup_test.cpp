@@ -385,8 +385,10 @@ TEST(ElfPlaces, TroubleNamesTheTable) {
   EXPECT_EQ(dir.file("bad") + ": Not recognizeg alignment specified",
             message_of([&] { ElfPlaces places(list); }));
   dir.write("bad", "");
-  EXPECT_EQ("Failed to open file: none",
-            message_of([&] { ElfPlaces places(list); }));
+  EXPECT_EQ(
+      "none: it can't be opened, neither from here nor from the list; "
+      "tova_fw_builder counts it from the definition's folder",
+      message_of([&] { ElfPlaces places(list); }));
 }
 
 }  // namespace

@@ -54,7 +54,7 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
     const char* err;  // behind "tova_fw: "
   } cases[] = {
       {"show none", "none: cannot be read: No such file or directory"},
-      {"show .", ".: cannot be read: it is a folder"},
+      {"show .", ".: cannot be read: it is a folder: name its files"},
       {"show /dev/null", "/dev/null: cannot be read: it is a device"},
       {"show loop", "loop: cannot be read: Too many levels of symbolic links"},
       {"show ''", "'': cannot be read: No such file or directory"},
@@ -80,7 +80,9 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
        "path-missing: this is no key list: its line 1 has to be 'debug' or "
        "'production' and the path of a key file"},
       {"check --key-list second-missing binary",
-       "second-missing: its key file none.key can't be opened"},
+       "second-missing: its key file none.key can't be opened, neither from "
+       "here nor from the list; tova_fw_builder counts it from the "
+       "definition's folder"},
       {"check --key-list pem-in-it binary",
        "pem-in-it: its key file x.pem is none: make one with 'tova_fw key "
        "import'"},
