@@ -2,7 +2,8 @@
 # Runs every command and builds every definition that the papers show. The
 # word behind the language of a fenced block says what is done with it:
 #
-#   sh run         runs, in a fresh copy of the tree, and must end with 0
+#   sh run         runs, in a fresh copy of the tree, from where the block
+#                  before it has gone to, and must end with 0
 #   LANG file=F    is written to the file F of that copy
 #   text output    is what the block before it printed; three dots at the end of
 #                  a line stand for any text
@@ -32,7 +33,9 @@ die() {
 }
 
 run_block() {
-  (cd "$copy/tree" && bash -euo pipefail "$copy/block") >"$copy/output" 2>&1 || {
+  echo "pwd >'$copy/place'" >>"$copy/block"
+  (cd "$(cat "$copy/place")" && bash -euo pipefail "$copy/block") \
+    >"$copy/output" 2>&1 || {
     tail -n 20 "$copy/output" >&2
     die "the command fails"
   }
@@ -135,6 +138,7 @@ count=0
 while IFS= read -r document; do
   rm -rf "$copy/tree"
   mkdir "$copy/tree"
+  echo "$copy/tree" >"$copy/place"
   git ls-files -z --cached --others --exclude-standard |
     xargs -0 cp --parents -t "$copy/tree"
   number=0
