@@ -13,7 +13,8 @@
 namespace tova_fw_builder {
 namespace {
 
-// Absolute, common, debugging and undefined symbols lie in no section.
+// Absolute, common, debugging and undefined symbols, and those of sections that
+// take no memory, lie at no address.
 bool is_placed(char type) { return std::strchr("aACcNnUwv", type) == nullptr; }
 
 bool is_capital(char type) { return type >= 'A' && type <= 'Z'; }

@@ -14,7 +14,7 @@ namespace {
 
 // Two decimal digits in one byte, for values below 100.
 std::uint32_t bcd(std::int64_t value) {
-  // The mask keeps a century above 99 inside its byte.
+  // The mask keeps what a year below 0 makes inside its byte.
   return static_cast<std::uint32_t>((value / 10 << 4 | value % 10) & 0xFF);
 }
 

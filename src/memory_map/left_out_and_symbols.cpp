@@ -24,9 +24,9 @@ struct Place {
   std::size_t furthest = 0;  // of this and all before it
 };
 
-// Absolute, common, debugging and undefined symbols have no place in memory,
-// whatever their number is.
-bool is_placed(char type) { return std::strchr("aACcNUwv", type) == nullptr; }
+// Absolute, common, debugging and undefined symbols, and those of sections that
+// take no memory, have no place in it, whatever their number is.
+bool is_placed(char type) { return std::strchr("aACcNnUwv", type) == nullptr; }
 
 class ElfReader {
  public:

@@ -346,6 +346,9 @@ TEST(BigNum, ValueSignAndSize) {
                    value.data()));
     EXPECT_EQ(little_endian("300000000200000001", 16), value_of(value, 16));
   }
+  // The word behind an odd count is none of the number's.
+  ASSERT_EQ(zelStsNoErr, zelsSet_BN(kPositive, 1, words, value.data()));
+  EXPECT_EQ(little_endian("1", 16), value_of(value, 16));
   ASSERT_EQ(zelStsNoErr, zelsSet_BN(kNegative, 2, words + 3, value.data()));
   zelsRef_BN(&sign, &bits, nullptr, value.data());
   EXPECT_EQ(kPositive, sign);

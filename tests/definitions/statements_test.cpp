@@ -193,6 +193,7 @@ instance_count }12 => 2: [module] Undefined const }12
 instance_count 1x => 2: [module] Undefined const 1x
 instance_count x7 => invalid stoi argument
 instance_count (7 => invalid stoi argument
+instance_count |7 => invalid stoi argument
 instance_count 2147483648 => stoi argument out of range
 instance_count 00 => 2: [00] Modules instance count must be greater than zero
 instance_count NONE => 2: [NONE] Modules instance count must be greater than zero

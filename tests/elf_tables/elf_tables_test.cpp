@@ -320,6 +320,11 @@ TEST(ElfTables, RefusesWhatIsNoWholeElf) {
             refusal(elf.bytes()));
   elf.type = 4;
   EXPECT_EQ("it is a core dump, which has no sections", refusal(elf.bytes()));
+  // No sections at all, and no place of their table.
+  std::string bare = whole.substr(0, 0x100);
+  bare.replace(32, 4, std::string(4, '\0'))
+      .replace(48, 4, std::string(4, '\0'));
+  EXPECT_EQ("no exception", refusal(bare));
   // The count of sections is the size of the first one.
   std::string many = whole;
   many.replace(48, 2, std::string(2, '\0'));

@@ -78,6 +78,8 @@ cp gen-1.8/firmware.bin 0x5
 where 0 10008004 0x10008004
 has out '0x10008004  mixer  text+0x4  10008004@0xf804'
 where 1 10008004 0x5
+cp 0x5 0X5
+where 1 10008004 0X5
 where 0 ./0x5 0x1000c000
 
 # Logs.

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <sstream>
 
@@ -25,6 +26,21 @@ TEST(Registry, UnknownKeys) {
     EXPECT_EQ("Unrecognized module type",
               message_of([&] { read_manifest(path); }));
   }
+}
+
+// It is of 1.5 by what it lacks, and holds nothing: the digest is that of 128
+// zeros (sha256sum), last byte first.
+TEST(Registry, LessThanAWordCountsAsEmpty) {
+  TempDir dir;
+  CapturedLog log;
+  const auto manifest = read_manifest(dir.write("manifest", bytes_of("0600")));
+  std::string digest(32, ' ');
+  manifest->compute_hash(reinterpret_cast<std::uint8_t*>(digest.data()));
+  std::reverse(digest.begin(), digest.end());
+  EXPECT_EQ(
+      bytes_of(
+          "38723a2e5e8a17aa7950dc008209944e898f69a7bd10a23c839d341e935fd5ca"),
+      digest);
 }
 
 // Nothing is read, and nothing that signing does has an effect.

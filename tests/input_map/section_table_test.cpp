@@ -104,7 +104,7 @@ TEST(SectionTable, SecondSectionOfAName) {
   FwImageMap map;
   const CapturedLog log;
   read(map, kHead + loadable);
-  read(map, kHead + plain);  // in a second ELF
+  read(map, std::string("2.elf: file\n") + kHead + plain);  // a second ELF
   EXPECT_EQ(9u, map.sections["a"]->size);
   EXPECT_EQ("Duplicated non-loadable section found: a\n", log.text());
   FwImageMap other;

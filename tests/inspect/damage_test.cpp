@@ -104,6 +104,7 @@ TEST(Damage, DamageIsToldWhereItIs) {
       {metadata_18(), 73, 0, "72: base_offset is 0, not 8192"},
       {extended_manifest(), 4, 1, "4: the file has 124 bytes, and its heading"},
       {extended_manifest(), 12, 3, "124: the file ends ahead of its last"},
+      {extended_manifest().substr(0, 123), 4, 123, "123: the file ends ahead"},
       {extended_manifest(), 12, 1, "84: 40 bytes behind the last module"},
       {extended_manifest() + "xx", 123, 0, "124: 2 bytes behind the last"},
       {extended_manifest() + 'x', 123, 0, "124: 1 byte behind the last"},

@@ -89,6 +89,16 @@ TEST(FlashScript, NamesEveryPart) {
        "0: line 1 (offset) lies behind the end of the image\n"
        "0: line 2 (dd) lies behind the end of the image\n"},
   };
+  std::string full = "pt\noffset 48\n";
+  for (int i = 0; i < 16; ++i) full += "bin a m\n";
+  {
+    std::istringstream script(full);
+    const ByteSource source =
+        ByteSource::of(Bytes().u32(16).fill(68).fill(80, 'a'));
+    EXPECT_EQ(
+        "4: line 1 (pt): the image has other bytes there\n",
+        problems_of(inspect_flash_image(source, script, dir.path() + "/")));
+  }
   const std::string prefix = dir.path() + "/";
   for (const auto& c : cases) {
     std::istringstream script(c.script);

@@ -185,5 +185,19 @@ TEST(Forms, Bytes) {
       out.str());
 }
 
+TEST(Text, ColumnsAreAsWideAsTheirCharacters) {
+  static constexpr Column kTwoColumns[] = {{"name", "name"}, {"n", "n"}};
+  Field root = object_field("");
+  Field& list = root.add(list_field("l"));
+  list.columns = kTwoColumns;
+  Field& row = list.add(object_field(""));
+  row.add(text_field("name", "\u00E4\u00E4\u00E4\u00E4\u00E4"));
+  row.add(number_field("n", 7));
+  std::ostringstream out;
+  print_fields(out, root, false, {});
+  EXPECT_EQ("\n  l\n    name   n\n    \u00E4\u00E4\u00E4\u00E4\u00E4  7\n",
+            out.str());
+}
+
 }  // namespace
 }  // namespace tova_fw_builder

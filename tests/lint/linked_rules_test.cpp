@@ -30,6 +30,8 @@ group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 11 r => 7:9 refused
 group rodata/section .r < .s/ => .r 2000 10 r, .s 3000 10 r =>
 -- an optional section that is there wants its replacement, too
 group rodata/section o .r < .s/ => .r 2000 10 r => 7:11 refused, 7:16 section-not-found
+-- of modules that are called alike, the later one
+module d m/uuid 11234567-89AB-CDEF-0123-456789ABCDEF/group rodata/section .r/ => .r 2000 10 r => 6:10 name-cut, 7:1 refused, 7:6 duplicate-uuid
 -- what is left out with its module may lie anywhere
 module o n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group rodata/section .r/section .s/ => .r 2004 10 r => 10:9 section-not-found
 -- an addon off the page grid: 3.0 takes it; the gaps of two may add up to a page
@@ -88,6 +90,7 @@ module b n/uuid 01234567-89AB-CDEF-0123-456789ABCDE0/group text/section ep .t/gr
 -- outside-classes, class-full: adjoining classes are one room
 memory_class a 2000 1000/ => => 5:12 outside-classes
 memory_class a 0 800/ => => 5:12 outside-classes
+memory_class a 0 1000/ => => 5:12 outside-classes
 memory_class a 800 801/ => => 5:12 class-full
 memory_class a 1000 80/memory_class b 1080 80/ => =>
 memory_class a 1080 80/ => => 5:12 outside-classes
@@ -262,6 +265,15 @@ TEST(LinkedRules, TablesFitTheirRoom) {
   LintTree tree("t=binary_ver 1.5/@" + times(168, "mod_cfg 1/"));
   add_elf(tree, "elf", ".t 1000 100 t", "");
   EXPECT_EQ("0:1 refused", tree.findings());  // 644 + 168 + 7392 >= 8192
+  std::string ten = "t=binary_ver 1.5/@" + times(144, "mod_cfg 1/");
+  for (int i = 1; i < 10; ++i) {
+    ten += "module b n" + std::to_string(i) +
+           "/uuid 01234567-89AB-CDEF-0123-45678900000" + std::to_string(i) +
+           "/group text/section .t/entry 1000/";
+  }
+  LintTree full(ten);
+  add_elf(full, "elf", ".t 1000 100 t", "");
+  EXPECT_EQ("0:1 refused", full.findings());  // 644 + 52 + 1160 + 6336 = 8192
 }
 
 struct Sample {
@@ -375,6 +387,19 @@ TEST(ElfFacts, DamagedOnesAreReadAsFarAsTheyGo) {
   EXPECT_EQ(1u, whole.sections.count(".text.gain"));
   EXPECT_EQ(0x10001000u, whole.sections.find(".text.gain")->second.address);
   EXPECT_EQ(1u, whole.symbols.size());
+  // Every table of symbols has a null one; with it alone there is none to ask.
+  EXPECT_TRUE(whole.has_symbols);
+  std::string stripped = elf;
+  const auto word = [&](std::size_t at) {
+    return std::size_t{static_cast<unsigned char>(elf[at])} |
+           std::size_t{static_cast<unsigned char>(elf[at + 1])} << 8 |
+           std::size_t{static_cast<unsigned char>(elf[at + 2])} << 16;
+  };
+  for (std::size_t at = word(32); at + 40 <= elf.size(); at += 40) {
+    if (word(at + 4) == 2) stripped.replace(at + 20, 4, {16, 0, 0, 0});
+  }
+  EXPECT_FALSE(
+      read_elf_facts(dir.write("stripped", stripped), wanted).has_symbols);
   // Each byte of the header, each length.
   for (std::size_t i = 0; i < 64; ++i) {
     for (const char byte : {'\x00', '\x01', '\x7F', '\xFF'}) {

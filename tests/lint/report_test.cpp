@@ -20,6 +20,12 @@ TEST(ReportText, ShowsTheLineWithACaret) {
       LintTree("t=~ignore .\xC3\xA4 ~\xC3\xBC\xC3\xBC/").printed(true));
 }
 
+TEST(ReportText, CommaBehindARuleIsNoPartOfIt) {
+  EXPECT_NE(std::string::npos, LintTree("t=# lint: allow x1, x2/")
+                                   .printed(true)
+                                   .find("x1, x2\n                  ^~\n"));
+}
+
 // A name or a word can't steer the terminal, nor fill it.
 TEST(ReportText, NoControlCharacterReachesTheTerminal) {
   const LintTree tree("t=max_data 0 \x1B[31m\x7F\xC2\x9Bx/");

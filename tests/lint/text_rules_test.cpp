@@ -148,6 +148,7 @@ t=define A 1/A/ => 1:8 unused-define, 2:1 refused
 t=define ep .e/@ => 5:9 define-captures, 5:12 extra-words
 t=@define o x/section o .b/ => 6:9 define-captures, 6:11 extra-words
 t=@define .b .c/section .b/ => 6:9 define-captures
+t=@define store x/section .b < store/ => 6:14 define-captures
 t=@define HEAP .heap/section HEAP/dyn_mem HEAP/ => 7:9 section-twice
 t=define name x/@name a name/ => 6:8 define-captures
 -- missing-uuid, duplicate-uuid, empty-module

@@ -37,7 +37,8 @@ TEST(Symbols, ReachToTheNextOneInTheirSection) {
         "00001000 T first\n00001010 t twin_b\n00001010 T twin_a\n"
         "000010ff b last\n00001100 D other\n00001110 T behind\n"
         "00000fff T ahead\n00001020 A absolute\n00001020 a local\n"
-        "00001020 N debug\n00001020 C common\n00001020 c small\n"
+        "00001020 N debug\n00001020 n comment\n00001020 C common\n00001020 c "
+        "small\n"
         "         U undefined\n00001020 w weak\n00001020 v weak_object\n"}});
   EXPECT_EQ(
       "twin_b a/M 1010 239\nfirst a/M 1000 16\nother b/M 1100 16\n"

@@ -93,5 +93,19 @@ TEST(LineReader, AgreeWithTheBufferOfTheStreams) {
   }
 }
 
+// The feed of a longest line stands behind the reader's piece of 65536 bytes.
+TEST(LineReader, LongestLineAtTheEndOfAPiece) {
+  std::string text;
+  for (int i = 0; i < 63; ++i) text += std::string(1023, 'a') + "\n";
+  text += "\n" + std::string(1023, 'x') + "\nlast";
+  std::istringstream in(text);
+  LineReader lines(in);
+  std::string_view line;
+  int count = 0;
+  while (lines.next(line)) ++count;
+  EXPECT_EQ(66, count);
+  EXPECT_EQ("last", line);
+}
+
 }  // namespace
 }  // namespace tova_fw_builder

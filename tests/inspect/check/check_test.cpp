@@ -313,6 +313,15 @@ TEST(Check, DoubtAboutPlaces) {
                 .find("addon1: another module has the same file"));
 }
 
+// The one that reaches furthest meets all that lie in it.
+TEST(Check, ASegmentOverTwoOthers) {
+  ImageSample image = image_sample("1.8");
+  image.at("firmware.bin")[entries_offset("1.8") + 82] = '\x04';  // pages
+  EXPECT_NE(std::string::npos,
+            lines_of(check(image), "segments-apart")
+                .find("text of addon1 and text of base share 4096 bytes"));
+}
+
 // Zeros at the end may be those ahead of an addon that was cut off, or its own.
 TEST(Check, LengthOf30InDoubt) {
   ImageSample image = image_sample("3.0");

@@ -44,6 +44,10 @@ TEST(Check, LengthOf30WithZerosAheadOfAnAddon) {
   EXPECT_EQ(
       0u,
       lines_of(check(image), "length").find("ok firmware.bin: 57344 bytes\n"));
+  // A library has no zeros ahead, so these are told by nothing.
+  ImageSample library = image;
+  library.at("firmware.bin")[entries_offset("3.0") + 2 * kEntry + 28] |= '\x80';
+  EXPECT_NE(std::string::npos, gaps(check(library)).find("length "));
   binary.resize(53249);  // one byte of the addon is left
   EXPECT_EQ(0u, lines_of(check(image), "length")
                     .find("FAILED firmware.bin: 53249 bytes, and its segments "

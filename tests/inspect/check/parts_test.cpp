@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "inspect/check/addon_roles.h"
+#include "inspect/check/beside_files.h"
 #include "inspect/check/check.h"
 #include "inspect/check/digests.h"
 #include "inspect/check/key_store_search.h"
@@ -61,6 +62,11 @@ std::string store(const std::vector<std::string>& hashes, int type = 0) {
     bytes += le32(static_cast<std::uint32_t>(type)) + hash;
   }
   return bytes;
+}
+
+TEST(HasEnding, InCapitalsToo) {
+  EXPECT_TRUE(has_ending("a/b.XZ", ".xz"));
+  EXPECT_FALSE(has_ending("xz", ".xz"));
 }
 
 // The places found in these bytes, which come in pieces of a length.

@@ -272,6 +272,7 @@ TEST(Check, FilesOfTwoImages) {
       // A signer's part is no difference.
       {binary, front + binary, ""},
       {binary, binary.substr(0, 40960), "from 0xa000 on"},
+      {front + binary, binary.substr(0, 40960), "from 0xa000 on"},
       {file("1.5", "firmware.man"), other_date, ""},
       {file("1.5", "firmware.man"), other_version, "from 0x29c on"},
       {file("1.5", "firmware.man"), other_css, "from 0x24 on"},

@@ -130,6 +130,19 @@ TEST(CompareTrees, FieldsOfABinary) {
   }
 }
 
+// One at the end of the segment that moved, where the next one begins.
+TEST(CompareTrees, AnAddressBehindASegmentIsNotInIt) {
+  const std::string old_bytes =
+      patched(binary_18(), {{kSymbols + 12, std::string("\0\x10\0\x10", 4)}});
+  EXPECT_EQ(
+      "modules[eins].segments[text].vma 0x10000000 -> 0x10010000\n"
+      "symbols[a].address 0x10001000 -> 0x10011000\n",
+      compare(
+          old_bytes,
+          patched(old_bytes, {{kOne + 86, "\x01"}, {kSymbols + 14, "\x01"}}),
+          Format::kBinary));
+}
+
 // A byte behind the end of the shorter file is no padding that only moved.
 TEST(CompareTrees, PaddingOfOneSide) {
   const std::string whole = binary_18();

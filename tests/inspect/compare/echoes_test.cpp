@@ -90,6 +90,7 @@ TEST(Echoes, NeedTheirCause) {
        ""},
       {{"manifest-1.5 f:signature", "manifest-1.5 f:css.date"}, "signature "},
       {{"manifest-1.5 f:signature"}, ""},
+      {{"metadata f:digest", "metadata f:limit_offset"}, "digest "},
       {{"manifest-1.5 f:signature", "manifest-1.5 f:modulus",
         "manifest-1.5 f:exponent", "manifest-1.5 f:public_key_hash"},
        "signature modulus exponent "},

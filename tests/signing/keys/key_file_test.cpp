@@ -66,6 +66,8 @@ TEST(KeyFile, CutAndDamagedFiles) {
   const CapturedLog detail(3);
   message_of([&] { load_key_file(dir.write("key", kPublic.substr(0, 99))); });
   EXPECT_EQ("Reading keys from: " + dir.file("key") + "\n", detail.text());
+  message_of([&] { load_key_file(dir.write("key", kPublic.substr(0, 100))); });
+  EXPECT_NE(std::string::npos, detail.text().find("pub_exponent"));
 }
 
 TEST(KeyFile, FormIsSoughtInTheFirst100Bytes) {
