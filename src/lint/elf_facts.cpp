@@ -20,6 +20,8 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr std::uint32_t kSymbolTable = 2;
 // More than any linker makes; what is larger isn't looked at.
 constexpr std::uint64_t kLargestTable = 64 << 20;
+// The same of all names together: a file may name one text any number of times.
+constexpr std::size_t kMostText = 64 << 20;
 
 class Reader {
  public:
@@ -131,10 +133,16 @@ void read_symbols(Reader& reader, const Form& form,
   const Bytes symbols = reader.bytes(table.offset, table.size);
   const std::size_t size = form.symbol_size();
   out.has_symbols = symbols.size() >= 2 * size && !names.empty();
+  std::size_t text = 0;
   for (std::size_t at = 0; at + size <= symbols.size(); at += size) {
     const auto one = std::span(symbols).subspan(at, size);
     const std::string name(text_at(names, form.number(one, 0, 4)));
     if (!wanted.contains(name)) continue;
+    text += name.size();
+    if (text > kMostText) {
+      out.has_symbols = false;
+      return;
+    }
     out.symbols.emplace(name, static_cast<std::uint32_t>(form.word(one, 4, 8)));
   }
 }
@@ -160,13 +168,20 @@ ElfFacts read_elf_facts(const std::string& path,
       reader.bytes(headers[names_number].offset, headers[names_number].size);
   // The first table alone: each could name the largest text for its own.
   bool has_table = false;
+  std::size_t text = 0;
   for (std::size_t i = 1; i < headers.size(); ++i) {
     const Header& header = headers[i];
+    const std::string_view name = text_at(names, header.name);
+    text += name.size();
+    if (text > kMostText) {
+      ElfFacts unread;
+      unread.length = out.length;
+      return unread;
+    }
     out.sections.emplace(
-        text_at(names, header.name),
-        ElfFacts::Section{static_cast<std::uint32_t>(header.address),
-                          static_cast<std::uint32_t>(header.offset),
-                          static_cast<std::uint32_t>(header.size)});
+        name, ElfFacts::Section{static_cast<std::uint32_t>(header.address),
+                                static_cast<std::uint32_t>(header.offset),
+                                static_cast<std::uint32_t>(header.size)});
     if (header.type == kSymbolTable && !std::exchange(has_table, true)) {
       read_symbols(reader, form, headers, header, wanted_symbols, out);
     }

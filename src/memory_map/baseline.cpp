@@ -1,7 +1,9 @@
 #include "memory_map/baseline.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
+#include <string_view>
 #include <tuple>
 
 #include "companion/ground/json.h"
@@ -37,10 +39,15 @@ class SizesReader {
  public:
   // Yields whether the document is to keep the value.
   bool take(int depth, Json::parse_event_t event, Json& value) {
-    if (event == Json::parse_event_t::key && depth == 1) {
-      list_ = value.get<std::string>();
-    }
-    if (event != Json::parse_event_t::object_end) return true;
+    using Event = Json::parse_event_t;
+    // Deeper than any map: what the library copies, it copies by recursion.
+    constexpr int kDeepest = 16;
+    if (depth > kDeepest) refuse();
+    if (event == Event::key) return takes_key(depth, value);
+    // It counts that the image is there; rows are objects.
+    if (list_ == "image" && depth > 1) return false;
+    if (event == Event::value && depth == 2) return false;
+    if (event != Event::object_end) return true;
     if (list_ == "classes" && depth == 4) return take_section(value, "name");
     if (depth != 2) return true;
     if (list_ == "classes") {
@@ -72,6 +79,18 @@ class SizesReader {
   }
 
  private:
+  // All that is read: further names would be searched at each one that comes.
+  bool takes_key(int depth, const Json& key) {
+    static constexpr std::string_view kKeys[] = {
+        "schema", "image",           "symbols_total", "classes", "modules",
+        "name",   "outside_classes", "left_out",      "symbols", "used",
+        "text",   "rodata",          "bss",           "gaps",    "padding",
+        "size",   "section",         "sections",      "module"};
+    const auto name = key.get<std::string>();
+    if (depth == 1) list_ = name;
+    return std::ranges::find(kKeys, name) != std::end(kKeys);
+  }
+
   // A section can stand in several lists.
   bool take_section(const Json& row, const char* key) {
     sizes_.parts[{text_of(row, key), ""}] = {text_of(row, "module"),

@@ -114,6 +114,10 @@ std::string_view pem_label(std::string_view text) {
   return text.substr(0, text.find("-----"));
 }
 
+// A key of another kind is decoded for the message alone. Of some OpenSSL
+// computes the public part, which takes minutes where the numbers are large.
+constexpr std::size_t kMostOfAnotherKind = 4096;
+
 [[noreturn]] void refuse_undecoded(std::span<const std::uint8_t> bytes,
                                    const Passphrase& passphrase) {
   if (passphrase.asked) {
@@ -141,7 +145,9 @@ std::string_view pem_label(std::string_view text) {
         "makes PEM of a copy");
   }
   if (label.ends_with("PRIVATE KEY") || label.ends_with("PUBLIC KEY")) {
-    refuse("this PEM is damaged or cut off");
+    refuse(bytes.size() > kMostOfAnotherKind
+               ? "this PEM is damaged, cut off, or not of an RSA key"
+               : "this PEM is damaged or cut off");
   }
   refuse("this is no key: neither a key file, nor PEM, nor DER");
 }
@@ -154,9 +160,10 @@ void start_openssl() {
 
 Key decode(std::span<const std::uint8_t> bytes, Passphrase& passphrase) {
   start_openssl();
+  const char* const kind = bytes.size() > kMostOfAnotherKind ? "RSA" : nullptr;
   EVP_PKEY* key = nullptr;
   const Owned<OSSL_DECODER_CTX> decoder(OSSL_DECODER_CTX_new_for_pkey(
-      &key, nullptr, nullptr, nullptr, 0, nullptr, nullptr));
+      &key, nullptr, nullptr, kind, 0, nullptr, nullptr));
   const Owned<BIO> in(
       BIO_new_mem_buf(bytes.data(), static_cast<int>(bytes.size())));
   if (!decoder || !in) throw std::bad_alloc();

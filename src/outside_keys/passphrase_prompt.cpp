@@ -9,6 +9,8 @@
 #include <fstream>
 #include <string_view>
 
+#include "companion/ground/printable.h"
+
 namespace tova_fw_builder {
 
 namespace {
@@ -30,7 +32,8 @@ int answer_passphrase(char* place, int size, int, void* data) {
     passphrase.answered = true;
     return static_cast<int>(length);
   }
-  const std::string prompt = "Passphrase for " + passphrase.name + ": ";
+  const std::string prompt =
+      "Passphrase for " + printable(passphrase.name) + ": ";
   if (!has_terminal() ||
       EVP_read_pw_string(place, room, prompt.c_str(), 0) != 0) {
     return -1;

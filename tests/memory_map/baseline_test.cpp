@@ -41,6 +41,12 @@ TEST(Baseline, RefusesWhatIsNoMap) {
       {kHead + "}", true},
       {kHead + R"(,"unknown":[{"name":{}}],"modules":[]})", true},
       {kHead + R"(,"symbols":[)" + kSymbol + "]}", true},
+      // As deep as nobody wants to follow, and as a copy would have to.
+      {R"({"a":)" + std::string(100'000, '[') + std::string(100'000, ']') +
+           R"(,"schema":1,"image":{},"symbols_total":0})",
+       false},
+      {R"({"schema":1,"image":[1,{"a":2}],"symbols_total":0,"symbols":[1]})",
+       true},
       {kHead + R"(,"symbols":[{"name":"s","module":null,"section":"a",)"
                R"("size":68719476736}]})",
        true},
