@@ -81,7 +81,7 @@ void print_ranges_member(std::ostream& out, const Inspected& inspected,
   for (const ByteRange& range : ranges) {
     out << separator << blanks << "  {\"offset\": " << range.offset
         << ", \"length\": " << range.length << ", \"path\": \"" << range.path
-        << "\", \"value\": " << value_text_json(field_json(*range.field))
+        << "\", \"value\": " << json_line(field_json(*range.field))
         << '}';
     separator = ",\n";
   }

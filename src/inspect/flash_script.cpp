@@ -57,8 +57,9 @@ class Script {
 
   std::vector<Part> run(std::istream& text) {
     LineReader lines(text);
-    for (std::string_view line;
-         lines.next(line) && parts_.size() < kMostParts;) {
+    for (std::string_view line; lines.next(line);) {
+      is_cut_ = parts_.size() >= kMostParts;
+      if (is_cut_) break;
       ++line_number_;
       const auto statements = image_statements(line);
       for (const auto& statement : statements) perform(statement);
@@ -73,6 +74,9 @@ class Script {
     }
     return std::move(parts_);
   }
+
+  // Whether there were more parts than are looked at.
+  bool is_cut() const { return is_cut_; }
 
  private:
   void perform(const ImageStatement& statement) {
@@ -215,6 +219,7 @@ class Script {
   std::optional<std::uint64_t> table_;
   std::uint64_t table_line_ = 0;
   std::uint64_t line_number_ = 0;
+  bool is_cut_ = false;
   std::vector<Part> parts_;
   std::vector<std::optional<std::uint64_t>> marked_;
 };
@@ -343,7 +348,8 @@ Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
   Inspected out;
   out.length = image.size();
   out.root.kind = Field::Kind::kObject;
-  const std::vector<Part> parts = Script(prefix, out).run(script);
+  Script statements_of(prefix, out);
+  const std::vector<Part> parts = statements_of.run(script);
   if (parts.empty()) {
     throw std::runtime_error(
         "nothing in it writes to an image: is it an image script?");
@@ -370,8 +376,14 @@ Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
     Field piece = text_field("", "");
     piece.kind = Field::Kind::kPadding;
     rest.add(placed(std::move(piece), gap.offset, gap.length));
+    if (statements_of.is_cut()) continue;
     add_problem(out, gap.offset,
                 counted(gap.length, "byte") + " that no statement wrote");
+  }
+  if (statements_of.is_cut()) {
+    add_problem(out, out.length,
+                "the script makes more than " + std::to_string(kMostParts) +
+                    " parts; what is behind these isn't looked at");
   }
   out.root.add(std::move(rest));
   out.title = "flash image of " + counted(parts.size(), "part");

@@ -10,9 +10,11 @@ constexpr std::size_t kMostProblems = 1000;
 }  // namespace
 
 void add_problem(Inspected& inspected, std::uint64_t offset, std::string text) {
-  if (inspected.problems.size() < kMostProblems) {
-    inspected.problems.push_back({offset, std::move(text)});
-  }
+  if (inspected.problems.size() > kMostProblems) return;
+  const bool is_last = inspected.problems.size() == kMostProblems;
+  inspected.problems.push_back(
+      {offset, is_last ? "here and elsewhere is more, which isn't told"
+                       : std::move(text)});
 }
 
 }  // namespace tova_fw_builder

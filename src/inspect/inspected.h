@@ -25,7 +25,7 @@ struct Inspected {
   std::vector<Problem> problems;  // by offset; empty when all is well
 };
 
-// Adds a problem; behind a thousand of them no more are kept.
+// Adds a problem; behind a thousand of them one says that there are more.
 void add_problem(Inspected& inspected, std::uint64_t offset, std::string text);
 
 }  // namespace tova_fw_builder

@@ -31,7 +31,7 @@ Json names_json(const std::string& names) {
 
 void print_value(std::ostream& out, const Field& field, std::size_t indent) {
   if (!field.has_members()) {
-    out << value_text_json(field_json(field));
+    out << json_line(field_json(field));
     return;
   }
   const bool is_list = field.kind == Field::Kind::kList;
@@ -53,10 +53,6 @@ void print_value(std::ostream& out, const Field& field, std::size_t indent) {
 }
 
 }  // namespace
-
-std::string value_text_json(const Json& value) {
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
 
 Json field_json(const Field& field) {
   switch (field.kind) {
@@ -95,7 +91,7 @@ void print_problems_member(std::ostream& out, const Inspected& inspected,
   const char* separator = "\n";
   for (const Problem& problem : inspected.problems) {
     out << separator << blanks << "  {\"offset\": " << problem.offset
-        << ", \"text\": " << value_text_json(problem.text) << '}';
+        << ", \"text\": " << json_line(problem.text) << '}';
     separator = ",\n";
   }
   if (!inspected.problems.empty()) out << '\n' << blanks;

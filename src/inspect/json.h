@@ -13,9 +13,6 @@ namespace tova_fw_builder {
 // reserved zeros are null.
 Json field_json(const Field& field);
 
-// A small value in one line.
-std::string value_text_json(const Json& value);
-
 // Prints a member of a JSON object on lines of its own, `indent` blanks deep,
 // without a comma or a newline behind it: "name": value. As field_json makes
 // it, but with nothing else in memory.

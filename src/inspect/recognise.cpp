@@ -100,6 +100,24 @@ bool may_be_private(const ByteSource& source) {
       [&head](std::string_view text) { return head.find(text) != head.npos; });
 }
 
+bool is_private_key(const ByteSource& source) {
+  const std::string head = source.bytes(0, kPrivateSearched);
+  if (head.find("PRIVATE KEY-----") != head.npos) return true;
+  // DER: a sequence as long as the file, and the version 0 or 1 in it.
+  const auto byte = [&head](std::size_t i) -> std::uint64_t {
+    return i < head.size() ? static_cast<unsigned char>(head[i]) : 0;
+  };
+  std::size_t at = 2;
+  std::uint64_t length = byte(1);
+  if (length > 0x80 && length <= 0x83) {
+    at += length - 0x80;
+    length = 0;
+    for (std::size_t i = 2; i < at; ++i) length = length << 8 | byte(i);
+  }
+  return byte(0) == 0x30 && at + length == source.size() && byte(at) == 2 &&
+         byte(at + 1) == 1 && byte(at + 2) <= 1;
+}
+
 Found structure_at(std::string_view bytes) {
   if (bytes.size() < 16) return {};
   if (bytes.starts_with('(')) return key_at(bytes);
@@ -166,6 +184,7 @@ Format recognise(const ByteSource& source) {
 
 Format safe_format(const ByteSource& source, std::optional<Format> as) {
   const Format format = as.value_or(recognise(source));
+  if (as && is_private_key(source)) return Format::kEmbedded;
   return format != Format::kEmbedded && may_be_private(source)
              ? Format::kKeyPair
              : format;

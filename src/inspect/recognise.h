@@ -29,6 +29,10 @@ bool is_known(const Inspected& inspected);
 // ahead of them stand there.
 bool may_be_private(const ByteSource& source);
 
+// Whether it is a private key as PEM or DER, of any kind, that isn't encrypted;
+// of PEM also an encrypted one.
+bool is_private_key(const ByteSource& source);
+
 // A structure that begins at the head of some bytes.
 struct Found {
   Format format = Format::kEmbedded;

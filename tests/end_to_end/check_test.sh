@@ -59,6 +59,15 @@ says 'not checked' module-hash 'mixer: .*: give NAME_5A3C0004'
 check 1 key-store --key-list "$keys/trusted-keys.list" firmware.man
 check 0 '' --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
 says ok key-store 'stand at 0x3040'
+# Beside a store of another key, which the loader may take.
+cp firmware.bin kept
+tail -c +$((0x3041)) kept | head -c 76 | dd of=firmware.bin bs=1 seek=$((0x2f00)) \
+  conv=notrunc status=none
+flip firmware.bin 0x3050
+check 1 module-hash --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
+says ok key-store 'stand at 0x2f00'
+says 'not checked' key-store 'stands at 0x3040 looks like a store'
+mv kept firmware.bin
 check 0 '' --summary .
 [[ $(<"$work/out") == 'firmware 1.4.0.27  generation 1.5  24576 bytes  signed '`
   `'debug 966d4e58…  all checks hold' ]] || die "$(cat "$work/out")"

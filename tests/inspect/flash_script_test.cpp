@@ -89,6 +89,16 @@ TEST(FlashScript, NamesEveryPart) {
        "0: line 1 (offset) lies behind the end of the image\n"
        "0: line 2 (dd) lies behind the end of the image\n"},
   };
+  std::string many;
+  for (int i = 0; i < 4097; ++i) many += "db 1\n";
+  {
+    std::istringstream script(many);
+    EXPECT_EQ(
+        "4097: the script makes more than 4096 parts; what is behind these "
+        "isn't looked at\n",
+        problems_of(inspect_flash_image(ByteSource::of(std::string(4097, '\1')),
+                                        script, "")));
+  }
   std::string full = "pt\noffset 48\n";
   for (int i = 0; i < 16; ++i) full += "bin a m\n";
   {

@@ -44,7 +44,9 @@ Change line_change(std::size_t index) {
 std::vector<Change> compare_lines(const ByteSource& old_source,
                                   const ByteSource& new_source) {
   if (std::max(old_source.size(), new_source.size()) > kLongest) return {};
-  if (may_be_private(old_source) || may_be_private(new_source)) return {};
+  for (const ByteSource* source : {&old_source, &new_source}) {
+    if (may_be_private(*source) || is_private_key(*source)) return {};
+  }
   const std::string old_text = old_source.bytes(0, kLongest);
   const std::string new_text = new_source.bytes(0, kLongest);
   if (!is_text(old_text) || !is_text(new_text)) return {};
