@@ -151,7 +151,7 @@ Status show_files(const Options& options) {
   }
   if (options.json) {
     std::cout << (is_first ? "],\n" : "\n  ],\n")
-              << "  \"troubles\": " << value_text_json(troubles_json(troubles))
+              << "  \"troubles\": " << json_line(troubles_json(troubles))
               << "\n}\n";
   }
   return troubles.any() ? Status::kTrouble : Status::kYes;

@@ -140,7 +140,7 @@ Status look_up(const Options& options) {
   const AddressLookup lookup = make_lookup(words, options, status);
   const char* between = "\n    ";
   if (options.json) std::cout << "{\n  \"schema\": 1,\n  \"addresses\": [";
-  ask(words.questions, [&](std::uint32_t address) {
+  const auto answer = [&](std::uint32_t address) {
     const auto owners = lookup.owners_of(address);
     if (owners.empty()) status = worse_of(status, Status::kNo);
     if (options.json) {
@@ -149,8 +149,15 @@ Status look_up(const Options& options) {
     } else {
       print_owners(std::cout, lookup, address, owners);
     }
-  });
-  if (options.json) std::cout << "\n  ]\n}\n";
+  };
+  const char* const end = options.json ? "\n  ]\n}\n" : "";
+  try {
+    ask(words.questions, answer);
+  } catch (...) {
+    std::cout << end;
+    throw;
+  }
+  std::cout << end;
   return status;
 }
 

@@ -90,6 +90,9 @@ status=0
 [[ $(jq -c '[.addresses[] | [.address, .owners[0].module]]' out) == \
   '[[268451840,"gain"],[268468228,"mixer"],[268439568,"gain"],[268484608,"reverb"],[4294901760,null]]' ]]
 
+"$tool" where gen-1.8/firmware.bin - --json </dev/null >out 2>err && die 'no address'
+[[ $(jq -c '.addresses' out) == '[]' ]]
+
 while IFS='|' read -r arguments text; do
   # shellcheck disable=SC2086
   where 2 $arguments

@@ -14,8 +14,12 @@ namespace tova_fw_builder {
 using Json = nlohmann::ordered_json;
 
 // The document with two blanks a level and one newline at its end. Bytes that
-// aren't UTF-8 become U+FFFD, so that what is printed is always JSON.
+// aren't UTF-8 become U+FFFD, so that what is printed is always JSON; what would
+// steer a terminal is escaped.
 std::string json_text(const Json& document);
+
+// A small value of such a document, in one line.
+std::string json_line(const Json& value);
 
 // A text as a string of such a document, with its quotation marks.
 std::string json_string(std::string_view text);

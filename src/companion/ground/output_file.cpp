@@ -35,6 +35,8 @@ constexpr auto kWrite = std::ios_base::out | std::ios_base::binary;
 // The place behind symbolic links, also behind one to a file that isn't there.
 fs::path followed(fs::path path) {
   std::error_code error;
+  // Links of the system to a pipe have no path behind them.
+  if (fs::exists(path, error) && !fs::is_regular_file(path, error)) return path;
   for (int links = 0; links < 40 && fs::is_symlink(path, error); ++links) {
     path = path.parent_path() / fs::read_symlink(path, error);
     if (error) break;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -58,6 +59,15 @@ TEST(OutputFile, FollowsLinksAndWritesDevices) {
   EXPECT_EQ("x", read_file(dir.file("target")));
   write_output_file("/dev/null", "x");
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
+  // As a shell gives a command that reads the output.
+  int ends[2];
+  ASSERT_EQ(0, pipe(ends));
+  write_output_file("/dev/fd/" + std::to_string(ends[1]), "x");
+  char byte = 0;
+  EXPECT_EQ(1, read(ends[0], &byte, 1));
+  EXPECT_EQ('x', byte);
+  close(ends[0]);
+  close(ends[1]);
 }
 
 TEST(OutputFile, TwoOutputsInOnePlace) {

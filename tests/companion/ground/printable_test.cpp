@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "companion/ground/json.h"
+
 namespace tova_fw_builder {
 namespace {
 
@@ -38,6 +40,14 @@ TEST(Printable, NothingSteersTheTerminal) {
        "\u2027\u202F\u2065\u206A\u200D\u2010\u061B"},
   };
   for (const auto& c : cases) EXPECT_EQ(c.printed, printable(c.text));
+}
+
+// A document holds the same, whatever a terminal would make of it.
+TEST(JsonText, EscapesWhatSteersATerminal) {
+  const Json document = {{"a\n", "\x7F\u009B\u202E\u00E4\xFF"}};
+  const std::string text = json_text(document);
+  EXPECT_EQ("{\n  \"a\\n\": \"\\u007f\\u009b\\u202e\u00E4\uFFFD\"\n}\n", text);
+  EXPECT_EQ("\u009B", Json::parse(json_string("\u009B")).get<std::string>());
 }
 
 }  // namespace
