@@ -14,8 +14,8 @@ namespace tova_fw_builder {
 using Json = nlohmann::ordered_json;
 
 // The document with two blanks a level and one newline at its end. Bytes that
-// aren't UTF-8 become U+FFFD, so that what is printed is always JSON; what would
-// steer a terminal is escaped.
+// aren't UTF-8 become U+FFFD, so that what is printed is always JSON; what
+// would steer a terminal is escaped.
 std::string json_text(const Json& document);
 
 // A small value of such a document, in one line.
