@@ -81,8 +81,7 @@ void print_ranges_member(std::ostream& out, const Inspected& inspected,
   for (const ByteRange& range : ranges) {
     out << separator << blanks << "  {\"offset\": " << range.offset
         << ", \"length\": " << range.length << ", \"path\": \"" << range.path
-        << "\", \"value\": " << json_line(field_json(*range.field))
-        << '}';
+        << "\", \"value\": " << json_line(field_json(*range.field)) << '}';
     separator = ",\n";
   }
   if (!ranges.empty()) out << '\n' << blanks;
