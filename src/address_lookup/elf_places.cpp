@@ -26,7 +26,7 @@ bool comes_before(const ElfSymbol& a, const ElfSymbol& b) {
 
 std::string found_path(const std::string& path, const std::string& list) {
   if (try_open_input(path)->is_open()) return path;
-  const std::string beside =
+  std::string beside =
       path_text(native_path(list).parent_path() / native_path(path));
   if (try_open_input(beside)->is_open()) return beside;
   const std::string where =
