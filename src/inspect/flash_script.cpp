@@ -58,10 +58,10 @@ class Script {
   std::vector<Part> run(std::istream& text) {
     LineReader lines(text);
     for (std::string_view line; lines.next(line);) {
-      is_cut_ = parts_.size() >= kMostParts;
-      if (is_cut_) break;
       ++line_number_;
       const auto statements = image_statements(line);
+      is_cut_ = parts_.size() >= kMostParts && !statements.empty();
+      if (is_cut_) break;
       for (const auto& statement : statements) perform(statement);
       if (statements.empty()) {
         tell_misspelt(std::string(LineFields(line).word()));
@@ -99,15 +99,16 @@ class Script {
   }
 
   // Words that are no keyword do nothing, and may be meant so: those alone are
-  // told that are one letter or their capitals away from one.
+  // told that are a keyword in capitals, or one letter away from a longer one.
   void tell_misspelt(const std::string& word) {
-    if (word.size() < 3) return;
+    if (word.starts_with('#')) return;
     std::string small = word;
     for (char& c : small) {
       if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     }
     for (const std::string_view keyword : image_keywords()) {
-      if (edit_distance(small, keyword, 1) > 1) continue;
+      const std::size_t most = std::min(small.size(), keyword.size()) > 2;
+      if (edit_distance(small, keyword, most) > most) continue;
       add_problem(out_, place_.value_or(out_.length),
                   "line " + std::to_string(line_number_) + ": '" + word +
                       "' does nothing; did you mean '" + std::string(keyword) +
@@ -204,7 +205,7 @@ class Script {
   // Empty if a position isn't known.
   std::string table_bytes() const {
     PartitionTable table;
-    if (marked_.size() > table.positions.size()) return {};
+    if (is_cut_ || marked_.size() > table.positions.size()) return {};
     table.count = static_cast<std::uint32_t>(marked_.size());
     for (std::size_t i = 0; i < marked_.size(); ++i) {
       if (!marked_[i]) return {};
@@ -341,6 +342,25 @@ Field decode_part(const ByteSource& image, const Part& part,
   return field;
 }
 
+// What no part has.
+Field decode_rest(const Coverage& coverage, bool is_cut, Inspected& out) {
+  Field rest = list_field("padding", kBytes);
+  for (const Span gap : coverage.gaps()) {
+    Field piece = text_field("", "");
+    piece.kind = Field::Kind::kPadding;
+    rest.add(placed(std::move(piece), gap.offset, gap.length));
+    if (is_cut) continue;
+    add_problem(out, gap.offset,
+                counted(gap.length, "byte") + " that no statement wrote");
+  }
+  if (is_cut) {
+    add_problem(out, out.length,
+                "the script makes more than " + std::to_string(kMostParts) +
+                    " parts; what is behind these isn't looked at");
+  }
+  return rest;
+}
+
 }  // namespace
 
 Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
@@ -371,21 +391,7 @@ Inspected inspect_flash_image(const ByteSource& image, std::istream& script,
     statements.add(decode_part(image, parts[i], left[i], expected, out));
   }
   out.root.add(std::move(statements));
-  Field rest = list_field("padding", kBytes);
-  for (const Span gap : coverage.gaps()) {
-    Field piece = text_field("", "");
-    piece.kind = Field::Kind::kPadding;
-    rest.add(placed(std::move(piece), gap.offset, gap.length));
-    if (statements_of.is_cut()) continue;
-    add_problem(out, gap.offset,
-                counted(gap.length, "byte") + " that no statement wrote");
-  }
-  if (statements_of.is_cut()) {
-    add_problem(out, out.length,
-                "the script makes more than " + std::to_string(kMostParts) +
-                    " parts; what is behind these isn't looked at");
-  }
-  out.root.add(std::move(rest));
+  out.root.add(decode_rest(coverage, statements_of.is_cut(), out));
   out.title = "flash image of " + counted(parts.size(), "part");
   std::stable_sort(
       out.problems.begin(), out.problems.end(),

@@ -13,7 +13,7 @@ void add_problem(Inspected& inspected, std::uint64_t offset, std::string text) {
   if (inspected.problems.size() > kMostProblems) return;
   const bool is_last = inspected.problems.size() == kMostProblems;
   inspected.problems.push_back(
-      {offset, is_last ? "here and elsewhere is more, which isn't told"
+      {offset, is_last ? "there are more than 1000 problems: mend these first"
                        : std::move(text)});
 }
 

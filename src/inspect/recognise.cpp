@@ -102,7 +102,9 @@ bool may_be_private(const ByteSource& source) {
 
 bool is_private_key(const ByteSource& source) {
   const std::string head = source.bytes(0, kPrivateSearched);
-  if (head.find("PRIVATE KEY-----") != head.npos) return true;
+  // PEM is text; a program that writes PEM isn't.
+  const std::size_t mark = head.find("PRIVATE KEY-----");
+  if (mark != head.npos && head.find('\0') > mark) return true;
   // DER: a sequence as long as the file, and the version 0 or 1 in it.
   const auto byte = [&head](std::size_t i) -> std::uint64_t {
     return i < head.size() ? static_cast<unsigned char>(head[i]) : 0;

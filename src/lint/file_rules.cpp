@@ -28,7 +28,7 @@ void find_empty_definitions(const Definition& definition, Findings& out) {
       source.files.size() > 1 || !source.defines.empty()) {
     return;
   }
-  out.add({0, 1, 0, 0}, "no statement stands in it: is it a definition?");
+  out.add({0, 1, 0, 0}, "no statement stands in it: name the image definition");
 }
 
 void find_empty_includes(const Definition& definition, Findings& out) {

@@ -155,14 +155,18 @@ void find_bad_constant(const StatementForm& form,
                        const LintStatement& statement,
                        const Definition& definition, Findings& out) {
   const Operand operand = form.operands[0];
-  if (operand != Operand::kMask && operand != Operand::kCount) return;
-  const std::string name(word_at(statement, 1));
-  if (is_number(name, operand)) return;
+  const auto& words = statement.words;
+  if ((operand != Operand::kMask && operand != Operand::kCount) ||
+      words.size() < 2 || is_number(words[1].text, operand)) {
+    return;
+  }
+  const LintWord& word = constant_word(statement);
+  const std::string name(word.text);
   const std::string fault = constant_fault(definition.constants, name);
   if (fault.empty()) return;
-  out.add(statement.words[1].spot,
-          in_quotes(name) + " is read as " +
-              std::to_string(definition.map->consts.at(name)) + ": " + fault);
+  out.add(word.spot, in_quotes(name) + " is read as " +
+                         std::to_string(definition.map->consts.at(name)) +
+                         ": " + fault);
 }
 
 }  // namespace

@@ -171,8 +171,8 @@ void explain_uuid(const Refused& refused, Finding& finding) {
 
 void explain_count(const Refused& refused, Finding& finding) {
   point_at(1, refused, finding);
-  const std::string fault = constant_fault(refused.definition.constants,
-                                           word_at(refused.statement, 1));
+  const std::string fault = constant_fault(
+      refused.definition.constants, constant_word(refused.statement).text);
   if (!fault.empty()) finding.text += "; " + fault;
 }
 

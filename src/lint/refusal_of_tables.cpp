@@ -72,13 +72,12 @@ void explain_table(const std::string& path, UnreadTables& unread) {
 UnreadTables explain_tables(const BuildInputs& inputs, Spot elf_list,
                             std::string text) {
   UnreadTables unread{elf_list, std::move(text), {}};
-  if (is_key_list_at_fault(inputs)) {
-    unread.text += "; this is said of the key list, " + inputs.key_list_path;
-  }
   if (unread.text.starts_with("Invalid number of lines")) {
     unread.text +=
-        "; each ELF has three, and each ends with a line feed: tova_fw tables "
-        "writes them";
+        "; each ELF has three lines, the last one with a line feed, too: "
+        "tova_fw tables writes such a list";
+  } else if (is_key_list_at_fault(inputs)) {
+    unread.text += "; this is said of the key list, " + inputs.key_list_path;
   }
   explain_table(inputs.elf_list_path, unread);
   return unread;

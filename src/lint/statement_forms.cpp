@@ -109,6 +109,11 @@ Taken taken_words(const StatementForm& form, const LintStatement& statement) {
   }
 }
 
+const LintWord& constant_word(const LintStatement& statement) {
+  const auto& words = statement.words;
+  return words[std::min<std::size_t>(2, words.size() - 1)];
+}
+
 std::string_view word_at(const LintStatement& statement, std::size_t place) {
   return place < statement.words.size() ? statement.words[place].text
                                         : std::string_view();

@@ -72,6 +72,10 @@ Taken taken_words(const StatementForm& form, const LintStatement& statement);
 // The word at that place, or an empty one behind the last.
 std::string_view word_at(const LintStatement& statement, std::size_t place);
 
+// The word that names a constant where the first operand is no number: the
+// reader takes the one behind that, if there is one.
+const LintWord& constant_word(const LintStatement& statement);
+
 // The name of a module, group or section statement; as the builder takes it if
 // it is missing.
 std::string_view name_of(const LintStatement& statement, BlockKind block);

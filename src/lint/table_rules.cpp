@@ -24,10 +24,12 @@ std::uint64_t symbol_table_size(const FwOutMap& map) {
 }
 
 void check_sections(const LinkedElf& elf, const ElfFacts& file, Findings& out) {
-  if (elf.sections.empty() && !file.sections.empty()) {
+  const bool has_memory = std::ranges::any_of(
+      file.sections, [](const auto& entry) { return entry.second.address; });
+  if (elf.sections.empty() && has_memory) {
     out.add(elf.spots[1],
-            "the section table has no section, though its ELF has: is it what "
-            "objdump -h prints?");
+            "the section table has no section, though its ELF has some: is it "
+            "what objdump -h prints?");
   }
   for (const LinkedHeader& header : elf.sections) {
     const std::string name = in_quotes(header->name);

@@ -44,9 +44,10 @@ class SizesReader {
     constexpr int kDeepest = 16;
     if (depth > kDeepest) refuse();
     if (event == Event::key) return takes_key(depth, value);
-    // It counts that the image is there; rows are objects.
-    if (list_ == "image" && depth > 1) return false;
-    if (event == Event::value && depth == 2) return false;
+    if (event == Event::object_start || event == Event::array_start ||
+        event == Event::value) {
+      return has_place(depth, event);
+    }
     if (event != Event::object_end) return true;
     if (list_ == "classes" && depth == 4) return take_section(value, "name");
     if (depth != 2) return true;
@@ -79,6 +80,23 @@ class SizesReader {
   }
 
  private:
+  // Whether a map has such a value there: a list of rows, in those of classes a
+  // list of sections, and in rows and at the top plain values. What is kept
+  // beyond that would be searched at each row that is dropped.
+  bool has_place(int depth, Json::parse_event_t event) const {
+    if (event == Json::parse_event_t::value) return depth != 2 && depth != 4;
+    const bool is_list = event == Json::parse_event_t::array_start;
+    if (depth < 2) return true;
+    const bool is_class = list_ == "classes";
+    if (is_list) return depth == 3 && is_class;
+    return (depth == 2 && is_rows(list_)) || (depth == 4 && is_class);
+  }
+
+  static bool is_rows(std::string_view list) {
+    return list == "classes" || list == "modules" ||
+           list == "outside_classes" || list == "left_out" || list == "symbols";
+  }
+
   // All that is read: further names would be searched at each one that comes.
   bool takes_key(int depth, const Json& key) {
     static constexpr std::string_view kKeys[] = {

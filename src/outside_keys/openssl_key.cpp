@@ -121,7 +121,11 @@ constexpr std::size_t kMostOfAnotherKind = 4096;
 [[noreturn]] void refuse_undecoded(std::span<const std::uint8_t> bytes,
                                    const Passphrase& passphrase) {
   if (passphrase.asked) {
-    if (passphrase.answered) refuse("the passphrase doesn't open the key");
+    if (passphrase.answered) {
+      refuse(bytes.size() > kMostOfAnotherKind
+                 ? "the passphrase doesn't open the key, or it is none of RSA"
+                 : "the passphrase doesn't open the key");
+    }
     throw LockedKey(
         "the key is encrypted, and there is no passphrase: give "
         "--passphrase-file, or run it on a terminal");

@@ -42,11 +42,12 @@ TEST(FlashScript, NamesEveryPart) {
   } cases[] = {
       {"pt\noffset 48\nbin a m\nsize a\ndw 1234\n", image(), ""},
       // What is nearly a statement; a remark is none.
-      {"# bni\nfile\nat\npt\noffset 48\nBIN a\nbni a\nbin a m\nsize a\ndw "
+      {"# bni\n#bin a\nDDR\nadd\nfile\nat\npt\noffset 48\nBIN a\nbni a\nbin a "
+       "m\nsize a\ndw "
        "1234\n",
        image(),
-       "72: line 6: 'BIN' does nothing; did you mean 'bin'? A remark begins "
-       "with #\n72: line 7: 'bni' does nothing; did you mean 'bin'? A remark "
+       "72: line 9: 'BIN' does nothing; did you mean 'bin'? A remark begins "
+       "with #\n72: line 10: 'bni' does nothing; did you mean 'bin'? A remark "
        "begins "
        "with #\n"},
       // Another word behind the file marks nothing.
@@ -90,7 +91,13 @@ TEST(FlashScript, NamesEveryPart) {
        "0: line 2 (dd) lies behind the end of the image\n"},
   };
   std::string many;
-  for (int i = 0; i < 4097; ++i) many += "db 1\n";
+  for (int i = 0; i < 4096; ++i) many += "db 1\n";
+  {
+    std::istringstream script(many + "# all\n\n");
+    EXPECT_EQ("", problems_of(inspect_flash_image(
+                      ByteSource::of(std::string(4096, '\1')), script, "")));
+  }
+  many += "db 1\n";
   {
     std::istringstream script(many);
     EXPECT_EQ(

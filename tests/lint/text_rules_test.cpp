@@ -244,6 +244,16 @@ TEST(TextRules, ConstantsThatAreNoBareNumber) {
     EXPECT_EQ(expected, tree.printed().substr(0, expected.size())) << value;
     EXPECT_EQ(*fault != 0, !tree.printed().empty()) << value;
   }
+  // The reader takes the word behind, and the key itself for want of one.
+  LintTree second("t=@affinity_mask GOOD CORES/");
+  second.options.inputs.module_config_path =
+      second.dir.write("h", "#define GOOD 1\n#define CORES (2)\n");
+  EXPECT_NE(std::string::npos,
+            second.printed().find("t:5:20: warning: 'CORES' is read as 0: "));
+  LintTree key("t=@instance_count/");
+  key.options.inputs.module_config_path =
+      key.dir.write("h", "#define instance_count 3\n#define\n");
+  EXPECT_EQ("5:1 missing-operand", key.findings());
   LintTree tree("t=@instance_count ONE/");
   tree.options.inputs.module_config_path =
       tree.dir.write("h", "#define ONE (1)\n");

@@ -44,7 +44,7 @@ class Report {
     ++failures_;
     add(CheckResult::kFailed, "", std::move(text));
   }
-  // What could be checked if something more was given.
+  // What could be checked if something more was given, or can't be known.
   void not_checked(const CheckedFile& file, std::string text) {
     add(CheckResult::kNotChecked, file.path, std::move(text), true);
   }
