@@ -45,19 +45,10 @@ void sha512_variant(benchmark::State& state, Sha512Blocks blocks) {
 BENCHMARK(hash_object<Sha256Hash>)->Name("Sha256Hash");
 BENCHMARK(hash_object<Sha384Hash>)->Name("Sha384Hash");
 
-const bool kVariantsRegistered = [] {
-  int number = 0;
-  for (const Sha256Blocks blocks : sha256_variants()) {
-    const std::string name = "sha256_variants/" + std::to_string(number++);
-    benchmark::RegisterBenchmark(name.c_str(), sha256_variant, blocks);
-  }
-  number = 0;
-  for (const Sha512Blocks blocks : sha512_variants()) {
-    const std::string name = "sha512_variants/" + std::to_string(number++);
-    benchmark::RegisterBenchmark(name.c_str(), sha512_variant, blocks);
-  }
-  return true;
-}();
+BENCHMARK_CAPTURE(sha256_variant, portable, sha256_blocks_portable);
+BENCHMARK_CAPTURE(sha256_variant, fastest, sha256_blocks());
+BENCHMARK_CAPTURE(sha512_variant, portable, sha512_blocks_portable);
+BENCHMARK_CAPTURE(sha512_variant, fastest, sha512_blocks());
 
 }  // namespace
 }  // namespace tova_fw_builder

@@ -24,10 +24,7 @@ struct Sha256 {
   // Message length in bytes, least significant word first.
   using Length = std::array<std::uint64_t, 1>;
   static constexpr const auto& kInitial = kSha256Initial;
-  static void compress(Word* state, const std::uint8_t* blocks,
-                       std::size_t count) {
-    sha256_blocks()(state, blocks, count);
-  }
+  static constexpr auto compression = sha256_blocks;
 };
 
 struct Sha384 {
@@ -37,10 +34,7 @@ struct Sha384 {
   using Word = std::uint64_t;
   using Length = std::array<std::uint64_t, 2>;
   static constexpr const auto& kInitial = kSha384Initial;
-  static void compress(Word* state, const std::uint8_t* blocks,
-                       std::size_t count) {
-    sha512_blocks()(state, blocks, count);
-  }
+  static constexpr auto compression = sha512_blocks;
 };
 
 template <typename Hash>
@@ -65,6 +59,7 @@ void start(HashContext<Hash>& context) {
 
 template <typename Hash>
 void absorb(HashContext<Hash>& context, std::span<const std::uint8_t> data) {
+  const auto compress = Hash::compression();
   std::uint64_t carry = data.size();
   for (std::uint64_t& word : context.length) {
     word += carry;
@@ -78,11 +73,11 @@ void absorb(HashContext<Hash>& context, std::span<const std::uint8_t> data) {
     context.buffered += static_cast<std::uint32_t>(part.size());
     data = data.subspan(part.size());
     if (context.buffered < Hash::kBlockBytes) return;
-    Hash::compress(context.state.data(), context.block.data(), 1);
+    compress(context.state.data(), context.block.data(), 1);
   }
   // Whole blocks go straight from the caller's memory.
   const std::size_t blocks = data.size() / Hash::kBlockBytes;
-  Hash::compress(context.state.data(), data.data(), blocks);
+  compress(context.state.data(), data.data(), blocks);
   data = data.subspan(blocks * Hash::kBlockBytes);
   std::copy(data.begin(), data.end(), context.block.begin());
   context.buffered = static_cast<std::uint32_t>(data.size());

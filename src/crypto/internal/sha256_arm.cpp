@@ -24,7 +24,7 @@ Words load_words(const std::uint8_t* bytes) {
 
 // The rounds t to t + 3, whose words of the message schedule are in w.
 void four_rounds(State& s, Words w, int t) {
-  const Words kw = vaddq_u32(w, vld1q_u32(kSha256Rounds + t));
+  const Words kw = vaddq_u32(w, vld1q_u32(kSha256Rounds.data() + t));
   // Both instructions want the words from ahead of the four rounds.
   const Words abcd = s.abcd;
   s.abcd = vsha256hq_u32(s.abcd, s.efgh, kw);

@@ -28,7 +28,7 @@ struct State {
 
 // The rounds t to t + 3, whose words of the message schedule are in w.
 [[gnu::target("sha,sse4.1")]] void four_rounds(State& s, Words w, int t) {
-  const auto* k = reinterpret_cast<const __m128i*>(kSha256Rounds + t);
+  const auto* k = reinterpret_cast<const __m128i*>(kSha256Rounds.data() + t);
   const Words kw = _mm_add_epi32(w, _mm_load_si128(k));
   s.cdgh = _mm_sha256rnds2_epu32(s.cdgh, s.abef, kw);
   // After two rounds the halves have changed places. The instruction takes the

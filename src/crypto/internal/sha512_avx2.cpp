@@ -47,7 +47,7 @@ using Schedule = Word[2 * 80];
 // Puts the words t and t + 1 of both blocks into the schedule.
 [[gnu::target("avx2,bmi2"), gnu::always_inline]] inline void put_words(
     Schedule& schedule, int t, Words w) {
-  const auto* k = reinterpret_cast<const __m128i*>(kSha512Rounds + t);
+  const auto* k = reinterpret_cast<const __m128i*>(kSha512Rounds.data() + t);
   const Words k_plus_w =
       _mm256_add_epi64(w, _mm256_broadcastsi128_si256(_mm_load_si128(k)));
   _mm256_store_si256(reinterpret_cast<__m256i*>(schedule + 2 * t), k_plus_w);

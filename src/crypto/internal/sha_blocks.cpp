@@ -35,12 +35,4 @@ Sha512Blocks sha512_blocks() {
   return chosen;
 }
 
-std::vector<Sha256Blocks> sha256_variants() {
-  return {sha256_blocks_portable, sha256_blocks()};
-}
-
-std::vector<Sha512Blocks> sha512_variants() {
-  return {sha512_blocks_portable, sha512_blocks()};
-}
-
 }  // namespace tova_fw_builder

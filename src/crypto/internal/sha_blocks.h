@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace tova_fw_builder {
 
@@ -20,11 +19,6 @@ using Sha512Blocks = void (*)(std::uint64_t* state, const std::uint8_t* blocks,
 // The fastest variant for this processor, chosen at the first call.
 Sha256Blocks sha256_blocks();
 Sha512Blocks sha512_blocks();
-
-// The portable variant, and the one that the functions above choose, which may
-// be the same. For tests and benchmarks.
-std::vector<Sha256Blocks> sha256_variants();
-std::vector<Sha512Blocks> sha512_variants();
 
 void sha256_blocks_portable(std::uint32_t* state, const std::uint8_t* blocks,
                             std::size_t count);

@@ -5,6 +5,7 @@
 // eight.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -21,21 +22,7 @@ inline constexpr std::array<std::uint64_t, 8> kSha384Initial = {
     0xdb0c2e0d64f98fa7, 0x47b5481dbefa4fa4,
 };
 
-alignas(64) inline constexpr std::uint32_t kSha256Rounds[64] = {
-    0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1,
-    0x923f82a4, 0xab1c5ed5, 0xd807aa98, 0x12835b01, 0x243185be, 0x550c7dc3,
-    0x72be5d74, 0x80deb1fe, 0x9bdc06a7, 0xc19bf174, 0xe49b69c1, 0xefbe4786,
-    0x0fc19dc6, 0x240ca1cc, 0x2de92c6f, 0x4a7484aa, 0x5cb0a9dc, 0x76f988da,
-    0x983e5152, 0xa831c66d, 0xb00327c8, 0xbf597fc7, 0xc6e00bf3, 0xd5a79147,
-    0x06ca6351, 0x14292967, 0x27b70a85, 0x2e1b2138, 0x4d2c6dfc, 0x53380d13,
-    0x650a7354, 0x766a0abb, 0x81c2c92e, 0x92722c85, 0xa2bfe8a1, 0xa81a664b,
-    0xc24b8b70, 0xc76c51a3, 0xd192e819, 0xd6990624, 0xf40e3585, 0x106aa070,
-    0x19a4c116, 0x1e376c08, 0x2748774c, 0x34b0bcb5, 0x391c0cb3, 0x4ed8aa4a,
-    0x5b9cca4f, 0x682e6ff3, 0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208,
-    0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2,
-};
-
-alignas(64) inline constexpr std::uint64_t kSha512Rounds[80] = {
+alignas(64) inline constexpr std::array<std::uint64_t, 80> kSha512Rounds = {
     0x428a2f98d728ae22, 0x7137449123ef65cd, 0xb5c0fbcfec4d3b2f,
     0xe9b5dba58189dbbc, 0x3956c25bf348b538, 0x59f111f1b605d019,
     0x923f82a4af194f9b, 0xab1c5ed5da6d8118, 0xd807aa98a3030242,
@@ -64,5 +51,14 @@ alignas(64) inline constexpr std::uint64_t kSha512Rounds[80] = {
     0x431d67c49c100d4c, 0x4cc5d4becb3e42b6, 0x597f299cfc657e2a,
     0x5fcb6fab3ad6faec, 0x6c44198c4a475817,
 };
+
+// The same roots, in 32 bits.
+alignas(64) inline constexpr auto kSha256Rounds = [] {
+  std::array<std::uint32_t, 64> rounds{};
+  std::ranges::transform(
+      kSha512Rounds.begin(), kSha512Rounds.begin() + 64, rounds.begin(),
+      [](std::uint64_t k) { return static_cast<std::uint32_t>(k >> 32); });
+  return rounds;
+}();
 
 }  // namespace tova_fw_builder

@@ -56,9 +56,9 @@ template <typename Word, typename WordOfRound>
 }
 
 // A block has 16 words; `k` has a constant for each of the rounds.
-template <typename Word, int kRounds>
+template <typename Word, std::size_t kRounds>
 void take_blocks(Word* state, const std::uint8_t* blocks, std::size_t count,
-                 const Word (&k)[kRounds]) {
+                 const std::array<Word, kRounds>& k) {
   constexpr int kWidth = sizeof(Word);
   for (; count > 0; --count, blocks += 16 * kWidth) {
     Word w[16];
@@ -67,11 +67,11 @@ void take_blocks(Word* state, const std::uint8_t* blocks, std::size_t count,
     };
     const auto next = [&w](int i) { return w[i] = next_word(w, i); };
     ShaWorking<Word> s = sha_working_copy(state);
-    eight_rounds(s, k, 0, first);
-    eight_rounds(s, k, 8, first);
-    for (int t = 16; t < kRounds; t += 16) {
-      eight_rounds(s, k + t, 0, next);
-      eight_rounds(s, k + t, 8, next);
+    eight_rounds(s, k.data(), 0, first);
+    eight_rounds(s, k.data(), 8, first);
+    for (std::size_t t = 16; t < kRounds; t += 16) {
+      eight_rounds(s, k.data() + t, 0, next);
+      eight_rounds(s, k.data() + t, 8, next);
     }
     sha_add_to(state, s);
   }
