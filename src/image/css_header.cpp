@@ -1,12 +1,12 @@
 // The CSS header. Its lengths are in 32-bit words, not in bytes, and the log
 // shows the vendor second, out of storage order, as log readers expect it.
-#include "image/css_header.h"
-
 #include <algorithm>
 #include <cerrno>
 #include <iomanip>
 #include <stdexcept>
 #include <string>
+
+#include "image/kelp15.h"
 
 namespace tova_fw_builder {
 

@@ -4,14 +4,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <ctime>
 #include <stdexcept>
 
 #include "crypto/sha_hash.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
 #include "image/binary_header.h"
-#include "image/css_header.h"
 #include "layout/content_writer.h"
 
 namespace tova_fw_builder {

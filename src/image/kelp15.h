@@ -6,7 +6,9 @@
 
 #include <array>
 #include <cstdint>
+#include <ctime>
 #include <memory>
+#include <ostream>
 #include <span>
 
 #include "image/image.h"
@@ -77,5 +79,20 @@ class Kelp15FwManifest : public ImageManifest {
 // it, and for a file of more than 8192 bytes if `size` is below 32.
 std::unique_ptr<ImageManifest> read_kelp15_manifest(
     std::span<const std::uint8_t> file);
+
+// Filling and logging the CSS header, in a source of its own.
+
+// The day of `now` in Coordinated Universal Time, as 0xYYYYMMDD in BCD. Throws
+// std::runtime_error "Internal error: cannot get system time, errno : ", less
+// its first errno characters.
+std::uint32_t bcd_date(std::time_t now);
+
+// The header of a new manifest of `manifest_length` bytes, a multiple of 4.
+CssHeader fill_css_header(std::uint32_t manifest_length, bool debug,
+                          std::uint32_t date);
+
+// The log form, a line for each field, each with its newline. Leaves the stream
+// in hexadecimal.
+void print_css_header(std::ostream& out, const CssHeader& css);
 
 }  // namespace tova_fw_builder

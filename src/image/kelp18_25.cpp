@@ -3,8 +3,6 @@
 // and a digest that has to read the file once more.
 #include "image/kelp18_25.h"
 
-#include <span>
-
 #include "crypto/sha_hash.h"
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/files.h"
@@ -40,11 +38,6 @@ void write_padding(std::ostream& stream, std::uint32_t pad) {
     stream.seekp(std::streamoff{pad} - 1);
     stream.put('\0');
   }
-}
-
-void log_digest(const char* label, std::span<const std::uint8_t> digest) {
-  log_info(
-      ByteDump{.data = digest.data(), .length = digest.size(), .label = label});
 }
 
 }  // namespace
@@ -89,14 +82,15 @@ MetadataManifest<DigestLength>::MetadataManifest(
   metadata_.tova_imr_type = imr_type;
   metadata_.limit_offset =
       static_cast<std::uint32_t>(image.image_size) + metadata_.base_offset;
-  log_digest("Image hash", image.image_hash);
+  log_info(ByteDump{image.image_hash.data(), DigestLength, "Image hash"});
   metadata_.image_digest = image.image_hash;
   // The package extension is never written: the digest in it is logged, and
   // that is all that shows of it.
   typename Generation<DigestLength>::Hash hash(
       reinterpret_cast<const std::uint8_t*>(&metadata_), sizeof(metadata_));
   hash.final(package_.metadata_digest.data());
-  log_digest("Metadata hash", package_.metadata_digest);
+  log_info(
+      ByteDump{package_.metadata_digest.data(), DigestLength, "Metadata hash"});
 }
 
 template <std::size_t DigestLength>

@@ -19,7 +19,6 @@
 #include "driver/ground/wire.h"
 #include "inspect/coverage.h"
 #include "tools/image_script.h"
-#include "tools/image_script_lines.h"
 
 namespace tova_fw_builder {
 namespace {

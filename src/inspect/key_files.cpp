@@ -8,7 +8,7 @@
 #include "companion/ground/byte_text.h"
 #include "companion/ground/message_text.h"
 #include "inspect/decoders.h"
-#include "signing/keys/key_format.h"
+#include "signing/keys/key_file.h"
 #include "signing/keys/public_key_hash.h"
 
 namespace tova_fw_builder {

@@ -9,7 +9,7 @@
 #include "image/records/metadata_extension.h"
 #include "inspect/decoders.h"
 #include "layout/records/out_map.h"
-#include "signing/keys/key_format.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 namespace {

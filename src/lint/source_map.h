@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "definitions/reading_notes.h"
+#include "definitions/includes_and_defines.h"
 
 namespace tova_fw_builder {
 

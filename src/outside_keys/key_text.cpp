@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "signing/keys/key_format.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

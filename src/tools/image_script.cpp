@@ -18,7 +18,6 @@
 #include "driver/ground/log.h"
 #include "driver/ground/paths.h"
 #include "driver/ground/stream_digest.h"
-#include "tools/image_script_lines.h"
 
 namespace tova_fw_builder {
 
@@ -87,6 +86,12 @@ void append_file(Run& run, const ImageStatement& statement) {
   }
 }
 
+// The last one counts. It leaves no room, as the next line is as a rule an
+// `offset` that does.
+void place_table(Run& run, const ImageStatement&) {
+  run.table_position = run.out.tellp();
+}
+
 [[noreturn]] void refuse_offset(std::uint64_t target) {
   throw std::runtime_error("Offset out of range: " + std::to_string(target));
 }
@@ -151,25 +156,10 @@ void append_hash(Run& run, const ImageStatement& statement) {
   write_record(run.out, digest);
 }
 
-void perform(Run& run, const ImageStatement& statement) {
-  switch (statement.kind) {
-    case ImageStatement::kBin:
-      return append_file(run, statement);
-    case ImageStatement::kPt:
-      // The last one counts. It leaves no room, as the next line is as a rule
-      // an `offset` that does.
-      run.table_position = run.out.tellp();
-      return;
-    case ImageStatement::kOffset:
-      return go_to_offset(run, statement);
-    case ImageStatement::kNumbers:
-      return append_numbers(run, statement);
-    case ImageStatement::kSize:
-      return append_size(run, statement);
-    case ImageStatement::kSha:
-      return append_hash(run, statement);
-  }
-}
+// In the order of ImageStatement::Kind.
+constexpr void (*kActions[])(Run&, const ImageStatement&) = {
+    append_file,    place_table, go_to_offset,
+    append_numbers, append_size, append_hash};
 
 }  // namespace
 
@@ -180,7 +170,7 @@ void run_image_script(std::istream& script, const std::string& deploy_dir,
   std::string_view line;
   while (lines.next(line)) {
     for (const auto& statement : image_statements(line)) {
-      perform(run, statement);
+      kActions[statement.kind](run, statement);
     }
   }
   // Only now are all positions known.

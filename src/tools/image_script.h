@@ -1,14 +1,37 @@
 // tools/image_script.h
-// Runs the scripts of build_img.
+// The scripts of build_img (docs/file-formats.md, "Image script of build_img"):
+// their language, line by line, in a source of its own, and their run.
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <istream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "driver/ground/wire.h"
 
 namespace tova_fw_builder {
+
+struct ImageStatement {
+  enum Kind { kBin, kPt, kOffset, kNumbers, kSize, kSha };
+
+  Kind kind;
+  std::string word = {};     // the keyword
+  std::string name = {};     // of the file: kBin, kSize, kSha
+  bool is_marked = false;    // kBin: for the partition table
+  std::uint64_t offset = 0;  // kOffset
+  std::uint8_t width = 0;    // kNumbers: bytes of each, 1, 2 or 4
+  std::vector<std::uint32_t> numbers = {};  // their low bytes count
+};
+
+// The words that begin a statement.
+std::vector<std::string_view> image_keywords();
+
+// The statements of one line, in the order in which they act; none if no
+// keyword begins it.
+std::vector<ImageStatement> image_statements(std::string_view line);
 
 // As it stands in a flash image, 68 bytes.
 struct PartitionTable {
@@ -17,9 +40,8 @@ struct PartitionTable {
 };
 static_assert(sizeof(PartitionTable) == 68 && alignof(PartitionTable) == 1);
 
-// Runs an image script (docs/file-formats.md, "Image script of build_img") and
-// writes the image to `out_file`. File names are put directly behind
-// `deploy_dir`.
+// Runs an image script and writes the image to `out_file`. File names are put
+// directly behind `deploy_dir`.
 //
 // Throws std::runtime_error, with the image as far as it came and no table:
 //   "Failed to open file: " and the path

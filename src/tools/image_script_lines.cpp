@@ -2,9 +2,8 @@
 // that `bin`, `size` and `sha` overwrite with their operands. So a `bin` line
 // may go on with another statement ("bin a.bin offset 1000"), and a file named
 // like a later keyword acts as that keyword.
-#include "tools/image_script_lines.h"
-
 #include "driver/ground/line_fields.h"
+#include "tools/image_script.h"
 
 namespace tova_fw_builder {
 

@@ -7,7 +7,6 @@
 #include <sstream>
 #include <vector>
 
-#include "image/css_header.h"
 #include "image/small_image.h"
 #include "support/captured_log.h"
 #include "support/temp_dir.h"

@@ -1,10 +1,10 @@
 // Lines of image scripts. What a line without enough words, or with too many,
 // means was worked out by hand from docs/file-formats.md.
-#include "tools/image_script_lines.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
+
+#include "tools/image_script.h"
 
 namespace tova_fw_builder {
 namespace {

@@ -6,7 +6,6 @@
 #include "crypto/secret_buffer.h"
 #include "driver/ground/files.h"
 #include "driver/ground/log.h"
-#include "signing/keys/key_format.h"
 
 namespace tova_fw_builder {
 

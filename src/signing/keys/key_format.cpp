@@ -1,13 +1,11 @@
 // The layouts of a key file as tables, and their reading.
-#include "signing/keys/key_format.h"
-
 #include <algorithm>
 #include <array>
 #include <stdexcept>
-#include <string>
 
 #include "driver/ground/byte_dump.h"
 #include "driver/ground/log.h"
+#include "signing/keys/key_file.h"
 
 namespace tova_fw_builder {
 

@@ -1,8 +1,8 @@
-// The registry of the kinds of manifest, by the first word of a file.
+// The registries: the kinds of image by the generation of a definition, those
+// of manifest by the first word of a file.
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <span>
+#include <iomanip>
 #include <stdexcept>
 
 #include "driver/ground/files.h"
@@ -10,11 +10,29 @@
 #include "driver/ground/wire.h"
 #include "image/image.h"
 #include "image/kelp15.h"
+#include "image/kelp18_25.h"
 #include "image/kelp30.h"
 
 namespace tova_fw_builder {
 
 namespace {
+
+struct ImageEntry {
+  std::uint32_t key;  // generation
+  std::unique_ptr<Image> (*create)(std::unique_ptr<FwOutMap>);
+};
+
+template <typename Kind>
+std::unique_ptr<Image> create_image(std::unique_ptr<FwOutMap> map) {
+  return std::make_unique<Kind>(std::move(map));
+}
+
+constexpr ImageEntry kImages[] = {
+    {kKelp15, create_image<Kelp15Image>},
+    {kKelp18, create_image<Kelp18Image>},
+    {kKelp25, create_image<Kelp25Image>},
+    {kKelp30, create_image<Kelp30Image>},
+};
 
 struct ManifestEntry {
   std::uint32_t key;  // first word of the file
@@ -33,6 +51,17 @@ constexpr ManifestEntry kManifests[] = {
 };
 
 }  // namespace
+
+std::unique_ptr<Image> make_image(std::unique_ptr<FwOutMap> map) {
+  const auto* entry =
+      std::ranges::find(kImages, map->binary_ver, &ImageEntry::key);
+  if (entry == std::end(kImages)) {
+    throw std::runtime_error("Unrecognized binary version");
+  }
+  log_info("\nCreating image ver ", std::hex, std::setfill('0'), std::setw(8),
+           map->binary_ver);
+  return entry->create(std::move(map));
+}
 
 std::unique_ptr<ImageManifest> read_manifest(const std::string& path) {
   log_info("Reading manifest from: ", path);
