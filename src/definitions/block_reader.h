@@ -70,8 +70,8 @@ struct StatementRow {
 
 // Carries out the statement by its row. False, with nothing done, if it has
 // none.
-template <typename Block, typename Table>
-bool carry_out(const Table& table, Block& block, Statement& statement) {
+template <typename Block>
+bool carry_out(const auto& table, Block& block, Statement& statement) {
   for (const StatementRow<Block>& row : table) {
     if (row.key == statement.word()) {
       row.carry_out(block, statement);
@@ -83,8 +83,7 @@ bool carry_out(const Table& table, Block& block, Statement& statement) {
 
 // Offers each line that isn't blank to `accept`, as a Statement, until the
 // lines end or `accept` yields false; the line refused is given back.
-template <typename Accept>
-void read_block(BlockKind block, StatementLines& lines, Accept accept) {
+void read_block(BlockKind block, StatementLines& lines, const auto& accept) {
   while (lines.good()) {
     std::string line = lines.take();
     Statement statement(line);
@@ -98,8 +97,7 @@ void read_block(BlockKind block, StatementLines& lines, Accept accept) {
 }
 
 // The keys of a block's table.
-template <typename Table>
-std::vector<std::string_view> keys_of(const Table& table) {
+std::vector<std::string_view> keys_of(const auto& table) {
   std::vector<std::string_view> keys;
   for (const auto& row : table) keys.push_back(row.key);
   return keys;

@@ -103,16 +103,10 @@ void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream,
 }
 
 std::vector<std::string_view> statement_keys(BlockKind block) {
-  switch (block) {
-    case BlockKind::kModule:
-      return module_keys();
-    case BlockKind::kGroup:
-      return group_keys();
-    case BlockKind::kPin:
-      return pin_keys();
-    default:
-      return keys_of(kImageStatements);
-  }
+  if (block == BlockKind::kModule) return module_keys();
+  if (block == BlockKind::kGroup) return group_keys();
+  if (block == BlockKind::kPin) return pin_keys();
+  return keys_of(kImageStatements);
 }
 
 }  // namespace tova_fw_builder

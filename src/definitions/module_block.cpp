@@ -121,14 +121,10 @@ void read_type(ModuleBlock& block, Statement& statement) {
   block.module.type = statement.next_signed(10);
 }
 
-void read_stack_size(ModuleBlock& block, Statement& statement) {
-  block.module.stack_size =
-      static_cast<std::uint32_t>(statement.next_signed(16));
-}
-
-void read_core_type(ModuleBlock& block, Statement& statement) {
-  block.module.core_type =
-      static_cast<std::uint32_t>(statement.next_signed(10));
+template <std::uint32_t Module::*Field, int kBase>
+void read_signed(ModuleBlock& block, Statement& statement) {
+  block.module.*Field =
+      static_cast<std::uint32_t>(statement.next_signed(kBase));
 }
 
 struct DomainType {
@@ -216,9 +212,9 @@ constexpr StatementRow<ModuleBlock> kModuleStatements[] = {
     {"affinity_mask", read_affinity_mask},
     {"instance_count", read_instance_count},
     {"type", read_type},
-    {"stack_size", read_stack_size},
+    {"stack_size", read_signed<&Module::stack_size, 16>},
     {"domain_types", read_domain_types},
-    {"core_type", read_core_type},
+    {"core_type", read_signed<&Module::core_type, 10>},
     {"mod_cfg", read_mod_cfg},
     {"group", read_group_statement},
     {"pin", read_pin_statement},

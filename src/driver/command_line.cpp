@@ -34,7 +34,10 @@ constexpr char kUsage[] =
   build_img img_dscr_file deploy_dir out_file
 )";
 
-void print_usage() { std::cout << kUsage << std::flush; }
+int end_with_usage(int status) {
+  std::cout << kUsage << std::flush;
+  return status;
+}
 
 int dispatch(std::span<const std::string> arguments,
              std::span<const Command> commands) {
@@ -42,23 +45,18 @@ int dispatch(std::span<const std::string> arguments,
   if (arguments.front() == "-v") {
     set_log_level(kLogDetail);
     arguments = arguments.subspan(1);
-    if (arguments.empty()) {
-      print_usage();
-      return kNoCommand;
-    }
+    if (arguments.empty()) return end_with_usage(kNoCommand);
   }
   const std::string& word = arguments.front();
   const auto parameters = arguments.subspan(1);
   const auto command = std::ranges::find(commands, word, &Command::word);
   if (command == commands.end()) {
     log_error("Invalid command ", word);
-    print_usage();
-    return kNoCommand;
+    return end_with_usage(kNoCommand);
   }
   if (parameters.size() < command->min_parameters) {
     log_error("Insufficient number of args");
-    print_usage();
-    return kTooFewParameters;
+    return end_with_usage(kTooFewParameters);
   }
   command->run(parameters);
   return kDone;
@@ -68,10 +66,7 @@ int dispatch(std::span<const std::string> arguments,
 
 int run_command_line(std::span<const std::string> arguments,
                      std::span<const Command> commands) {
-  if (arguments.empty()) {
-    print_usage();
-    return kNoArguments;
-  }
+  if (arguments.empty()) return end_with_usage(kNoArguments);
   try {
     return dispatch(arguments, commands);
   } catch (const std::exception& error) {

@@ -39,12 +39,10 @@ constexpr FlagWord kFlagWords[] = {
 };
 
 void log_table_head() {
-  log_detail(std::left, std::setw(40), "NAME", ' ', std::right, std::setw(8),
-             "VMA", "  ", std::setw(8), "LMA", "  ", std::setw(8), "SIZE", "  ",
-             std::setw(8), "FILE OFF", "  FLAGS");
-  const std::string column = std::string(8, '-') + "  ";
-  log_detail(std::string(40, '-'), ' ', column, column, column, column,
-             std::string(16, '-'));
+  log_detail(std::left, std::setw(40), "NAME",
+             "      VMA       LMA      SIZE  FILE OFF  FLAGS");
+  log_detail(std::string(40, '-'),
+             " --------  --------  --------  --------  ----------------");
 }
 
 void log_row(const Header& header) {

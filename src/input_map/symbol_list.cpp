@@ -55,9 +55,7 @@ void sort_from(std::span<ListedSymbol> listed, std::size_t start) {
   while (!listed.empty()) {
     const ListedSymbol& first = listed.front();
     std::size_t equal = 1;
-    while (equal < listed.size() && listed[equal].chunk == first.chunk) {
-      ++equal;
-    }
+    while (equal < listed.size() && listed[equal].chunk == first.chunk) ++equal;
     const bool has_ended = first.entry.name.size() < start + kChunk;
     if (equal > 1 && !has_ended) sort_from(listed.first(equal), start + kChunk);
     listed = listed.subspan(equal);

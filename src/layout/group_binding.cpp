@@ -47,9 +47,7 @@ void attach_section(Group& group, Section& section, const FwImageMap& image_map,
   }
   // The first section with any flag speaks for the group, in the order of the
   // definition: the sorting comes later.
-  if (group.flags == 0) {
-    group.flags = flags_of(*section.header);
-  }
+  if (group.flags == 0) group.flags = flags_of(*section.header);
   attach_replacement(section, image_map);
 }
 

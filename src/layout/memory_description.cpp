@@ -130,9 +130,7 @@ void write_memory_description(const FwOutMap& map, const std::string& out_dir,
     log_info(" memory_class name : ", area.name);
     const Usage by_vma = measure(map, area, kVma, "  VMA_highest_address: ");
     const Usage by_lma = measure(map, area, kLma, "  LMA_highest_address: ");
-    if (by_vma.top == 0 && by_lma.top == 0) {
-      log_info("  empty");
-    }
+    if (by_vma.top == 0 && by_lma.top == 0) log_info("  empty");
     // Load addresses speak only for a class in which no run address counts.
     if (by_vma.offset != 0) {
       write_class(out, area, by_vma);

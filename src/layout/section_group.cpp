@@ -61,16 +61,9 @@ std::uint32_t group_pages(const Group& group) {
 }
 
 const char* group_type_name(std::uint32_t type) {
-  switch (type) {
-    case Group::kText:
-      return ".text";
-    case Group::kRodata:
-      return ".rodata";
-    case Group::kBss:
-      return ".bss";
-    default:
-      return "Unknown";
-  }
+  // In the order of Group::Type.
+  constexpr const char* kNames[] = {".text", ".rodata", ".bss"};
+  return type < std::size(kNames) ? kNames[type] : "Unknown";
 }
 
 std::uint32_t flags_of(const FwImageMap::SectionHeader& header) {

@@ -2,7 +2,6 @@
 // feed before it is searched, so no line is ever joined from two pieces.
 #include "driver/ground/line_reader.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace tova_fw_builder {

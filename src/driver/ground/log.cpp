@@ -11,17 +11,9 @@ namespace {
 int current_level = kLogInfo;
 
 const char* prefix_of(int level) {
-  switch (level) {
-    case kLogError:
-      return "Error: ";
-    case kLogWarning:
-      return "Warning: ";
-    case kLogInfo:
-    case kLogDetail:
-      return "";
-    default:
-      return "Unknown";
-  }
+  // In the order of the levels.
+  constexpr const char* kPrefixes[] = {"Error: ", "Warning: ", "", ""};
+  return level >= 0 && level <= kLogDetail ? kPrefixes[level] : "Unknown";
 }
 
 }  // namespace

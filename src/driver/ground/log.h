@@ -38,25 +38,12 @@ class LogLine {
 // Log one line of `parts`, manipulators included; nothing is formatted if the
 // level is hidden. A place that prepares a lot tests log_level() and makes a
 // LogLine of its own.
-template <typename... Parts>
-void log_line(int level, const Parts&... parts) {
+void log_line(int level, const auto&... parts) {
   if (log_level() >= level) (LogLine(level).stream() << ... << parts);
 }
-template <typename... Parts>
-void log_error(const Parts&... parts) {
-  log_line(kLogError, parts...);
-}
-template <typename... Parts>
-void log_warning(const Parts&... parts) {
-  log_line(kLogWarning, parts...);
-}
-template <typename... Parts>
-void log_info(const Parts&... parts) {
-  log_line(kLogInfo, parts...);
-}
-template <typename... Parts>
-void log_detail(const Parts&... parts) {
-  log_line(kLogDetail, parts...);
-}
+void log_error(const auto&... parts) { log_line(kLogError, parts...); }
+void log_warning(const auto&... parts) { log_line(kLogWarning, parts...); }
+void log_info(const auto&... parts) { log_line(kLogInfo, parts...); }
+void log_detail(const auto&... parts) { log_line(kLogDetail, parts...); }
 
 }  // namespace tova_fw_builder
