@@ -14,10 +14,10 @@
 #include "companion/colour_option.h"
 #include "companion/command_line/command_node.h"
 #include "companion/command_line/wrong_usage.h"
-#include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
+#include "companion/printed_output.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
 #include "layout/build_core.h"
@@ -73,10 +73,11 @@ struct Output {
   bool is_wanted() const { return !name.empty(); }
   bool is_printed() const { return names_standard_output(name); }
 
-  // Yields whether all was written.
-  bool write(const std::string& text) const {
+  // Yields whether all was written that print(stream) prints.
+  template <typename Print>
+  bool write(const Print& print) const {
     return with_file(name,
-                     [&] { write_output(is_printed() ? name : path, text); });
+                     [&] { print_output(is_printed() ? name : path, print); });
   }
 };
 
@@ -136,13 +137,14 @@ bool write_answer(const Answer& answer, const Options& options,
               options.is_long, colour);
     return true;
   }
-  Json json = map_json(answer.map, answer.budgets, answer.changes_or_null(),
-                       options.baseline);
-  if (outputs.json.is_wanted() && !outputs.json.write(json_text(json))) {
-    return false;
-  }
-  return !outputs.html.is_wanted() ||
-         outputs.html.write(map_page(std::move(json)));
+  const MapAnswer told = {answer.map, answer.budgets, answer.changes_or_null(),
+                          options.baseline};
+  return (!outputs.json.is_wanted() ||
+          outputs.json.write(
+              [&](std::ostream& out) { print_map_json(out, told); })) &&
+         (!outputs.html.is_wanted() ||
+          outputs.html.write(
+              [&](std::ostream& out) { print_map_page(out, told); }));
 }
 
 // What is printed for a program stands alone.

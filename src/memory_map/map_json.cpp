@@ -1,9 +1,16 @@
+// Printed in the order of the rows: no list stands in memory a second time.
 #include "memory_map/map_json.h"
 
 #include <algorithm>
+#include <limits>
+#include <span>
+
+#include "memory_map/json_for_page.h"
 
 namespace tova_fw_builder {
 namespace {
+
+constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
 Json text_or_null(std::string_view text) {
   return text.empty() ? Json() : Json(text);
@@ -22,18 +29,6 @@ Json section_json(const MemoryMap::Section& section) {
           {"module", section.owner},
           {"address", section.address},
           {"size", section.size}};
-}
-
-Json class_json(const MemoryMap& map, const MemoryMap::Class& area) {
-  return {{"name", area.name},
-          {"base", area.base},
-          {"size", area.size},
-          {"used", area.used},
-          {"free", area.free()},
-          {"hw_buf", area.hw_buf},
-          {"sections", array_of(area.sections, [&map](std::uint32_t number) {
-             return section_json(map.sections[number]);
-           })}};
 }
 
 Json module_json(const MemoryMap::Module& module) {
@@ -71,18 +66,26 @@ Json overlap_json(const MemoryMap& map, const MemoryMap::Overlap& overlap) {
           {"sections", std::move(pair)}};
 }
 
-Json symbols_json(const MemoryMap& map) {
-  Json array = Json::array();
-  const auto listed = std::min(map.symbols.size(), kMaxListedSymbols);
-  for (std::size_t i = 0; i < listed; ++i) {
-    const MemoryMap::Symbol& symbol = map.symbols[i];
-    array.push_back({{"name", symbol.name},
-                     {"module", text_or_null(owner_of(map, symbol))},
-                     {"section", section_of(map, symbol)},
-                     {"address", symbol.address},
-                     {"size", symbol.size}});
-  }
-  return array;
+Json symbol_json(const MemoryMap& map, const MemoryMap::Symbol& symbol) {
+  return {{"name", symbol.name},
+          {"module", text_or_null(owner_of(map, symbol))},
+          {"section", section_of(map, symbol)},
+          {"address", symbol.address},
+          {"size", symbol.size}};
+}
+
+Json left_out_json(const MemoryMap::LeftOut& section) {
+  return {{"section", section.section},
+          {"elf", section.elf},
+          {"address", section.address},
+          {"size", section.size}};
+}
+
+Json budget_json(const BudgetResult& result) {
+  return {{"class", result.memory_class},
+          {"limit", result.bytes},
+          {"used", result.used},
+          {"over", result.over()}};
 }
 
 Json total_json(const SizeChange& change) {
@@ -100,49 +103,117 @@ Json part_json(const SizeChange& change) {
   return row;
 }
 
+class MapWriter {
+ public:
+  MapWriter(JsonWriter& json, const MapAnswer& answer, std::size_t list_bytes)
+      : json_(json),
+        map_(answer.map),
+        answer_(answer),
+        list_bytes_(list_bytes) {}
+
+  void write() {
+    json_.open('{');
+    json_.value("schema", 1);
+    json_.value("image", {{"name", map_.image.name},
+                          {"generation", text_or_null(map_.image.generation)},
+                          {"version", text_or_null(map_.image.version)},
+                          {"pages", map_.image.pages}});
+    json_.value("hw_buf",
+                {{"address", map_.hw_buf.address}, {"size", map_.hw_buf.size}});
+    write_classes();
+    list("modules", map_.modules, module_json);
+    list("groups", map_.groups, group_json);
+    write_long_lists();
+    list("budgets", answer_.budgets, budget_json);
+    if (answer_.changes != nullptr) write_changes(*answer_.changes);
+    if (is_cut()) json_.value("rows", rows_);
+    json_.close();
+  }
+
+ private:
+  bool is_cut() const { return list_bytes_ != kAll; }
+
+  void write_classes() {
+    json_.open("classes", '[');
+    for (const MemoryMap::Class& area : map_.classes) {
+      json_.open('{');
+      json_.members({{"name", area.name},
+                     {"base", area.base},
+                     {"size", area.size},
+                     {"used", area.used},
+                     {"free", area.free()},
+                     {"hw_buf", area.hw_buf}});
+      list("sections", area.sections, [this](std::uint32_t number) {
+        return section_json(map_.sections[number]);
+      });
+      json_.close();
+    }
+    json_.close();
+  }
+
+  void write_long_lists() {
+    cut_list("left_out", map_.left_out, left_out_json);
+    cut_list("outside_classes", map_.outside_classes,
+             [this](const auto& row) { return outside_json(map_, row); });
+    cut_list("overlaps", map_.overlaps,
+             [this](const auto& row) { return overlap_json(map_, row); });
+    json_.value("overlaps_cut", map_.has_more_overlaps);
+    const std::span all(map_.symbols);
+    cut_list("symbols", all.first(std::min(all.size(), kMaxListedSymbols)),
+             [this](const auto& row) { return symbol_json(map_, row); });
+    json_.value("symbols_total", map_.symbols.size());
+    rows_["symbols"] = map_.symbols.size();
+  }
+
+  void write_changes(const MapChanges& changes) {
+    json_.open("baseline", '{');
+    json_.value("path", answer_.baseline);
+    list("classes", changes.classes, total_json);
+    list("modules", changes.modules, total_json);
+    cut_list("changes", changes.parts, part_json);
+    json_.close();
+  }
+
+  template <typename List, typename ToRow>
+  void list(const char* key, const List& elements, const ToRow& to_row) {
+    json_.open(key, '[');
+    for (const auto& element : elements) json_.value(to_row(element));
+    json_.close();
+  }
+
+  // Rows begin with what matters most.
+  template <typename List, typename ToRow>
+  void cut_list(const char* key, const List& elements, const ToRow& to_row) {
+    if (!is_cut()) return list(key, elements, to_row);
+    rows_[key] = elements.size();
+    std::size_t bytes = 0;
+    json_.open(key, '[');
+    for (const auto& element : elements) {
+      const Json row = to_row(element);
+      bytes += json_for_page(row).size() + 1;
+      if (bytes > list_bytes_) break;
+      json_.value(row);
+    }
+    json_.close();
+  }
+
+  JsonWriter& json_;
+  const MemoryMap& map_;
+  const MapAnswer& answer_;
+  std::size_t list_bytes_;
+  Json rows_ = Json::object();
+};
+
 }  // namespace
 
-Json map_json(const MemoryMap& map, const std::vector<BudgetResult>& budgets,
-              const MapChanges* changes, const std::string& baseline) {
-  Json json = {{"schema", 1},
-               {"image",
-                {{"name", map.image.name},
-                 {"generation", text_or_null(map.image.generation)},
-                 {"version", text_or_null(map.image.version)},
-                 {"pages", map.image.pages}}}};
-  json["hw_buf"] = {{"address", map.hw_buf.address}, {"size", map.hw_buf.size}};
-  json["classes"] = array_of(
-      map.classes, [&map](const auto& area) { return class_json(map, area); });
-  json["modules"] = array_of(map.modules, module_json);
-  json["groups"] = array_of(map.groups, group_json);
-  json["left_out"] = array_of(map.left_out, [](const auto& section) {
-    return Json({{"section", section.section},
-                 {"elf", section.elf},
-                 {"address", section.address},
-                 {"size", section.size}});
-  });
-  json["outside_classes"] = array_of(
-      map.outside_classes,
-      [&map](const auto& outside) { return outside_json(map, outside); });
-  json["overlaps"] = array_of(map.overlaps, [&map](const auto& overlap) {
-    return overlap_json(map, overlap);
-  });
-  json["overlaps_cut"] = map.has_more_overlaps;
-  json["symbols"] = symbols_json(map);
-  json["symbols_total"] = map.symbols.size();
-  json["budgets"] = array_of(budgets, [](const BudgetResult& result) {
-    return Json({{"class", result.memory_class},
-                 {"limit", result.bytes},
-                 {"used", result.used},
-                 {"over", result.over()}});
-  });
-  if (changes != nullptr) {
-    json["baseline"] = {{"path", baseline},
-                        {"classes", array_of(changes->classes, total_json)},
-                        {"modules", array_of(changes->modules, total_json)},
-                        {"changes", array_of(changes->parts, part_json)}};
-  }
-  return json;
+void print_map_json(std::ostream& out, const MapAnswer& answer) {
+  JsonWriter json(out);
+  MapWriter(json, answer, kAll).write();
+}
+
+void write_cut_map(JsonWriter& json, const MapAnswer& answer,
+                   std::size_t list_bytes) {
+  MapWriter(json, answer, list_bytes).write();
 }
 
 }  // namespace tova_fw_builder

@@ -4,7 +4,6 @@
 
 #include <sstream>
 
-#include "memory_map/map_json.h"
 #include "memory_map/measured.h"
 #include "support/temp_dir.h"
 
@@ -27,7 +26,7 @@ MapSizes read_text(const std::string& json) {
 
 // What map --json would tell of a map, read again.
 MapSizes written_and_read(const MemoryMap& map) {
-  return read_text(json_text(map_json(map, {}, nullptr, "")));
+  return read_text(json_of(map));
 }
 
 std::string repeated(const std::string& text, int times) {
@@ -181,8 +180,7 @@ TEST(Baseline, TheListOfSymbolsIsCut) {
   EXPECT_EQ(300'000 - kMaxListedSymbols + 1, sizes_of(map).unlisted_below);
   EXPECT_EQ(300'000 - kMaxListedSymbols + 1,
             written_and_read(map).unlisted_below);
-  EXPECT_EQ(kMaxListedSymbols,
-            map_json(map, {}, nullptr, "")["symbols"].size());
+  EXPECT_EQ(kMaxListedSymbols, Json::parse(json_of(map))["symbols"].size());
   map.symbols.pop_back();
   EXPECT_EQ(0u, sizes_of(map).unlisted_below);
 }

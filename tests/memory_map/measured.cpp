@@ -64,4 +64,12 @@ std::string text_module(const std::string& name,
   return text;
 }
 
+std::string json_of(const MemoryMap& map,
+                    const std::vector<BudgetResult>& budgets,
+                    const MapChanges* changes, const std::string& baseline) {
+  std::ostringstream text;
+  print_map_json(text, {map, budgets, changes, baseline});
+  return text.str();
+}
+
 }  // namespace tova_fw_builder

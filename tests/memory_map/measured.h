@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "memory_map/memory_map.h"
+#include "memory_map/map_json.h"
 
 namespace tova_fw_builder {
 
@@ -24,5 +24,11 @@ MemoryMap measure(const std::string& definition, const std::vector<Elf>& elfs,
 // A module of one group "text" with these sections, the first one its entry.
 std::string text_module(const std::string& name,
                         const std::vector<std::string>& sections);
+
+// What map --json prints.
+std::string json_of(const MemoryMap& map,
+                    const std::vector<BudgetResult>& budgets = {},
+                    const MapChanges* changes = nullptr,
+                    const std::string& baseline = "");
 
 }  // namespace tova_fw_builder
