@@ -62,8 +62,8 @@ void fuzz_one(const std::string& input) {
     }
     std::ostringstream text;
     print_findings(text, report, "/", true, {});
-    json_text(findings_json(report, "/"));
-    json_text(findings_sarif(report, "/", "0"));
+    print_findings_json(text, report, "/");
+    print_findings_sarif(text, report, "/", "0");
   } catch (const std::exception&) {
     finds = true;  // the top file itself
   }

@@ -12,10 +12,10 @@
 #include "companion/colour_option.h"
 #include "companion/command_line/command_node.h"
 #include "companion/command_line/wrong_usage.h"
-#include "companion/ground/json.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
+#include "companion/printed_output.h"
 #include "driver/ground/paths.h"
 #include "lint/lint.h"
 #include "lint/report_json.h"
@@ -70,7 +70,7 @@ bool prints_sarif(const Options& options) {
 void print_report(const Options& options, const LintReport& report,
                   const std::string& folder) {
   if (options.json) {
-    std::cout << json_text(findings_json(report, folder));
+    print_findings_json(std::cout, report, folder);
   } else if (!prints_sarif(options)) {
     const bool for_people = wants_colour(options.colour);
     print_findings(std::cout, report, folder, for_people, colours(for_people));
@@ -102,8 +102,9 @@ Status lint_definition(const Options& options) {
   Status status = status_of(report, options.strict);
   if (options.sarif) {
     try {
-      write_output(sarif_path,
-                   json_text(findings_sarif(report, folder, TOVA_VERSION)));
+      print_output(sarif_path, [&](std::ostream& out) {
+        print_findings_sarif(out, report, folder, TOVA_VERSION);
+      });
     } catch (const std::exception& error) {
       report_trouble(*options.sarif, error.what());
       status = Status::kTrouble;

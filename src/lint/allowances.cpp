@@ -3,7 +3,6 @@
 #include "lint/allowances.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "definitions/statement.h"
 #include "lint/definition.h"
@@ -14,73 +13,87 @@ namespace tova_fw_builder {
 
 namespace {
 
-// The rules of a remark, each as a word of its file; blanks or commas part
-// them. None if the line is no such remark.
-std::vector<LintWord> allowances_in(const SourceMap& source,
-                                    SourceMap::Place place) {
-  const std::string& line = source.files[place.file].lines[place.line - 1];
+// Calls take(word) for each rule of a remark, as a word of its file; blanks or
+// commas part them. Not at all if the line is no such remark.
+template <typename Take>
+void for_each_allowance(const SourceMap& source, SourceMap::Place place,
+                        const Take& take) {
+  const std::string_view line = text_of_place(source, place);
   // Most lines are no remark.
-  if (line.find("lint:") == line.npos) return {};
-  std::vector<LintWord> words = words_of_place(source, place);
-  std::size_t first = 0;
-  if (words.front().text == "#") ++first;
-  const auto is = [&](std::size_t i, std::string_view text) {
-    return i < words.size() && words[i].text == text;
+  if (line.find("lint:") == line.npos) return;
+  PlaceWords words(source, place);
+  const auto next_is = [&words](std::string_view text) {
+    const auto word = words.next();
+    return word && word->text == text;
   };
-  if (!(first == 0 ? is(0, "#lint:") : is(1, "lint:"))) return {};
-  if (!is(first + 1, "allow")) return {};
-  words.erase(words.begin(),
-              words.begin() + static_cast<std::ptrdiff_t>(first) + 2);
-  for (LintWord& word : words) {
-    while (word.text.ends_with(',')) {
-      word.text.remove_suffix(1);
-      --word.spot.length;
+  const std::string_view first = words.next()->text;
+  if (first == "#" ? !next_is("lint:") : first != "#lint:") return;
+  if (!next_is("allow")) return;
+  for (auto word = words.next(); word; word = words.next()) {
+    while (word->text.ends_with(',')) {
+      word->text.remove_suffix(1);
+      --word->spot.length;
     }
+    take(*word);
   }
-  return words;
 }
 
-// Each finding asks for them anew, and may stand among remarks itself.
-constexpr std::uint32_t kMostRemarks = 200;
-
-// Those of the remarks above a line.
-std::vector<LintWord> allowances_above(const SourceMap& source,
-                                       SourceMap::Place place) {
-  std::vector<LintWord> allowed;
-  if (place.file >= source.files.size()) return allowed;
-  const auto& lines = source.files[place.file].lines;
-  const std::uint32_t last =
-      place.line > kMostRemarks ? place.line - kMostRemarks : 1;
-  for (std::uint32_t line = place.line; line > last; --line) {
-    const Statement above(lines[line - 2]);
-    if (!above.word().starts_with('#')) break;
-    const auto more = allowances_in(source, {place.file, line - 1});
-    allowed.insert(allowed.end(), more.begin(), more.end());
+// The first line behind a comment that is none.
+std::uint32_t end_of_comments(const TextLines& lines, std::uint32_t line) {
+  while (line < lines.size() &&
+         Statement(lines[line]).word().starts_with('#')) {
+    ++line;
   }
-  return allowed;
+  return line + 1;
 }
 
 }  // namespace
 
-bool is_allowed(const SourceMap& source, const Finding& finding) {
-  if (finding.rule == kRefused) return false;
-  const auto allowed =
-      allowances_above(source, {finding.spot.file, finding.spot.line});
-  return std::ranges::any_of(
-      allowed, [&](const LintWord& word) { return word.text == finding.rule; });
+Allowances::Allowances(const SourceMap& source) {
+  for (std::uint32_t file = 0; file < source.files.size(); ++file) {
+    const TextLines& lines = source.files[file].lines;
+    std::uint32_t ends = 0;
+    for (std::uint32_t line = 1; line <= lines.size(); ++line) {
+      for_each_allowance(source, {file, line}, [&](const LintWord& word) {
+        const Rule* const rule = find_rule(word.text);
+        if (rule == nullptr || rule->id == kRefused) return;
+        if (ends <= line) ends = end_of_comments(lines, line);
+        auto& remarks = remarks_[{file, rule->id}];
+        // A remark may name a rule any number of times.
+        if (!remarks.empty() && remarks.back().line == line) return;
+        remarks.push_back({line, ends});
+      });
+    }
+  }
+}
+
+bool Allowances::allow(const Finding& finding) const {
+  constexpr std::uint32_t kMostComments = 200;
+  const auto found = remarks_.find({finding.spot.file, finding.rule});
+  if (found == remarks_.end()) return false;
+  // The last one above the finding: the others end where it does, or before.
+  const auto& remarks = found->second;
+  const auto behind =
+      std::ranges::lower_bound(remarks, finding.spot.line, {}, &Remark::line);
+  if (behind == remarks.begin()) return false;
+  const Remark& remark = *std::prev(behind);
+  return finding.spot.line <= remark.ends &&
+         finding.spot.line - remark.line <= kMostComments;
 }
 
 void find_unknown_rules(const Definition& definition, Findings& out) {
   const auto& files = definition.source.files;
   for (std::uint32_t file = 0; file < files.size(); ++file) {
     for (std::uint32_t line = 1; line <= files[file].lines.size(); ++line) {
-      for (const LintWord& word :
-           allowances_in(definition.source, {file, line})) {
-        if (find_rule(word.text) != nullptr && word.text != kRefused) continue;
-        out.add(word.spot, word.text == kRefused
-                               ? "what the builder refuses can't be allowed"
-                               : no_rule_text(word.text));
-      }
+      for_each_allowance(
+          definition.source, {file, line}, [&](const LintWord& word) {
+            if (find_rule(word.text) != nullptr && word.text != kRefused) {
+              return;
+            }
+            out.add(word.spot, word.text == kRefused
+                                   ? "what the builder refuses can't be allowed"
+                                   : no_rule_text(word.text));
+          });
     }
   }
 }

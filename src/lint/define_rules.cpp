@@ -2,6 +2,7 @@
 // a word is noted with the word.
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <set>
 #include <string_view>
 
@@ -54,6 +55,8 @@ void find_unused_defines(const Definition& definition, Findings& out) {
 }
 
 void find_capturing_defines(const Definition& definition, Findings& out) {
+  // Sought once: it may stand far behind in its line.
+  std::map<std::uint32_t, Spot> spots;
   for (const LintStatement& statement : definition.statements) {
     const StatementForm& form = *form_of(definition, statement);
     const Taken taken = taken_words(form, statement);
@@ -66,10 +69,13 @@ void find_capturing_defines(const Definition& definition, Findings& out) {
                        looks_like_define(define.name))) {
         continue;
       }
+      const auto [spot, is_new] = spots.try_emplace(word.define);
+      if (is_new) {
+        spot->second = spot_of_word(definition.source, define.place, 1);
+      }
       out.add(word.spot, in_quotes(define.name) + " becomes " +
                              in_quotes(define.value) + " by a define")
-          .notes.push_back(
-              {spot_of_word(definition.source, define.place, 1), "the define"});
+          .notes.push_back({spot->second, "the define"});
     }
   }
 }

@@ -57,7 +57,11 @@ void assume_constants(const SourceMap& source, FwOutMap& map) {
 
 std::unique_ptr<std::iostream> text_of(const SourceMap& source) {
   auto text = std::make_unique<std::stringstream>();
+  std::uint32_t number = 1;
   for (std::uint32_t line = 0; line < source.lines.size(); ++line) {
+    // The blank lines ahead of it.
+    for (; number < source.lines[line].number; ++number) *text << '\n';
+    ++number;
     const LintStatement statement = words_of_line(source, line);
     for (const LintWord& word : statement.words) *text << word.text << ' ';
     if (statement.has_echo) *text << statement.words.back().text << ' ';
@@ -76,7 +80,7 @@ void add_statements(const std::vector<BlockStep>& steps, Definition& out) {
   out.blocks.push_back({});
   std::uint32_t top = 0;
   for (const BlockStep& step : steps) {
-    const auto line = static_cast<std::uint32_t>(step.line - 1);
+    const std::uint32_t line = out.source.line_at(step.line);
     if (!step.is_known) {
       out.blocks[top].ended_by = line;
       top = out.blocks[top].parent;
@@ -112,6 +116,7 @@ LintStatement words_of_line(const SourceMap& source, std::uint32_t line) {
   const std::string_view text =
       source.files[from.place.file].lines[from.place.line - 1];
   LintStatement statement;
+  statement.words.reserve(end - from.first_word);
   for (std::size_t i = from.first_word; i < end; ++i) {
     const SourceMap::Word& word = source.words[i];
     const bool is_echo =
@@ -136,29 +141,49 @@ LintStatement words_of_line(const SourceMap& source, std::uint32_t line) {
   return statement;
 }
 
+std::string_view text_of_place(const SourceMap& source,
+                               SourceMap::Place place) {
+  if (place.file >= source.files.size()) return {};
+  const TextLines& lines = source.files[place.file].lines;
+  if (place.line == 0 || place.line > lines.size()) return {};
+  return lines[place.line - 1];
+}
+
+PlaceWords::PlaceWords(const SourceMap& source, SourceMap::Place place)
+    : place_(place), text_(text_of_place(source, place)), rest_(text_) {}
+
+std::optional<LintWord> PlaceWords::next() {
+  const std::string_view text =
+      std::exchange(is_first_, false) ? rest_.word() : rest_.next_operand();
+  if (text.empty()) return std::nullopt;
+  return LintWord{text,
+                  {place_.file, place_.line,
+                   static_cast<std::uint32_t>(text.data() - text_.data()),
+                   static_cast<std::uint32_t>(text.size())},
+                  SourceMap::kNone};
+}
+
 std::vector<LintWord> words_of_place(const SourceMap& source,
-                                     SourceMap::Place place) {
+                                     SourceMap::Place place, std::size_t most) {
   std::vector<LintWord> words;
-  if (place.file >= source.files.size()) return words;
-  const auto& lines = source.files[place.file].lines;
-  if (place.line == 0 || place.line > lines.size()) return words;
-  const std::string& text = lines[place.line - 1];
-  Statement rest(text);
-  for (auto word = rest.word(); !word.empty(); word = rest.next_operand()) {
-    words.push_back({word,
-                     {place.file, place.line,
-                      static_cast<std::uint32_t>(word.data() - text.data()),
-                      static_cast<std::uint32_t>(word.size())},
-                     SourceMap::kNone});
+  PlaceWords all(source, place);
+  while (words.size() < most) {
+    const auto word = all.next();
+    if (!word) break;
+    words.push_back(*word);
   }
   return words;
 }
 
 Spot spot_of_word(const SourceMap& source, SourceMap::Place place,
                   std::size_t word) {
-  const auto words = words_of_place(source, place);
-  if (words.empty()) return {place.file, place.line, 0, 0};
-  return words[std::min(word, words.size() - 1)].spot;
+  Spot spot{place.file, place.line, 0, 0};
+  PlaceWords words(source, place);
+  for (auto next = words.next(); next; next = words.next()) {
+    spot = next->spot;
+    if (word-- == 0) break;
+  }
+  return spot;
 }
 
 Definition read_definition(const BuildInputs& inputs) {
@@ -191,7 +216,7 @@ Definition read_definition(const BuildInputs& inputs) {
     const std::uint64_t line = steps.back().line;
     if (is_whole) {
       out.refusal = {without_line_number(*refused, line),
-                     static_cast<std::uint32_t>(line - 1)};
+                     out.source.line_at(line)};
     }
     steps.pop_back();
   }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "definitions/block_reader.h"
+#include "definitions/statement.h"
 #include "layout/build_core.h"
 #include "layout/records/out_map.h"
 #include "lint/constants.h"
@@ -43,7 +44,7 @@ struct LintBlock {
   BlockKind kind = BlockKind::kImage;
   std::uint32_t parent = kNone;
   std::uint32_t opened_by = kNone;  // statement
-  std::uint32_t ended_by = kNone;   // line in source.lines
+  std::uint32_t ended_by = kNone;   // index in source.lines
   std::vector<std::uint32_t> statements;
 };
 
@@ -59,7 +60,7 @@ struct Definition {
   // Why the builder refuses it: its own text, without the line number.
   struct Refusal {
     std::string text;
-    // A line in source.lines if a statement is refused; else the files could
+    // An index in source.lines if a statement is refused; else the files could
     // not be joined, and source.open tells where.
     std::uint32_t line = SourceMap::kNone;
   };
@@ -73,12 +74,31 @@ struct Definition {
 // the header or the top file can't be read.
 Definition read_definition(const BuildInputs& inputs);
 
-// The words of a line of the flattened text.
+// The words of a line of the flattened text, by its index in source.lines.
 LintStatement words_of_line(const SourceMap& source, std::uint32_t line);
 
-// Words of a line of a file, for lines that aren't in the flattened text.
+// A line of a file, also one that isn't in the flattened text; empty if there
+// is no such place.
+std::string_view text_of_place(const SourceMap& source, SourceMap::Place place);
+
+// Its words, one after the other: a line may have millions.
+class PlaceWords {
+ public:
+  PlaceWords(const SourceMap& source, SourceMap::Place place);
+
+  // Nothing when none is left.
+  std::optional<LintWord> next();
+
+ private:
+  SourceMap::Place place_;
+  std::string_view text_;
+  Statement rest_;
+  bool is_first_ = true;
+};
+
+// Its first words, at most that many.
 std::vector<LintWord> words_of_place(const SourceMap& source,
-                                     SourceMap::Place place);
+                                     SourceMap::Place place, std::size_t most);
 
 inline constexpr std::size_t kLastWord = static_cast<std::size_t>(-1);
 

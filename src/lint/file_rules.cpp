@@ -8,7 +8,7 @@ void find_byte_order_marks(const Definition& definition, Findings& out) {
   const auto& files = definition.source.files;
   for (std::uint32_t i = 0; i < files.size(); ++i) {
     if (files[i].lines.empty()) continue;
-    const std::string& line = files[i].lines.front();
+    const std::string_view line = files[i].lines[0];
     if (line.starts_with("\xEF\xBB\xBF")) {
       out.add({i, 1, 0, 3},
               "the file begins with a byte order mark, which joins its first "

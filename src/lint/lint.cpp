@@ -60,7 +60,9 @@ std::vector<std::string> listed_files(const BuildInputs& inputs) {
 class Run {
  public:
   explicit Run(const LintOptions& options)
-      : options_(options), definition_(read_definition(options.inputs)) {}
+      : options_(options),
+        definition_(read_definition(options.inputs)),
+        allowances_(definition_.source) {}
 
   LintReport report() {
     LintReport report;
@@ -100,7 +102,7 @@ class Run {
 
   void take(Findings found, LintReport& report) const {
     for (Finding& finding : found.all) {
-      if (is_allowed(definition_.source, finding)) continue;
+      if (allowances_.allow(finding)) continue;
       report.findings.push_back(std::move(finding));
     }
   }
@@ -146,6 +148,7 @@ class Run {
 
   const LintOptions& options_;
   Definition definition_;
+  const Allowances allowances_;
 };
 
 }  // namespace

@@ -18,8 +18,8 @@ void explain_statement(const Definition& definition, Finding& finding) {
     explain_operands(definition, statement, finding);
   }
   const auto& place = definition.source.lines[definition.refusal->line].place;
-  if (definition.source.files[place.file].lines[place.line - 1].find('\0') !=
-      std::string::npos) {
+  const std::string_view line = text_of_place(definition.source, place);
+  if (line.find('\0') != line.npos) {
     finding.text += "; the line has a zero byte, which cuts texts off";
   }
   for (const LintWord& word : statement.words) {

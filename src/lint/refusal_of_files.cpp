@@ -63,7 +63,7 @@ void explain_missing_file(const SourceMap& source, std::string_view operand,
 void explain_files(const Definition& definition, Finding& finding) {
   const SourceMap& source = definition.source;
   finding.spot = spot_of_word(source, source.open.back(), 1);
-  const auto words = words_of_place(source, source.open.back());
+  const auto words = words_of_place(source, source.open.back(), 2);
   const std::string_view operand =
       words.size() > 1 ? words[1].text : std::string_view();
   if (finding.text.starts_with("Define name conflict")) {

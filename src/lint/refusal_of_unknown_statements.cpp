@@ -50,7 +50,6 @@ std::size_t count_left_out(const Refused& refused, std::uint32_t& last_line) {
   last_line = refused.definition.refusal->line;
   for (std::uint32_t i = last_line + 1; i < source.lines.size(); ++i) {
     const LintStatement next = words_of_line(source, i);
-    if (next.key().empty()) continue;
     const bool is_taken =
         std::ranges::any_of(refused.ended, [&](std::uint32_t block) {
           return find_form(kind_of(refused.definition, block), next.key());

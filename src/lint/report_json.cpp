@@ -4,36 +4,44 @@
 
 #include <algorithm>
 
+#include "companion/ground/json_writer.h"
 #include "lint/report_text.h"
+#include "lint/shown_columns.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
 Json place_json(const LintReport& report, const std::string& folder,
-                const Spot& spot) {
+                const Spot& spot, ShownColumns& columns) {
   return {{"file", shown_path(report.sources[spot.file].path, folder)},
           {"line", std::max(spot.line, 1u)},
-          {"column", spot.line == 0 ? 1 : shown_column(report, spot)}};
+          {"column", spot.line == 0 ? 1 : columns.of(spot)}};
 }
 
 }  // namespace
 
-Json findings_json(const LintReport& report, const std::string& folder) {
-  Json findings = Json::array();
+void print_findings_json(std::ostream& out, const LintReport& report,
+                         const std::string& folder) {
+  ShownColumns columns(report);
+  JsonWriter json(out);
+  json.open('{');
+  json.value("schema", 1);
+  json.open("findings", '[');
   for (const Finding& finding : report.findings) {
-    Json one = place_json(report, folder, finding.spot);
+    Json one = place_json(report, folder, finding.spot, columns);
     one["level"] = level_name(finding.level);
     one["rule"] = finding.rule;
     one["text"] = finding.text;
     one["notes"] = Json::array();
     for (const Note& note : finding.notes) {
-      one["notes"].push_back(place_json(report, folder, note.spot));
+      one["notes"].push_back(place_json(report, folder, note.spot, columns));
       one["notes"].back()["text"] = note.text;
     }
-    findings.push_back(std::move(one));
+    json.value(one);
   }
-  return {{"schema", 1}, {"findings", std::move(findings)}};
+  json.close();
+  json.close();
 }
 
 }  // namespace tova_fw_builder

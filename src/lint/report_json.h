@@ -2,14 +2,16 @@
 // The findings as the one JSON document.
 #pragma once
 
+#include <ostream>
 #include <string>
 
-#include "companion/ground/json.h"
 #include "lint/lint.h"
 
 namespace tova_fw_builder {
 
-// The document that docs/schema/lint.json tells. Paths as in the text.
-Json findings_json(const LintReport& report, const std::string& folder);
+// Prints the document that docs/schema/lint.json tells, one finding after the
+// other. Paths as in the text.
+void print_findings_json(std::ostream& out, const LintReport& report,
+                         const std::string& folder);
 
 }  // namespace tova_fw_builder

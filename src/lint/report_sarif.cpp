@@ -7,8 +7,10 @@
 #include <string_view>
 #include <utility>
 
+#include "companion/ground/json_writer.h"
 #include "lint/report_text.h"
 #include "lint/rules.h"
+#include "lint/shown_columns.h"
 
 namespace tova_fw_builder {
 
@@ -33,20 +35,26 @@ std::string uri_of(std::string_view path) {
   return uri;
 }
 
-Json location_json(const LintReport& report, const std::string& folder,
-                   const Spot& spot) {
-  const std::string path = shown_path(report.sources[spot.file].path, folder);
+struct Places {
+  const LintReport& report;
+  const std::string& folder;
+  ShownColumns columns;
+};
+
+Json location_json(const Spot& spot, Places& places) {
+  const std::string path =
+      shown_path(places.report.sources[spot.file].path, places.folder);
   Json artifact = {{"uri", uri_of(path)}};
   if (!path.starts_with('/')) artifact["uriBaseId"] = "SRCROOT";
   Json location = {{"artifactLocation", std::move(artifact)}};
   if (spot.line != 0) {
-    const std::uint32_t column = shown_column(report, spot);
+    const std::uint32_t column = places.columns.of(spot);
     Spot end = spot;
     end.column += spot.length;
     location["region"] = {
         {"startLine", spot.line},
         {"startColumn", column},
-        {"endColumn", std::max(shown_column(report, end), column)}};
+        {"endColumn", std::max(places.columns.of(end), column)}};
   }
   return {{"physicalLocation", std::move(location)}};
 }
@@ -62,17 +70,16 @@ Json rules_json() {
   return all;
 }
 
-Json result_json(const LintReport& report, const std::string& folder,
-                 const Finding& finding) {
-  Json result = {{"ruleId", finding.rule},
-                 {"ruleIndex", find_rule(finding.rule) - rules().data()},
-                 {"level", level_name(finding.level)},
-                 {"message", {{"text", finding.text}}},
-                 {"locations",
-                  Json::array({location_json(report, folder, finding.spot)})}};
+Json result_json(const Finding& finding, Places& places) {
+  Json result = {
+      {"ruleId", finding.rule},
+      {"ruleIndex", find_rule(finding.rule) - rules().data()},
+      {"level", level_name(finding.level)},
+      {"message", {{"text", finding.text}}},
+      {"locations", Json::array({location_json(finding.spot, places)})}};
   Json related = Json::array();
   for (const Note& note : finding.notes) {
-    related.push_back(location_json(report, folder, note.spot));
+    related.push_back(location_json(note.spot, places));
     related.back()["message"] = {{"text", note.text}};
   }
   if (!related.empty()) result["relatedLocations"] = std::move(related);
@@ -81,22 +88,27 @@ Json result_json(const LintReport& report, const std::string& folder,
 
 }  // namespace
 
-Json findings_sarif(const LintReport& report, const std::string& folder,
-                    const std::string& version) {
-  Json results = Json::array();
-  for (const Finding& finding : report.findings) {
-    results.push_back(result_json(report, folder, finding));
-  }
+void print_findings_sarif(std::ostream& out, const LintReport& report,
+                          const std::string& folder,
+                          const std::string& version) {
+  Places places{report, folder, ShownColumns(report)};
   const Json driver = {
       {"name", "tova_fw lint"}, {"version", version}, {"rules", rules_json()}};
-  const Json run = {
-      {"tool", {{"driver", driver}}},
-      {"columnKind", "unicodeCodePoints"},
-      {"originalUriBaseIds", {{"SRCROOT", {{"uri", uri_of(folder + '/')}}}}},
-      {"results", std::move(results)}};
-  return {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
-          {"version", "2.1.0"},
-          {"runs", Json::array({run})}};
+  JsonWriter json(out);
+  json.open('{');
+  json.value("$schema", "https://json.schemastore.org/sarif-2.1.0.json");
+  json.value("version", "2.1.0");
+  json.open("runs", '[');
+  json.open('{');
+  json.value("tool", {{"driver", driver}});
+  json.value("columnKind", "unicodeCodePoints");
+  json.value("originalUriBaseIds",
+             {{"SRCROOT", {{"uri", uri_of(folder + '/')}}}});
+  json.open("results", '[');
+  for (const Finding& finding : report.findings) {
+    json.value(result_json(finding, places));
+  }
+  for (int open = 0; open < 4; ++open) json.close();
 }
 
 }  // namespace tova_fw_builder

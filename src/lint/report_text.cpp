@@ -5,6 +5,7 @@
 
 #include "companion/ground/printable.h"
 #include "driver/ground/paths.h"
+#include "lint/shown_columns.h"
 
 namespace tova_fw_builder {
 
@@ -23,24 +24,10 @@ std::string in_its_columns(std::string_view line) {
   return safe;
 }
 
-std::string_view line_at(const LintReport& report, const Spot& spot) {
-  if (spot.file >= report.sources.size()) return {};
-  const auto& lines = report.sources[spot.file].lines;
-  return spot.line == 0 || spot.line > lines.size()
-             ? std::string_view()
-             : std::string_view(lines[spot.line - 1]);
-}
-
-std::size_t count_characters(std::string_view text) {
-  std::size_t count = 0;
-  for (const char c : text) count += is_continuation(c) ? 0 : 1;
-  return count;
-}
-
 void print_line(std::ostream& out, const LintReport& report, const Spot& spot,
                 const Colours& colours) {
   constexpr std::size_t kLongestLine = 200;
-  std::string_view line = line_at(report, spot);
+  std::string_view line = line_of(report, spot);
   if (line.empty() || line.size() > kLongestLine) return;
   std::string caret;
   for (const char c : line.substr(0, spot.column)) {
@@ -61,21 +48,16 @@ std::string shown_path(const std::string& path, const std::string& folder) {
   return near.empty() || *near.begin() == ".." ? path : path_text(near);
 }
 
-std::uint32_t shown_column(const LintReport& report, const Spot& spot) {
-  return static_cast<std::uint32_t>(
-             count_characters(line_at(report, spot).substr(0, spot.column))) +
-         1;
-}
-
 void print_findings(std::ostream& out, const LintReport& report,
                     const std::string& folder, bool shows_lines,
                     const Colours& colours) {
+  ShownColumns columns(report);
   const auto place = [&](const Spot& spot) {
     std::string text =
         printable(shown_path(report.sources[spot.file].path, folder));
     if (spot.line == 0) return text + ":1:1: ";
     return text + ':' + std::to_string(spot.line) + ':' +
-           std::to_string(shown_column(report, spot)) + ": ";
+           std::to_string(columns.of(spot)) + ": ";
   };
   for (const Finding& finding : report.findings) {
     const bool is_error = finding.level == Level::kError;

@@ -14,9 +14,6 @@ namespace tova_fw_builder {
 // any other by its whole path.
 std::string shown_path(const std::string& path, const std::string& folder);
 
-// The column of a byte in a line, counted in characters from 1.
-std::uint32_t shown_column(const LintReport& report, const Spot& spot);
-
 // "FILE:LINE:COLUMN: LEVEL: TEXT [RULE]", and a note in the same form for each
 // note; with `shows_lines` the line and a caret under it.
 void print_findings(std::ostream& out, const LintReport& report,

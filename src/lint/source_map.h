@@ -2,7 +2,9 @@
 // Where the flattened text came from, as the definition reader tells it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
@@ -12,13 +14,28 @@
 
 namespace tova_fw_builder {
 
+// The lines of a file, without their ends. A file may hold nothing but line
+// feeds, so a line costs its bytes and one number. A view of one lasts until
+// the next is added.
+class TextLines {
+ public:
+  std::size_t size() const { return ends_.size(); }
+  bool empty() const { return ends_.empty(); }
+  std::string_view operator[](std::size_t number) const;
+  void push_back(std::string_view line);
+
+ private:
+  std::string text_;
+  std::deque<std::size_t> ends_;  // of each line in the text
+};
+
 struct SourceMap : ReadingNotes {
   static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
   // One that was read, however often it was included.
   struct File {
-    std::string path;                // canonical
-    std::vector<std::string> lines;  // without their ends, as first read
+    std::string path;  // canonical
+    TextLines lines;   // as first read
   };
   struct Place {
     std::uint32_t file = kNone;
@@ -32,6 +49,7 @@ struct SourceMap : ReadingNotes {
   struct Line {
     Place place;
     std::uint32_t first_word = 0;  // the key; the next line's ends the words
+    std::uint32_t number = 0;      // in the flattened text, from 1
   };
   struct Define {
     std::string name;
@@ -41,7 +59,7 @@ struct SourceMap : ReadingNotes {
   };
 
   std::vector<File> files;
-  std::vector<Line> lines;  // those of the flattened text, in order
+  std::vector<Line> lines;  // of the flattened text, but the blank ones
   std::vector<Word> words;
   std::vector<Define> defines;
   // Those that lost the rest of their file, since they gave no text.
@@ -58,12 +76,24 @@ struct SourceMap : ReadingNotes {
   void use_define(std::string_view name) override;
   void leave_file(Fate fate) override;
 
+  // The line of the flattened text that has a number, as an index of `lines`;
+  // of a blank line, the one behind it.
+  std::uint32_t line_at(std::uint64_t number) const;
+
  private:
+  // How far the flattened text was when a file was entered.
+  struct Start {
+    std::size_t line;  // in lines
+    std::uint32_t number;
+  };
+
   std::map<std::string, std::uint32_t> file_numbers_;
   std::map<std::string, std::uint32_t, std::less<>> define_numbers_;
-  std::vector<std::size_t> lines_before_;  // each file that is still open
+  std::vector<Start> starts_;  // of each file that is still open
   const char* line_start_ = nullptr;
+  std::uint32_t last_number_ = 0;  // of the lines of the flattened text
   bool takes_words_ = false;
+  bool awaits_key_ = false;
 };
 
 }  // namespace tova_fw_builder

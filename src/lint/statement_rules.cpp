@@ -13,7 +13,8 @@ namespace tova_fw_builder {
 namespace {
 
 // Calls take(words, operands) for each line that the flattening consumes:
-// `define NAME VALUE` and `include FILE`.
+// `define NAME VALUE` and `include FILE`. Of the words behind the operands it
+// gets the first.
 template <typename Take>
 void for_each_directive(const Definition& definition, const Take& take) {
   const auto& files = definition.source.files;
@@ -22,8 +23,9 @@ void for_each_directive(const Definition& definition, const Take& take) {
       const Statement text(files[file].lines[line - 1]);
       const bool is_define = text.word() == "define";
       if (!is_define && text.word() != "include") continue;
-      take(words_of_place(definition.source, {file, line}),
-           is_define ? 2u : 1u);
+      const std::size_t operands = is_define ? 2 : 1;
+      take(words_of_place(definition.source, {file, line}, operands + 2),
+           operands);
     }
   }
 }

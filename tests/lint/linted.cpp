@@ -7,6 +7,7 @@
 
 #include "driver/ground/log.h"
 #include "lint/report_text.h"
+#include "lint/shown_columns.h"
 
 namespace tova_fw_builder {
 
@@ -87,6 +88,7 @@ void add_elf(LintTree& tree, const std::string& name,
 
 std::string findings_of(const LintReport& report) {
   std::string all;
+  ShownColumns columns(report);
   for (const Finding& finding : report.findings) {
     if (!all.empty()) all += ", ";
     if (finding.spot.file != 0) {
@@ -94,7 +96,7 @@ std::string findings_of(const LintReport& report) {
       all += path.filename().string() + ':';
     }
     all += std::to_string(finding.spot.line) + ':' +
-           std::to_string(shown_column(report, finding.spot)) + ' ' +
+           std::to_string(columns.of(finding.spot)) + ' ' +
            std::string(finding.rule);
   }
   return all;

@@ -2,13 +2,23 @@
 // scripts/check-companion.sh.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "companion/ground/json.h"
 #include "lint/linted.h"
 #include "lint/report_json.h"
 #include "lint/report_sarif.h"
 #include "lint/report_text.h"
+#include "lint/shown_columns.h"
 
 namespace tova_fw_builder {
 namespace {
+
+Json sarif_of(const LintTree& tree, const std::string& folder) {
+  std::ostringstream text;
+  print_findings_sarif(text, tree.lint(), folder, "1.2.3");
+  return Json::parse(text.str());
+}
 
 // Columns count characters: each of the letters here has two bytes.
 TEST(ReportText, ShowsTheLineWithACaret) {
@@ -44,6 +54,29 @@ TEST(ReportText, NoControlCharacterReachesTheTerminal) {
   const std::string text =
       LintTree("t=max_data 0 " + std::string(5000, 'x') + "/").printed(true);
   EXPECT_LT(text.size(), 200u);
+  // Bytes that only go on a character make one of any length.
+  EXPECT_LT(LintTree("t=max_data 0 " + std::string(5000, '\x80') + "/")
+                .printed()
+                .size(),
+            1200u);
+}
+
+// A line that is too long to be counted anew for each of its words. After "xx"
+// each " \u00FCx" has 3 characters in 4 bytes; that at byte 1023 lies across
+// the first of the steps in which the line is counted.
+TEST(ReportText, CountsALongLineToItsEnd) {
+  std::string line = "xx";
+  for (int i = 0; i < 1000; ++i) line += " \u00FCx";
+  LintReport report;
+  report.sources.push_back({"t", {}});
+  report.sources[0].lines.push_back("");
+  report.sources[0].lines.push_back(line);
+  ShownColumns columns(report);
+  for (const std::uint32_t word : {999u, 0u, 254u, 255u, 256u, 511u, 512u}) {
+    EXPECT_EQ(3 * word + 4, columns.of({0, 2, 4 * word + 3, 0})) << word;
+  }
+  EXPECT_EQ(3003u, columns.of({0, 2, 9999, 0}));
+  EXPECT_EQ(1u, columns.of({0, 1, 9999, 0}));
 }
 
 TEST(ReportText, PathsBelowTheFolderAreShownFromThere) {
@@ -54,7 +87,9 @@ TEST(ReportText, PathsBelowTheFolderAreShownFromThere) {
 
 TEST(ReportJson, HasFindingsWithTheirNotes) {
   const LintTree tree("t=max_data 0/max_data 0 \xFF/");
-  const Json json = findings_json(tree.lint(), tree.dir.path());
+  std::ostringstream text;
+  print_findings_json(text, tree.lint(), tree.dir.path());
+  const Json json = Json::parse(text.str());
   EXPECT_EQ(1, json["schema"]);
   ASSERT_EQ(2u, json["findings"].size());
   const Json& first = json["findings"][0];
@@ -68,7 +103,7 @@ TEST(ReportJson, HasFindingsWithTheirNotes) {
 
 TEST(ReportSarif, PointsIntoTheRules) {
   const LintTree tree("t t=/foo/");
-  const Json sarif = findings_sarif(tree.lint(), tree.dir.path(), "1.2.3");
+  const Json sarif = sarif_of(tree, tree.dir.path());
   EXPECT_EQ("2.1.0", sarif["version"]);
   const Json& run = sarif["runs"][0];
   const Json& result = run["results"][0];
@@ -82,7 +117,7 @@ TEST(ReportSarif, PointsIntoTheRules) {
   EXPECT_EQ(2, place["region"]["startLine"]);
   EXPECT_EQ(1, place["region"]["startColumn"]);
   EXPECT_EQ(4, place["region"]["endColumn"]);
-  const Json outside = findings_sarif(tree.lint(), "/elsewhere", "1.2.3");
+  const Json outside = sarif_of(tree, "/elsewhere");
   EXPECT_EQ("file://" + tree.dir.path() + "/t%20t",
             outside["runs"][0]["results"][0]["locations"][0]["physicalLocation"]
                    ["artifactLocation"]["uri"]);

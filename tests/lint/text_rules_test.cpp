@@ -190,6 +190,13 @@ t=# lint: allow extra-words//max_data 0 1/ => 3:12 extra-words
 t=# lint: allow extra-wrods refused/foo/ => 1:15 unknown-rule, 1:27 unknown-rule, 2:1 refused
 t=include a/include a/|a=/# lint: allow x/ => a:2:15 unknown-rule
 t=# lint: allow unused-define/define A 1/ =>
+t=# lint: allow extra-words x/ignore a b/# lint: allow/ignore c d/ => 1:27 unknown-rule, 4:10 extra-words
+t=# lint: allow name-dropped/# lint: allow extra-words/# lint: allow extra-words/ignore a b/# lint: allow extra-words =>
+-- Blank lines have no words, but count.
+t=/ ~//include a/foo/|a=//ignore a b//^/ => 5:1 refused, a:3:10 extra-words
+t=//ignore a b//include a//|a=# none/ => 3:10 extra-words, 5:9 refused, 5:9 empty-include
+t=///module a///foo/// => 7:1 refused
+t=include a/ignore p/foo/|a=/ignore x y/include e/include f/|e=|f=//ignore z z/ => 3:1 refused, a:2:10 extra-words, a:3:9 empty-include
 )";
 
 // "\xHH" in the table is the byte.

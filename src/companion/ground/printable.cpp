@@ -67,6 +67,12 @@ std::size_t length_of_characters(std::string_view text, std::size_t count) {
   return length;
 }
 
+std::size_t count_characters(std::string_view text) {
+  std::size_t count = 0;
+  for (const char c : text) count += is_continuation(c) ? 0 : 1;
+  return count;
+}
+
 bool is_continuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }

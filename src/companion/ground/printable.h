@@ -21,6 +21,9 @@ std::size_t printable_length(std::string_view text);
 // shorter text.
 std::size_t length_of_characters(std::string_view text, std::size_t count);
 
+// How many characters a UTF-8 text has.
+std::size_t count_characters(std::string_view text);
+
 // Of UTF-8, whether it is a byte of a character but not its first.
 bool is_continuation(char c);
 
