@@ -58,7 +58,7 @@ struct Given {
       CheckedFile file = checked_file(path, ByteSource::open(path));
       file.in_folder = in_folder;
       if (!is_key(file)) {
-        files.push_back(std::move(file));
+        add_file(std::move(file), files);
       } else if (!in_folder) {
         ++keys;
         troubles.add(path, "a key is no part of an image: --trust " + path +

@@ -88,7 +88,7 @@ std::vector<CheckedFile> open_files(const std::vector<std::string>& paths,
   std::vector<CheckedFile> files;
   for (const std::string& path : all) {
     try {
-      files.push_back(checked_file(path, ByteSource::open(path)));
+      add_file(checked_file(path, ByteSource::open(path)), files);
     } catch (const std::exception& error) {
       report_trouble(path, error.what());
       status = Status::kTrouble;

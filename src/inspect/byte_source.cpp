@@ -33,21 +33,32 @@ std::string rest_of(std::FILE& file, const std::string& path) {
   return bytes;
 }
 
-}  // namespace
-
-ByteSource ByteSource::open(const std::string& path) {
+// Yields whether it has places: else it is a pipe.
+bool can_be_read(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(native_path(path), error);
   if (error) refuse(path, error.message());
   if (fs::is_directory(status)) refuse(path, "it is a folder: name its files");
   const bool has_places = fs::is_regular_file(status);
   if (!has_places && !fs::is_fifo(status)) refuse(path, "it is a device");
+  return has_places;
+}
 
+std::shared_ptr<std::FILE> open_file(const std::string& path) {
+  std::FILE* const file = open_c_stream(path);
+  if (file == nullptr) refuse(path, std::strerror(errno));
+  return {file, std::fclose};
+}
+
+}  // namespace
+
+ByteSource ByteSource::open(const std::string& path) {
+  const bool has_places = can_be_read(path);
   ByteSource source;
   source.path_ = path;
-  source.file_.reset(open_c_stream(path));
-  if (source.file_ == nullptr) refuse(path, std::strerror(errno));
+  source.file_ = open_file(path);
   if (!has_places) return of(rest_of(*source.file_, path));
+  std::error_code error;
   source.size_ = fs::file_size(native_path(path), error);
   if (error) refuse(path, error.message());
   return source;
@@ -60,15 +71,26 @@ ByteSource ByteSource::of(std::string bytes) {
   return source;
 }
 
+std::shared_ptr<std::FILE> ByteSource::opened() const {
+  if (file_ != nullptr || path_.empty()) return file_;
+  if (!can_be_read(path_)) refuse(path_, "it has become a pipe");
+  return open_file(path_);
+}
+
 std::size_t ByteSource::read(std::uint64_t offset, std::span<char> to) const {
+  return read_from(opened().get(), offset, to);
+}
+
+std::size_t ByteSource::read_from(std::FILE* file, std::uint64_t offset,
+                                  std::span<char> to) const {
   std::size_t count = 0;
   if (offset < size_) {
     count = static_cast<std::size_t>(
         std::min<std::uint64_t>(to.size(), size_ - offset));
-    if (file_ == nullptr) {
+    if (file == nullptr) {
       std::copy_n(memory_.data() + offset, count, to.data());
     } else {
-      const auto got = read_at(*file_, offset, to.first(count));
+      const auto got = read_at(*file, offset, to.first(count));
       if (!got) refuse(path_, std::strerror(errno));
       count = *got;
     }
@@ -87,11 +109,13 @@ std::string ByteSource::bytes(std::uint64_t offset,
 
 void ByteSource::pieces(std::uint64_t offset, std::uint64_t length,
                         const TakePiece& take) const {
+  if (length == 0) return;
   std::string buffer(std::min<std::uint64_t>(kPiece, length), '\0');
+  const std::shared_ptr<std::FILE> file = opened();
   while (length > 0) {
     const auto wanted = std::min<std::uint64_t>(buffer.size(), length);
-    const std::size_t count =
-        read(offset, {buffer.data(), static_cast<std::size_t>(wanted)});
+    const std::size_t count = read_from(
+        file.get(), offset, {buffer.data(), static_cast<std::size_t>(wanted)});
     if (count == 0 || !take({buffer.data(), count})) return;
     offset += count;
     length -= count;

@@ -23,8 +23,14 @@ class ByteSource {
   static ByteSource open(const std::string& path);
   // The bytes themselves.
   static ByteSource of(std::string bytes);
+  ByteSource(ByteSource&&) = default;
+  ByteSource& operator=(ByteSource&&) = default;
 
   std::uint64_t size() const { return size_; }
+
+  // Closes the file but for the time of each call below, which opens it again:
+  // a process may have some hundred files open. Nothing for what is in memory.
+  void close() { file_.reset(); }
 
   // Fills `to` with the bytes from `offset` on, and with zeros behind the end.
   // Yields how many the file had. Throws as open() does if the system can't
@@ -42,10 +48,15 @@ class ByteSource {
  private:
   ByteSource() = default;
 
+  // Stays open as long as the result lives. Null for what is in memory.
+  std::shared_ptr<std::FILE> opened() const;
+  std::size_t read_from(std::FILE* file, std::uint64_t offset,
+                        std::span<char> to) const;
+
   std::uint64_t size_ = 0;
-  std::string path_;
+  std::string path_;  // empty for what is in memory
   std::string memory_;
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_{nullptr, std::fclose};
+  std::shared_ptr<std::FILE> file_;  // null if it is closed
 };
 
 // The record at `offset`, as far as the file has it; zero behind that.

@@ -105,6 +105,16 @@ cp ../doubtful/{,an}other.bin
 check 0 '' --summary ../doubtful
 summary_ends 'no check fails; not checked: structure of 2 files'
 rm -r ../doubtful
+# More files than the process may have open, those of the image the last.
+mkdir ../many
+cp firmware* ../many
+for i in {10..69}; do printf 'note %s\n' "$i" >../many/"$i"; done
+(
+  ulimit -n 48
+  check 0 '' --summary ../many
+)
+summary_ends 'all checks hold'
+rm -r ../many
 check 2 '' nothing firmware.bin.txt firmware.man.signed
 says ok signature 'made with the key 966d4e58'
 check 2 '' firmware.bin

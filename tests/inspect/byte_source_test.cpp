@@ -14,12 +14,20 @@
 namespace tova_fw_builder {
 namespace {
 
-// Of a file and of memory alike, also behind a failed reading at the end.
+ByteSource closed(ByteSource source) {
+  source.close();
+  return source;
+}
+
+// Of a file and of memory alike, open or not, also behind a failed reading at
+// the end.
 TEST(ByteSource, PartsOfAFile) {
   const TempDir dir;
   const std::string bytes = counting(100);
   for (const ByteSource& source :
-       {ByteSource::open(dir.write("f", bytes)), ByteSource::of(bytes)}) {
+       {ByteSource::open(dir.write("f", bytes)), ByteSource::of(bytes),
+        closed(ByteSource::open(dir.file("f"))),
+        closed(ByteSource::of(bytes))}) {
     const struct {
       std::uint64_t offset;
       std::uint64_t length;
@@ -87,9 +95,17 @@ TEST(ByteSource, ShrinkingFilesEndThere) {
   const TempDir dir;
   const std::string path = dir.write("f", counting(100));
   const ByteSource source = ByteSource::open(path);
+  const ByteSource opened_again = closed(ByteSource::open(path));
   std::filesystem::resize_file(path, 10);
-  EXPECT_EQ(counting(10), source.bytes(0, 50));
-  EXPECT_EQ("", source.bytes(50, 50));
+  for (const ByteSource* each : {&source, &opened_again}) {
+    EXPECT_EQ(counting(10), each->bytes(0, 50));
+    EXPECT_EQ("", each->bytes(50, 50));
+  }
+  // What could keep it waiting for ever isn't opened.
+  std::filesystem::remove(path);
+  ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
+  EXPECT_EQ(path + ": cannot be read: it has become a pipe",
+            message_of([&] { opened_again.bytes(0, 1); }));
 }
 
 }  // namespace

@@ -82,6 +82,12 @@ CheckedFile checked_file(std::string path, ByteSource source) {
   return {std::move(path), std::move(source), std::move(inspected), false};
 }
 
+void add_file(CheckedFile file, std::vector<CheckedFile>& files) {
+  constexpr std::size_t kMostOpen = 32;
+  if (files.size() >= kMostOpen) file.source.close();
+  files.push_back(std::move(file));
+}
+
 Checked check_image(const std::vector<CheckedFile>& files,
                     const CheckOptions& options) {
   ImageFiles image = sort_files(files, options);

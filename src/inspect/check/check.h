@@ -26,6 +26,9 @@ struct Checked {
 // contents.
 CheckedFile checked_file(std::string path, ByteSource source);
 
+// Adds it to the others. Of many files the first ones alone stay open.
+void add_file(CheckedFile file, std::vector<CheckedFile>& files);
+
 // Makes all checks that the files allow. Each byte of contents is read once.
 Checked check_image(const std::vector<CheckedFile>& files,
                     const CheckOptions& options);
