@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <tuple>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/naming.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
@@ -25,10 +26,11 @@ bool comes_before(const ElfSymbol& a, const ElfSymbol& b) {
 }
 
 std::string found_path(const std::string& path, const std::string& list) {
-  if (try_open_input(path)->is_open()) return path;
+  // A pipe is there, and has to be opened but once.
+  if (is_pipe(path) || try_open_input(path)->is_open()) return path;
   std::string beside =
       path_text(native_path(list).parent_path() / native_path(path));
-  if (try_open_input(beside)->is_open()) return beside;
+  if (is_pipe(beside) || try_open_input(beside)->is_open()) return beside;
   const std::string where =
       native_path(path).is_relative()
           ? ", neither from here nor from the list; tova_fw_builder counts it "

@@ -1,8 +1,8 @@
 #include "companion/builder_inputs.h"
 
 #include <filesystem>
-#include <system_error>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
@@ -15,8 +15,7 @@ std::string absolute_path(const std::string& path) {
 }
 
 BuildInputs builder_inputs(const BuilderInputNames& names) {
-  std::error_code ignored;
-  if (std::filesystem::is_fifo(native_path(names.definition), ignored)) {
+  if (is_pipe(names.definition)) {
     // Its folder is asked for, too, and a pipe without a writer has no end.
     throw FileError({names.definition,
                      "a definition can't come through a pipe: name a "

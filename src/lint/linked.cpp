@@ -4,6 +4,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "input_map/fw_image_map.h"
@@ -125,6 +126,20 @@ void read_elfs(const ElfList& elfs, Spot list, Linked& linked) {
   }
 }
 
+// Of a list that can't be read, the reading tells.
+void require_no_pipes(const std::string& list) {
+  ElfList elfs;
+  try {
+    elfs = read_elf_list(list);
+  } catch (const std::runtime_error&) {
+    return;
+  }
+  for (const ElfListEntry& elf : elfs) {
+    require_no_pipe("section table", elf.memmap);
+    require_no_pipe("symbol list", elf.nm);
+  }
+}
+
 bool cannot_open(const std::exception& error) {
   return std::string_view(error.what()).starts_with("Failed to open file");
 }
@@ -141,6 +156,7 @@ Linked link(const Definition& definition, const BuildInputs& inputs,
                                         std::make_shared<std::stringstream>());
   }
   FwOutMap& map = *definition.map;
+  require_no_pipes(inputs.elf_list_path);
   try {
     const ElfList elfs = read_linker_output(inputs, linked.image_map);
     read_elfs(elfs, linked.elf_list, linked);

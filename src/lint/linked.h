@@ -82,8 +82,9 @@ struct Linked {
 };
 
 // Reads what the ELF list names, and binds. Throws std::runtime_error as the
-// builder's readers do for a file that can't be opened. `elf_list_file` is the
-// number that the ELF list has among the sources.
+// builder's readers do for a file that can't be opened, and as require_no_pipe
+// does for a table. `elf_list_file` is the number that the ELF list has among
+// the sources.
 Linked link(const Definition& definition, const BuildInputs& inputs,
             std::uint32_t elf_list_file);
 

@@ -9,8 +9,11 @@
 #include <system_error>
 #include <tuple>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
+#include "driver/ground/line_fields.h"
+#include "driver/ground/line_reader.h"
 #include "driver/ground/paths.h"
 #include "input_map/elf_list.h"
 #include "lint/allowances.h"
@@ -36,6 +39,17 @@ bool is_file(const std::string& path) {
   return std::filesystem::is_regular_file(native_path(path), ignored);
 }
 
+// Of the keys themselves nothing is read, each of which may be a pipe.
+void add_keys(const std::string& list, std::vector<std::string>& files) {
+  const auto in = open_input(list);
+  LineReader lines(*in);
+  for (std::string_view line; lines.next(line) && !line.empty();) {
+    LineFields words(line);
+    words.word();  // its kind
+    files.emplace_back(words.word());
+  }
+}
+
 // What the ELF list and the key list name, as far as these can be read, and
 // read again.
 std::vector<std::string> listed_files(const BuildInputs& inputs) {
@@ -47,9 +61,7 @@ std::vector<std::string> listed_files(const BuildInputs& inputs) {
       }
     }
     if (is_file(inputs.key_list_path)) {
-      for (const auto& key : KeyList(inputs.key_list_path).keys) {
-        files.push_back(key->path);
-      }
+      add_keys(inputs.key_list_path, files);
     }
   } catch (const std::runtime_error&) {
     // Told as a trouble or a finding.
@@ -110,12 +122,7 @@ class Run {
   void add_linked(LintReport& report, SourceMap::File& elf_list) {
     try {
       const std::string& list = options_.inputs.elf_list_path;
-      std::error_code ignored;
-      if (std::filesystem::is_fifo(native_path(list), ignored)) {
-        throw std::runtime_error("the ELF list " + list +
-                                 " is a pipe, and is read more than once: name "
-                                 "a file");
-      }
+      require_no_pipe("ELF list", list);
       elf_list = read_lines(list);
       const auto number =
           static_cast<std::uint32_t>(definition_.source.files.size());

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "companion/ground/input_file.h"
 #include "driver/ground/files.h"
 #include "input_map/elf_list.h"
 #include "input_map/fw_image_map.h"
@@ -18,7 +19,9 @@ namespace tova_fw_builder {
 namespace {
 
 bool is_key_list_at_fault(const BuildInputs& inputs) {
-  if (inputs.key_list_path.empty()) return false;
+  if (inputs.key_list_path.empty() || is_pipe(inputs.key_list_path)) {
+    return false;
+  }
   try {
     const KeyList list(inputs.key_list_path);
     return false;

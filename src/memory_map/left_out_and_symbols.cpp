@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "companion/ground/input_file.h"
 #include "driver/ground/files.h"
 #include "input_map/fw_image_map.h"
 #include "memory_map/measures.h"
@@ -154,7 +155,12 @@ void order_left_out(MemoryMap& map) {
 void read_left_out_and_symbols(const FwOutMap& bound, const ElfList& elfs,
                                MemoryMap& map) {
   ElfReader reader(bound, map);
-  for (const ElfListEntry& elf : elfs) reader.read(elf);
+  for (const ElfListEntry& elf : elfs) {
+    // The binding has read both.
+    require_no_pipe("section table", elf.memmap);
+    require_no_pipe("symbol list", elf.nm);
+    reader.read(elf);
+  }
   order_left_out(map);
   std::ranges::sort(map.symbols, [](const auto& a, const auto& b) {
     return a.size != b.size

@@ -69,6 +69,13 @@ has out '0x20003000  -  .heap+0x0  heap+0x0'
 where 0 gen-1.5/firmware.{man,man.signed} gen-1.5/package.bin 0x1000D000
 has out '0x1000d000  reverb  rodata+0x0  gen-1.5/package.bin@0x9000'
 [[ $(wc -l <out) == 1 ]] || die "a manifest and its signed form are told apart"
+# A table may come through a pipe.
+mkfifo pipe
+sed "s:.*/base_fw.symbols:$PWD/pipe:" gen-1.5/firmware.elfs >piped.elfs
+cat "$root/examples/audio_firmware/linked/base_fw.symbols" >pipe &
+where 0 --elf-list piped.elfs 0x20000010
+has out '0x20000010  -  .bss.base+0x10  pipeline+0x8'
+rm pipe
 where 1 gen-1.8/firmware.bin 0x10008004 7
 has out '0x00000007  belongs to nothing'
 

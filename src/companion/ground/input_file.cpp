@@ -4,10 +4,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
+#include <system_error>
 
 #include "driver/ground/files.h"
+#include "driver/ground/paths.h"
 
 namespace tova_fw_builder {
 namespace {
@@ -28,6 +31,18 @@ std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes) {
       std::fread(bytes.data(), 1, bytes.size(), file.get());
   if (std::ferror(file.get()) != 0) fail(errno);  // as reading a folder does
   return count;
+}
+
+bool is_pipe(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_fifo(native_path(path), ignored);
+}
+
+void require_no_pipe(std::string_view what, const std::string& path) {
+  if (!is_pipe(path)) return;
+  throw std::runtime_error(
+      std::string("the ").append(what).append(" ") + path +
+      " is a pipe, and is read more than once: name a file");
 }
 
 }  // namespace tova_fw_builder

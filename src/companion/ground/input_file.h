@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace tova_fw_builder {
 
@@ -13,5 +14,13 @@ namespace tova_fw_builder {
 // caller who wipes it leaves no copy. Throws std::runtime_error "cannot be
 // read: " and the system's reason, for a folder, too.
 std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes);
+
+// Whether it is a pipe: what has been read of one is gone, and opening it again
+// waits for another writer.
+bool is_pipe(const std::string& path);
+
+// To be called ahead of reading again. Throws std::runtime_error "the WHAT PATH
+// is a pipe, and is read more than once: name a file".
+void require_no_pipe(std::string_view what, const std::string& path);
 
 }  // namespace tova_fw_builder
