@@ -92,7 +92,8 @@ std::string script_text(const std::string& path) {
   if (source.size() > kLongest) {
     throw std::runtime_error("is too long for an image script");
   }
-  return source.bytes(0, source.size());
+  const WipedBytes bytes = source.bytes(0, source.size());
+  return {bytes.begin(), bytes.end()};
 }
 
 // The files that a script names lie beside the image unless told otherwise.
@@ -108,8 +109,9 @@ Inspected inspect_scripted(const ByteSource& source, const std::string& path,
 
 std::string unknown_text(const ByteSource& source) {
   constexpr std::uint64_t kHead = 4096;
+  const WipedBytes head = source.bytes(0, kHead);
   const bool is_pem =
-      source.bytes(0, kHead).find("-----BEGIN ") != std::string::npos;
+      view_of(head).find("-----BEGIN ") != std::string_view::npos;
   return std::string("nothing known is in it (") +
          (is_pem ? "'tova_fw key show' shows keys in PEM)"
                  : "--as FORMAT takes it as what it should be)");

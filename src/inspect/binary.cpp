@@ -97,7 +97,8 @@ Field decode_contents(std::uint64_t header_offset, Inspected& out) {
 std::string decode_signer_part(const ByteSource& source,
                                std::uint64_t header_offset, Inspected& out) {
   const std::string room = counted(kSignedHeaderOffset - header_offset, "byte");
-  const std::string front = source.bytes(0, header_offset);
+  const WipedBytes bytes = source.bytes(0, header_offset);
+  const std::string_view front = view_of(bytes);
   const std::size_t last = front.find_last_not_of('\0');
   if (last == front.npos) return "the signer puts " + room + " in front";
   if (header_offset != kSignedHeaderOffset) {
@@ -137,8 +138,9 @@ bool has_signer_part(const ByteSource& source) {
 std::optional<std::uint64_t> find_binary_header(const ByteSource& source) {
   if (has_signer_part(source)) return kSignedHeaderOffset;
   const std::string_view mark(TovaFwBinaryHeader::kMark.data(), 4);
-  const std::string head =
+  const WipedBytes bytes =
       source.bytes(0, kSignedHeaderOffset + sizeof(TovaFwBinaryHeader));
+  const std::string_view head = view_of(bytes);
   std::optional<std::uint64_t> found;
   // Chance may put the mark anywhere: the header has its own length behind it.
   for (std::size_t at = head.find(mark);

@@ -22,12 +22,14 @@ constexpr std::size_t kPiece = 256 * 1024;
   throw FileError({path, "cannot be read: " + reason});
 }
 
-std::string rest_of(std::FILE& file, const std::string& path) {
-  std::string bytes;
-  std::string piece(kPiece, '\0');
-  while (const std::size_t count =
-             std::fread(piece.data(), 1, piece.size(), &file)) {
-    bytes.append(piece, 0, count);
+WipedBytes rest_of(std::FILE& file, const std::string& path) {
+  std::setvbuf(&file, nullptr, _IONBF, 0);  // it would keep a copy
+  WipedBytes bytes;
+  for (std::size_t count = kPiece; count > 0;) {
+    const std::size_t there = bytes.size();
+    bytes.resize(there + kPiece);
+    count = std::fread(bytes.data() + there, 1, kPiece, &file);
+    bytes.resize(there + count);
   }
   if (std::ferror(&file) != 0) refuse(path, std::strerror(errno));
   return bytes;
@@ -64,7 +66,11 @@ ByteSource ByteSource::open(const std::string& path) {
   return source;
 }
 
-ByteSource ByteSource::of(std::string bytes) {
+ByteSource ByteSource::of(std::string_view bytes) {
+  return of(WipedBytes(bytes.begin(), bytes.end()));
+}
+
+ByteSource ByteSource::of(WipedBytes bytes) {
   ByteSource source;
   source.size_ = bytes.size();
   source.memory_ = std::move(bytes);
@@ -99,18 +105,21 @@ std::size_t ByteSource::read_from(std::FILE* file, std::uint64_t offset,
   return count;
 }
 
-std::string ByteSource::bytes(std::uint64_t offset,
-                              std::uint64_t length) const {
+WipedBytes ByteSource::bytes(std::uint64_t offset, std::uint64_t length) const {
   if (offset >= size_) return {};
-  std::string bytes(std::min(length, size_ - offset), '\0');
+  WipedBytes bytes(std::min(length, size_ - offset));
   bytes.resize(read(offset, bytes));
   return bytes;
+}
+
+bool ByteSource::stands(std::string_view text, std::uint64_t offset) const {
+  return view_of(bytes(offset, text.size())) == text;
 }
 
 void ByteSource::pieces(std::uint64_t offset, std::uint64_t length,
                         const TakePiece& take) const {
   if (length == 0) return;
-  std::string buffer(std::min<std::uint64_t>(kPiece, length), '\0');
+  WipedBytes buffer(std::min<std::uint64_t>(kPiece, length));
   const std::shared_ptr<std::FILE> file = opened();
   while (length > 0) {
     const auto wanted = std::min<std::uint64_t>(buffer.size(), length);

@@ -10,19 +10,22 @@
 #include <string>
 #include <string_view>
 
+#include "inspect/wiped_bytes.h"
+
 namespace tova_fw_builder {
 
 // The bytes of one file, read where they are asked for: of a file of any size
 // only the piece in hand is in memory. What has no places, such as a pipe, is
 // read into memory once. A file that shrinks meanwhile reads as if it ended
-// there.
+// there. No copy of a byte stays behind in memory.
 class ByteSource {
  public:
   // Throws FileError "cannot be read: " and the reason, also for a folder and
   // for a device, as some of these never end.
   static ByteSource open(const std::string& path);
-  // The bytes themselves.
-  static ByteSource of(std::string bytes);
+  // The bytes themselves, or a copy of them.
+  static ByteSource of(WipedBytes bytes);
+  static ByteSource of(std::string_view bytes);
   ByteSource(ByteSource&&) = default;
   ByteSource& operator=(ByteSource&&) = default;
 
@@ -38,7 +41,10 @@ class ByteSource {
   std::size_t read(std::uint64_t offset, std::span<char> to) const;
 
   // The bytes from `offset` on, fewer at the end of the file.
-  std::string bytes(std::uint64_t offset, std::uint64_t length) const;
+  WipedBytes bytes(std::uint64_t offset, std::uint64_t length) const;
+
+  // Whether the text stands at `offset`.
+  bool stands(std::string_view text, std::uint64_t offset) const;
 
   // Hands the bytes on in pieces of at most 256 KiB until `take` yields false.
   using TakePiece = std::function<bool(std::string_view piece)>;
@@ -55,15 +61,15 @@ class ByteSource {
 
   std::uint64_t size_ = 0;
   std::string path_;  // empty for what is in memory
-  std::string memory_;
+  WipedBytes memory_;
   std::shared_ptr<std::FILE> file_;  // null if it is closed
 };
 
 // The record at `offset`, as far as the file has it; zero behind that.
 template <typename Record>
-Record record_at(const ByteSource& source, std::uint64_t offset) {
+Wiped<Record> record_at(const ByteSource& source, std::uint64_t offset) {
   static_assert(alignof(Record) == 1);
-  Record record;
+  Wiped<Record> record;
   source.read(offset, {reinterpret_cast<char*>(&record), sizeof(Record)});
   return record;
 }

@@ -19,26 +19,27 @@ constexpr Column kFoundColumns[] = {
 // bytes from there on; it yields how many bytes are to be passed over.
 template <typename Visit>
 void search(const ByteSource& source, const Visit& visit) {
-  std::string window;
+  WipedBytes window;
   std::uint64_t window_offset = 0;
   std::uint64_t next = 0;  // nothing below it is looked at
   const auto scan = [&](std::size_t limit) {
     // The first byte of each mark: $TM1, $TE1, a key's bracket, and the type
     // words 6 and 17 with their zeros.
     constexpr std::string_view kFirst("$(\x06\x11", 4);
-    for (std::size_t at = window.find_first_of(kFirst); at < limit;
-         at = window.find_first_of(kFirst, at + 1)) {
+    const std::string_view bytes = view_of(window);
+    for (std::size_t at = bytes.find_first_of(kFirst); at < limit;
+         at = bytes.find_first_of(kFirst, at + 1)) {
       const std::uint64_t offset = window_offset + at;
       if (offset < next) continue;
-      next =
-          offset + visit(offset, std::string_view(window).substr(at, kProbe));
+      next = offset + visit(offset, bytes.substr(at, kProbe));
     }
   };
   source.pieces(0, source.size(), [&](std::string_view piece) {
-    window += piece;
+    window.insert(window.end(), piece.begin(), piece.end());
     const std::size_t limit = window.size() - std::min(window.size(), kProbe);
     scan(limit);
-    window.erase(0, limit);
+    window.erase(window.begin(),
+                 window.begin() + static_cast<std::ptrdiff_t>(limit));
     window_offset += limit;
     return true;
   });

@@ -255,7 +255,8 @@ class Expected {
     if (!part.is_hash) return ByteSource::open(part.file);
     const auto [found, is_new] = hashes_.try_emplace(part.file);
     if (is_new) found->second = sha256_of(ByteSource::open(part.file));
-    return ByteSource::of({found->second.begin(), found->second.end()});
+    return ByteSource::of(
+        WipedBytes(found->second.begin(), found->second.end()));
   }
 
  private:
@@ -270,9 +271,9 @@ std::optional<std::uint64_t> first_other(const ByteSource& image, Span span,
   std::optional<std::uint64_t> found;
   std::uint64_t offset = span.offset;
   image.pieces(span.offset, span.length, [&](std::string_view piece) {
-    const std::string there =
+    const WipedBytes there =
         expected ? expected->bytes(at + offset - span.offset, piece.size())
-                 : std::string(piece.size(), '\0');
+                 : WipedBytes(piece.size());
     const auto other = std::ranges::mismatch(piece, there).in1;
     if (other != piece.end()) {
       found = offset + static_cast<std::uint64_t>(other - piece.begin());

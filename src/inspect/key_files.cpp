@@ -44,10 +44,6 @@ class KeyDecoder {
   }
 
  private:
-  bool stands(std::string_view text, std::uint64_t offset) const {
-    return source_.bytes(offset, text.size()) == text;
-  }
-
   Field take(Field field, std::uint64_t length) {
     const std::uint64_t there = out_.length - std::min(out_.length, at_);
     field = placed(std::move(field), at_, std::min(length, there));
@@ -56,7 +52,7 @@ class KeyDecoder {
   }
 
   void take_text(std::string_view text) {
-    text_matches_ = stands(text, at_);
+    text_matches_ = source_.stands(text, at_);
     if (!text_matches_) {
       add_problem(out_, std::min(at_, out_.length),
                   "the text " + std::string(text) + " is missing");
@@ -73,7 +69,7 @@ class KeyDecoder {
       field.kind = Field::Kind::kPrivate;
       field.shown = kBytes;
     } else if (text_matches_ &&
-               stands(format_.pieces[i + 1], at_ + number.size())) {
+               source_.stands(format_.pieces[i + 1], at_ + number.size())) {
       std::ranges::copy(source_.bytes(at_, number.size()), number.begin());
       field.text = hexadecimal(number);
       if (kNumberNames[i] == "exponent") field.note = decimal(number);
@@ -122,8 +118,7 @@ const KeyFormat& format_of(const ByteSource& source, bool public_only) {
   const auto formats = key_formats();
   auto format = std::ranges::find_if(formats, [&](const KeyFormat& candidate) {
     const std::string_view start = candidate.pieces[0];
-    return candidate.public_only == public_only &&
-           source.bytes(0, start.size()) == start;
+    return candidate.public_only == public_only && source.stands(start, 0);
   });
   if (format == formats.end()) {
     format = std::ranges::find(formats, public_only, &KeyFormat::public_only);

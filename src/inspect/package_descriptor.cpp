@@ -162,14 +162,14 @@ void complete(Inspected& out) {
 }  // namespace
 
 void decode_package_descriptor(const ByteSource& source, Inspected& out) {
-  const std::string bytes = source.bytes(0, kTablesLimit);
+  const WipedBytes read = source.bytes(0, kTablesLimit);
+  const std::string_view bytes = view_of(read);
   Parts parts;
   parts.files.columns = kFileColumns;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = std::min(bytes.find('\n', at), bytes.size());
     const std::size_t next = std::min(end + 1, bytes.size());
-    decode_line({at, next - at, std::string_view(bytes).substr(at, end - at)},
-                parts, out);
+    decode_line({at, next - at, bytes.substr(at, end - at)}, parts, out);
     at = next;
   }
   complete(out);

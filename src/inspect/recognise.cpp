@@ -42,16 +42,19 @@ Found key_at(std::string_view bytes) {
 }
 
 template <typename Record>
-Record record_of(std::string_view bytes) {
-  Record record;
+Wiped<Record> record_of(std::string_view bytes) {
+  Wiped<Record> record;
   std::copy_n(bytes.data(), std::min(bytes.size(), sizeof(Record)),
               reinterpret_cast<char*>(&record));
   return record;
 }
 
+std::uint32_t word_of(const std::array<char, 4>& mark) {
+  return record_of<Le32>({mark.data(), mark.size()});
+}
+
 bool has_mark(const ByteSource& source, std::uint64_t offset) {
-  return source.bytes(offset, TovaFwBinaryHeader::kMark.size()) ==
-         std::string_view(TovaFwBinaryHeader::kMark.data(), 4);
+  return source.stands({TovaFwBinaryHeader::kMark.data(), 4}, offset);
 }
 
 bool is_metadata_length(std::uint32_t length) {
@@ -74,19 +77,24 @@ bool is_manifest(const ByteSource& source) {
 bool is_binary(const ByteSource& source) {
   const auto place = find_binary_header(source);
   if (!place) return false;
-  const std::string front = source.bytes(0, *place);
-  if (front.find_first_not_of('\0') == front.npos) return true;
+  const WipedBytes front = source.bytes(0, *place);
+  const auto is_set = [](char byte) { return byte != 0; };
+  if (std::ranges::none_of(front, is_set)) return true;
   const auto header = record_at<TovaFwBinaryHeader>(source, *place);
   return header.preload_page_count * std::uint64_t{kPageSize} ==
          source.size() + kSignedHeaderOffset - *place;
 }
 
 bool is_package_descriptor(const ByteSource& source) {
-  const std::string text = source.bytes(0, 4096);
+  const WipedBytes bytes = source.bytes(0, 4096);
+  const std::string_view text = view_of(bytes);
   if (text.starts_with("# TOVA FW Image Builder ver ")) return true;
   int seen = 0;
-  for (const char* line : {"\nver ", "\nbld ", "\nmft ", "\nbin "}) {
-    if (("\n" + text).find(line) != text.npos) ++seen;
+  for (const std::string_view line : {"\nver ", "\nbld ", "\nmft ", "\nbin "}) {
+    // The first line has no line feed in front.
+    if (text.starts_with(line.substr(1)) || text.find(line) != text.npos) {
+      ++seen;
+    }
   }
   return seen >= 3;
 }
@@ -94,19 +102,21 @@ bool is_package_descriptor(const ByteSource& source) {
 }  // namespace
 
 bool may_be_private(const ByteSource& source) {
-  const std::string head = source.bytes(0, kPrivateSearched);
+  const WipedBytes bytes = source.bytes(0, kPrivateSearched);
+  const std::string_view head = view_of(bytes);
   return std::any_of(
       std::begin(kPrivateTexts), std::end(kPrivateTexts),
-      [&head](std::string_view text) { return head.find(text) != head.npos; });
+      [head](std::string_view text) { return head.find(text) != head.npos; });
 }
 
 bool is_private_key(const ByteSource& source) {
-  const std::string head = source.bytes(0, kPrivateSearched);
+  const WipedBytes bytes = source.bytes(0, kPrivateSearched);
+  const std::string_view head = view_of(bytes);
   // PEM is text; a program that writes PEM isn't.
   const std::size_t mark = head.find("PRIVATE KEY-----");
   if (mark != head.npos && head.find('\0') > mark) return true;
   // DER: a sequence as long as the file, and the version 0 or 1 in it.
-  const auto byte = [&head](std::size_t i) -> std::uint64_t {
+  const auto byte = [head](std::size_t i) -> std::uint64_t {
     return i < head.size() ? static_cast<unsigned char>(head[i]) : 0;
   };
   std::size_t at = 2;
@@ -123,36 +133,41 @@ bool is_private_key(const ByteSource& source) {
 Found structure_at(std::string_view bytes) {
   if (bytes.size() < 16) return {};
   if (bytes.starts_with('(')) return key_at(bytes);
-  const auto header = record_of<TovaFwBinaryHeader>(bytes);
-  if (header.header_id == TovaFwBinaryHeader::kMark) {
+  // By the first word, since this is asked at a hundredth of all places.
+  const std::uint32_t first = record_of<Le32>(bytes);
+  if (first == word_of(TovaFwBinaryHeader::kMark)) {
+    const auto header = record_of<TovaFwBinaryHeader>(bytes);
     return header.header_len == sizeof(header)
                ? Found{Format::kBinary, sizeof(header)}
                : Found{};
   }
-  const auto extended = record_of<ExtendedManifestHeader>(bytes);
-  if (extended.id == ExtendedManifestHeader::kMark) {
+  if (first == word_of(ExtendedManifestHeader::kMark)) {
+    const auto extended = record_of<ExtendedManifestHeader>(bytes);
     return extended.version == ExtendedManifestHeader().version &&
                    extended.length >= sizeof(extended)
                ? Found{Format::kExtendedManifest, extended.length}
                : Found{};
   }
-  const auto css = record_of<CssHeader>(bytes);
-  if (css.module_type == CssHeader::kModuleType &&
-      css.header_len == CssHeader::kPartLength &&
-      css.header_ver == CssHeader::kHeaderVersion) {
-    return {Format::kManifest15, css.size * std::uint64_t{4}};
+  if (first == CssHeader::kModuleType) {
+    const auto css = record_of<CssHeader>(bytes);
+    return css.header_len == CssHeader::kPartLength &&
+                   css.header_ver == CssHeader::kHeaderVersion
+               ? Found{Format::kManifest15, css.size * std::uint64_t{4}}
+               : Found{};
   }
-  const auto metadata = record_of<Metadata18>(bytes);
-  if (metadata.extension_type == Metadata18::kType &&
-      is_metadata_length(metadata.extension_length) && bytes.size() >= 40 &&
-      metadata.version == 0) {
-    return {Format::kMetadata, metadata.extension_length};
+  if (first == Metadata18::kType && bytes.size() >= 40) {
+    const auto metadata = record_of<Metadata18>(bytes);
+    return is_metadata_length(metadata.extension_length) &&
+                   metadata.version == 0
+               ? Found{Format::kMetadata, metadata.extension_length}
+               : Found{};
   }
   return {};
 }
 
 Format recognise(const ByteSource& source) {
-  const std::string head = source.bytes(0, kProbeLength);
+  const WipedBytes bytes = source.bytes(0, kProbeLength);
+  const std::string_view head = view_of(bytes);
   for (const KeyFormat& format : key_formats()) {
     // A pair anywhere near the start, as the builder finds it.
     if (!format.public_only && head.find(head_of(format)) != head.npos) {

@@ -113,7 +113,7 @@ class RecordFields {
 
   std::uint64_t offset_;
   std::uint64_t file_end_;
-  Record record_;
+  Wiped<Record> record_;
 };
 
 }  // namespace tova_fw_builder

@@ -25,7 +25,7 @@ constexpr Column kSymbolColumns[] = {
 // The table's bytes, as far as they are taken apart, and its places in them.
 struct Table {
   std::uint64_t offset;    // in the file
-  std::string bytes;       // from there on
+  WipedBytes bytes;        // from there on
   std::uint64_t count;     // of exported symbols
   std::uint64_t records;   // that there are
   std::uint64_t names;     // place of the names' length
@@ -42,6 +42,10 @@ struct Table {
   // Of a record's name, counted from the first name.
   std::uint64_t name_place(std::uint64_t i) const {
     return word(record_at(i) + 4) - (count * kRecord + 2 * kNumber);
+  }
+  // The place of the zero behind a name.
+  std::size_t end_of_name(std::uint64_t at) const {
+    return view_of(bytes).find('\0', at);
   }
   bool has(std::uint64_t at, std::uint64_t length) const {
     return at <= bytes.size() && length <= bytes.size() - at;
@@ -73,9 +77,8 @@ bool names_follow(const Table& table, std::uint64_t records) {
   std::uint64_t place = 0;
   for (std::uint64_t i = 0; i < records; ++i) {
     if (table.name_place(i) != place) return false;
-    const std::uint64_t end =
-        table.bytes.find('\0', length_at + kNumber + place);
-    if (end == std::string::npos) return false;
+    const std::uint64_t end = table.end_of_name(length_at + kNumber + place);
+    if (end == std::string_view::npos) return false;
     place = end + 1 - length_at - kNumber;
   }
   return place == length;
@@ -114,8 +117,8 @@ Field decode_name(const Table& table, std::uint64_t i) {
     return field;
   }
   const std::uint64_t end =
-      std::min(table.bytes.find('\0', at), table.name_end);
-  field.text = table.bytes.substr(at, end - at);
+      std::min<std::uint64_t>(table.end_of_name(at), table.name_end);
+  field.text = view_of(table.bytes).substr(at, end - at);
   return placed(std::move(field), table.offset + at,
                 std::min(end + 1, table.name_end) - at);
 }

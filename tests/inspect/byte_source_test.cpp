@@ -44,7 +44,7 @@ TEST(ByteSource, PartsOfAFile) {
     };
     EXPECT_EQ(100u, source.size());
     for (const auto& c : cases) {
-      EXPECT_EQ(c.found, source.bytes(c.offset, c.length)) << c.offset;
+      EXPECT_EQ(c.found, view_of(source.bytes(c.offset, c.length))) << c.offset;
     }
     char room[4] = {'x', 'x', 'x', 'x'};
     EXPECT_EQ(2u, source.read(98, room));
@@ -88,7 +88,7 @@ TEST(ByteSource, PipesAreReadOnce) {
   const ByteSource source = ByteSource::open(path);
   writer.join();
   EXPECT_EQ(16u, source.size());
-  EXPECT_EQ("the", source.bytes(8, 3));
+  EXPECT_EQ("the", view_of(source.bytes(8, 3)));
 }
 
 TEST(ByteSource, ShrinkingFilesEndThere) {
@@ -98,8 +98,8 @@ TEST(ByteSource, ShrinkingFilesEndThere) {
   const ByteSource opened_again = closed(ByteSource::open(path));
   std::filesystem::resize_file(path, 10);
   for (const ByteSource* each : {&source, &opened_again}) {
-    EXPECT_EQ(counting(10), each->bytes(0, 50));
-    EXPECT_EQ("", each->bytes(50, 50));
+    EXPECT_EQ(counting(10), view_of(each->bytes(0, 50)));
+    EXPECT_EQ("", view_of(each->bytes(50, 50)));
   }
   // What could keep it waiting for ever isn't opened.
   std::filesystem::remove(path);

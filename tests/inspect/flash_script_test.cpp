@@ -111,7 +111,7 @@ TEST(FlashScript, NamesEveryPart) {
   {
     std::istringstream script(full);
     const ByteSource source =
-        ByteSource::of(Bytes().u32(16).fill(68).fill(80, 'a'));
+        ByteSource::of(std::string(Bytes().u32(16).fill(68).fill(80, 'a')));
     EXPECT_EQ(
         "4: line 1 (pt): the image has other bytes there\n",
         problems_of(inspect_flash_image(source, script, dir.path() + "/")));

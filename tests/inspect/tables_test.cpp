@@ -190,11 +190,12 @@ TEST(BinaryTables, CountsThatAreTooLarge) {
 TEST(Inspect, PaddingIsTestedAsFarAsAsked) {
   constexpr std::uint32_t kMiB = 1024 * 1024;
   // Behind the contents, which a gap of two megabytes stands ahead of.
-  const ByteSource source = ByteSource::of(Bytes()
-                                               .fill(64)
-                                               .text(header_tables(8, 2 * kMiB))
-                                               .fill_to(2 * kMiB + 8192)
-                                               .text("x"));
+  const std::string bytes = Bytes()
+                                .fill(64)
+                                .text(header_tables(8, 2 * kMiB))
+                                .fill_to(2 * kMiB + 8192)
+                                .text("x");
+  const ByteSource source = ByteSource::of(bytes);
   const auto told = [&source](Depth depth) {
     const auto problems = inspect(source, Format::kBinary, depth).problems;
     return std::ranges::any_of(problems, [](const Problem& problem) {

@@ -81,7 +81,8 @@ bool has_name_of_another(const CheckedFile& file,
 }  // namespace
 
 std::string_view beside_kind(const CheckedFile& file) {
-  const std::string head = file.source.bytes(0, kHead);
+  const WipedBytes bytes = file.source.bytes(0, kHead);
+  const std::string_view head = view_of(bytes);
   for (const Kind& kind : kByBeginning) {
     if (head.starts_with(kind.mark)) return kind.name;
   }

@@ -49,13 +49,13 @@ bool is_store(std::string_view bytes) {
 
 void KeyStoreSearch::take(std::uint64_t offset, std::string_view piece) {
   if (window_.empty()) offset_ = offset;
-  window_ += piece;
+  window_.insert(window_.end(), piece.begin(), piece.end());
   scan(std::max(sizeof(Le32) + kMostKeys * sizeof(StoreEntry),
                 expected_.size()));
 }
 
 void KeyStoreSearch::scan(std::size_t left) {
-  const std::string_view window = window_;
+  const std::string_view window = view_of(window_);
   const std::size_t end = window.size() - std::min(left, window.size());
   constexpr std::size_t kLeast = 2 * sizeof(Le32);
   for (std::size_t i = 0; i < end && i + kLeast <= window.size(); ++i) {
@@ -67,7 +67,8 @@ void KeyStoreSearch::scan(std::size_t left) {
       found_.push_back({&file_, offset_ + i, is_expected});
     }
   }
-  window_.erase(0, end);
+  window_.erase(window_.begin(),
+                window_.begin() + static_cast<std::ptrdiff_t>(end));
   offset_ += end;
 }
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "inspect/wiped_bytes.h"
+
 namespace tova_fw_builder {
 
 struct CheckedFile;
@@ -35,7 +37,7 @@ class KeyStoreSearch {
 
   const CheckedFile& file_;
   std::string_view expected_;
-  std::string window_;
+  WipedBytes window_;
   std::uint64_t offset_ = 0;  // of the window
   std::vector<FoundStore> found_;
 };

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 namespace tova_fw_builder {
 namespace {
@@ -14,13 +14,14 @@ constexpr std::uint64_t kHead = 4096;
 constexpr std::uint64_t kWord = 8;  // that split deals out
 
 // The words of one parity, zeros behind the end.
-std::string words_of_bank(const CheckedFile& file, bool is_odd,
-                          std::uint64_t offset, std::uint64_t length) {
-  std::string both(2 * length, '\0');
+WipedBytes words_of_bank(const CheckedFile& file, bool is_odd,
+                         std::uint64_t offset, std::uint64_t length) {
+  WipedBytes both(2 * length);
   file.source.read(2 * offset, both);
-  std::string words;
+  WipedBytes words;
   for (std::size_t at = is_odd ? kWord : 0; at < both.size(); at += 2 * kWord) {
-    words.append(both, at, kWord);
+    const std::string_view word = view_of(both).substr(at, kWord);
+    words.insert(words.end(), word.begin(), word.end());
   }
   return words;
 }

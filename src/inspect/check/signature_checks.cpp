@@ -52,7 +52,7 @@ std::string fault_of(const CheckedFile& manifest) {
   if (text_at(manifest.inspected.root, "exponent") == "00000001") {
     return "the exponent is 1, so that anyone can make this signature";
   }
-  const std::string bytes = manifest.source.bytes(0, kMaxManifestLength + 1);
+  const WipedBytes bytes = manifest.source.bytes(0, kMaxManifestLength + 1);
   try {
     const auto read = read_kelp15_manifest(
         {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});

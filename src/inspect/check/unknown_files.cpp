@@ -25,8 +25,8 @@ bool is_named_like_contents(const CheckedFile& file) {
 bool may_be_contents(const CheckedFile& file) {
   if (is_named_like_contents(file)) return true;
   if (is_other_file(file)) return false;
-  const std::string head = file.source.bytes(0, kHead);
-  return !is_text(head) && beside_kind(file).empty();
+  const WipedBytes head = file.source.bytes(0, kHead);
+  return !is_text(view_of(head)) && beside_kind(file).empty();
 }
 
 // Those at its beginning, which tells enough: it may be long.
@@ -80,10 +80,10 @@ bool is_of_15(const ContentsPlan& plan) {
 
 // Whether all bytes have one value, as those of cleared memory have.
 bool is_uniform(const ByteSource& source, Span span) {
-  const std::string first = source.bytes(span.offset, 1);
+  const WipedBytes first = source.bytes(span.offset, 1);
   bool result = true;
   source.pieces(span.offset, span.length, [&](std::string_view piece) {
-    result = piece.find_first_not_of(first) == piece.npos;
+    result = piece.find_first_not_of(view_of(first)) == piece.npos;
     return result;
   });
   return result;

@@ -39,7 +39,7 @@ class Side {
   const ByteSource& source_;
   std::uint64_t offset_;
   std::uint64_t length_;
-  std::string piece_;
+  WipedBytes piece_;
 };
 
 std::uint64_t count_different(const char* a, const char* b, std::uint64_t n) {

@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint64_t kLongest = 64 * 1024;
 constexpr std::size_t kMostLines = 12;
 
-bool is_text(const std::string& bytes) {
+bool is_text(std::string_view bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](char c) {
     return static_cast<unsigned char>(c) >= 0x20 || c == '\n' || c == '\r' ||
            c == '\t';
@@ -21,11 +21,11 @@ bool is_text(const std::string& bytes) {
 }
 
 // What stands between the line feeds, so that equal lines are equal bytes.
-std::vector<std::string> lines_of(const std::string& text) {
+std::vector<std::string> lines_of(std::string_view text) {
   std::vector<std::string> lines;
   for (std::size_t at = 0; at != text.npos;) {
     const std::size_t end = text.find('\n', at);
-    lines.push_back(text.substr(at, end - at));
+    lines.emplace_back(text.substr(at, end - at));
     at = end == text.npos ? end : end + 1;
   }
   return lines;
@@ -47,8 +47,10 @@ std::vector<Change> compare_lines(const ByteSource& old_source,
   for (const ByteSource* source : {&old_source, &new_source}) {
     if (may_be_private(*source) || is_private_key(*source)) return {};
   }
-  const std::string old_text = old_source.bytes(0, kLongest);
-  const std::string new_text = new_source.bytes(0, kLongest);
+  const WipedBytes old_bytes = old_source.bytes(0, kLongest);
+  const WipedBytes new_bytes = new_source.bytes(0, kLongest);
+  const std::string_view old_text = view_of(old_bytes);
+  const std::string_view new_text = view_of(new_bytes);
   if (!is_text(old_text) || !is_text(new_text)) return {};
   const auto olds = lines_of(old_text);
   const auto news = lines_of(new_text);

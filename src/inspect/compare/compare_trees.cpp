@@ -250,14 +250,14 @@ class TreeComparer {
 
   // Short fields are many: they aren't read one by one.
   bool is_equal_in_heads(Span old_span, Span new_span) const {
-    const auto is_in = [](Span span, const std::string& head) {
+    const auto is_in = [](Span span, const WipedBytes& head) {
       return span.offset <= head.size() &&
              span.length <= head.size() - span.offset;
     };
     return old_span.length == new_span.length && is_in(old_span, old_head_) &&
            is_in(new_span, new_head_) &&
-           old_head_.compare(old_span.offset, old_span.length, new_head_,
-                             new_span.offset, new_span.length) == 0;
+           view_of(old_head_).substr(old_span.offset, old_span.length) ==
+               view_of(new_head_).substr(new_span.offset, new_span.length);
   }
 
   ByteDifference take_bytes(Span old_span, Span new_span, Behind behind) {
@@ -286,8 +286,8 @@ class TreeComparer {
   const Side& old_;
   const Side& new_;
   std::uint64_t budget_;  // of bytes that may still be read
-  std::string old_head_;
-  std::string new_head_;
+  WipedBytes old_head_;
+  WipedBytes new_head_;
   bool is_spent_ = false;
   std::vector<Change> changes_;
 };
