@@ -19,6 +19,7 @@
 
 #include "outside_keys/key_halves.h"
 #include "outside_keys/manifest_key.h"
+#include "outside_keys/openssl_start.h"
 #include "outside_keys/outside_key.h"
 #include "outside_keys/passphrase_cost.h"
 #include "outside_keys/passphrase_prompt.h"
@@ -156,14 +157,7 @@ constexpr std::size_t kMostOfAnotherKind = 4096;
   refuse("this is no key: neither a key file, nor PEM, nor DER");
 }
 
-// Without the system's openssl.cnf: it may ask for modules that are made for
-// another version of the library, or of the C library, than is linked in here.
-void start_openssl() {
-  OPENSSL_init_crypto(OPENSSL_INIT_NO_LOAD_CONFIG, nullptr);
-}
-
 Key decode(std::span<const std::uint8_t> bytes, Passphrase& passphrase) {
-  start_openssl();
   const char* const kind = bytes.size() > kMostOfAnotherKind ? "RSA" : nullptr;
   EVP_PKEY* key = nullptr;
   const Owned<OSSL_DECODER_CTX> decoder(OSSL_DECODER_CTX_new_for_pkey(
@@ -221,6 +215,7 @@ std::unique_ptr<KeyMaterial> read_outside_key(
     std::span<const std::uint8_t> bytes, const SecretBuffer* passphrase,
     const std::string& name) {
   if (bytes.size() > INT_MAX) refuse("this is too long for a key");
+  start_openssl();
   require_short_derivation(bytes);
   Passphrase answer{passphrase, name};
   const Key key = decode(bytes, answer);
