@@ -8,7 +8,6 @@
 #include <system_error>
 
 #include "companion/ground/standard_output.h"
-#include "companion/ground/system_files.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/paths.h"
 
@@ -82,6 +81,7 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
     if (!buffer_.open(place, kWrite)) fail(errno);
     return;
   }
+  held_.emplace();
   beside_ = create_beside(path_);
   if (beside_.empty()) fail(errno);
   // Without a buffer, no copy of private bytes stays behind in memory.

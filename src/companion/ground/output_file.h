@@ -2,10 +2,13 @@
 #pragma once
 
 #include <fstream>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "companion/ground/system_files.h"
 
 namespace tova_fw_builder {
 
@@ -13,6 +16,10 @@ namespace tova_fw_builder {
 // renamed by commit(). Without commit() the destructor removes it, and what
 // stood in its place stays as it was. A symbolic link is followed. A device or
 // a pipe, such as /dev/stdout, is written directly.
+//
+// From the constructor on, Ctrl-C and the like wait for the destructor, so that
+// no part of a file is left beside its place; not where nothing is written
+// beside. Of several such files, the last one made ends first.
 //
 // A new file gets the rights that the caller's umask leaves, an existing one
 // keeps its own. A private file, one with private numbers, has mode 0600 from
@@ -35,6 +42,12 @@ class OutputFile {
   void commit();
 
  private:
+  struct HeldInterrupts {
+    HeldInterrupts() : before(hold_interrupts(true)) {}
+    ~HeldInterrupts() { hold_interrupts(before); }
+    const bool before;
+  };
+
   // Remembers why it failed: with a part of the bytes still in memory, a
   // failure may be seen long after it happened.
   class Buffer : public std::filebuf {
@@ -53,6 +66,7 @@ class OutputFile {
     int error_ = 0;
   };
 
+  std::optional<HeldInterrupts> held_;  // ends last
   std::string path_;
   std::string beside_;  // empty for what is written directly
   Rights rights_;

@@ -29,6 +29,17 @@ bool give_usual_rights(const std::string& file, const std::string& path) {
   return chmod(file.c_str(), 0666 & ~mask) == 0;
 }
 
+bool hold_interrupts(bool held) {
+  sigset_t interrupts;
+  sigset_t before;
+  sigemptyset(&interrupts);
+  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    sigaddset(&interrupts, signal);
+  }
+  sigprocmask(held ? SIG_BLOCK : SIG_UNBLOCK, &interrupts, &before);
+  return sigismember(&before, SIGINT) == 1;
+}
+
 std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
                                    std::span<char> to) {
   std::size_t count = 0;

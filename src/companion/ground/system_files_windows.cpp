@@ -32,6 +32,9 @@ std::string create_beside(const std::string& path) {
 // read a private one.
 bool give_usual_rights(const std::string&, const std::string&) { return true; }
 
+// A thread of the system's ends the program, which can't be held back.
+bool hold_interrupts(bool) { return false; }
+
 std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
                                    std::span<char> to) {
   std::setvbuf(&file, nullptr, _IONBF, 0);

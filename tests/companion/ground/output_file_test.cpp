@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 
 #include "support/temp_dir.h"
@@ -49,6 +50,32 @@ TEST(OutputFile, RightsOfNewFiles) {
   chmod(dir.file("usual").c_str(), 0644);
   write_output_file(dir.file("usual"), "x", OutputFile::Rights::kPrivate);
   EXPECT_EQ(0600u, rights_of(dir.file("usual")));
+}
+
+volatile std::sig_atomic_t interrupts;
+
+// Else the half file beside would be left behind. A pipe may keep its writer
+// waiting for ever: there they aren't held back.
+TEST(OutputFile, InterruptsWaitForIt) {
+  const TempDir dir;
+  const auto before =
+      std::signal(SIGINT, [](int) { interrupts = interrupts + 1; });
+  interrupts = 0;
+  {
+    OutputFile first(dir.file("first"));
+    {
+      OutputFile second(dir.file("second"));
+      std::raise(SIGINT);
+      second.commit();
+    }
+    EXPECT_EQ(0, interrupts);
+  }
+  EXPECT_EQ(1, interrupts);
+  EXPECT_THROW(OutputFile(dir.file("no/folder")), std::runtime_error);
+  const OutputFile direct("/dev/null");
+  std::raise(SIGINT);
+  EXPECT_EQ(2, interrupts);
+  std::signal(SIGINT, before);
 }
 
 TEST(OutputFile, FollowsLinksAndWritesDevices) {
