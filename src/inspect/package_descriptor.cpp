@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
 
 #include "companion/ground/message_text.h"
 #include "companion/ground/printable.h"
+#include "driver/ground/line_reader.h"
 #include "driver/ground/numbers.h"
 #include "inspect/date_text.h"
 #include "inspect/decoders.h"
@@ -49,11 +51,16 @@ Field hex_number(std::string_view name, const Line& line, Inspected& out) {
   return whole_line(std::move(field), line);
 }
 
+// Behind the path of a "bin" line.
+std::size_t end_of_path(std::string_view text) {
+  return std::min(text.find(' ', 4), text.size());
+}
+
 // bin PATH 'NAME' [ver. VERSION]
 Field decode_file(const Line& line, Inspected& out) {
   const std::string_view text = line.text;
   constexpr std::string_view kVersion = "' ver. ";
-  const std::size_t path_end = std::min(text.find(' ', 4), text.size());
+  const std::size_t path_end = end_of_path(text);
   const std::size_t name = text.find('\'', path_end);
   const std::size_t version = text.rfind(kVersion);
   const bool has_version = version != text.npos && version > name;
@@ -141,6 +148,31 @@ void decode_line(const Line& line, Parts& parts, Inspected& out) {
   }
 }
 
+// A line that asm's buffer has no room for, which ends its reading there.
+struct LongLine {
+  Line line;
+  std::size_t files;  // listed as far as its end
+};
+
+// Tells whether asm would miss a file by it, or a part of a path.
+void check_reach(const LongLine& last, const Parts& parts, Inspected& out) {
+  const std::size_t missed = parts.files.members.size() - last.files;
+  const bool is_cut = last.line.text.starts_with("bin ") &&
+                      end_of_path(last.line.text) > kLongestLine;
+  if (missed == 0 && !is_cut) return;
+  add_problem(out, last.line.offset,
+              "this line has " + std::to_string(last.line.text.size()) +
+                  " bytes, and asm reads no further than the first " +
+                  std::to_string(kLongestLine) + ": " +
+                  (is_cut ? "its path is cut" : "") +
+                  (is_cut && missed > 0 ? ", and " : "") +
+                  (missed > 0 ? "the package would lack what follows, " +
+                                    counted(missed, "file")
+                              : "") +
+                  "; shorten the names of modules or the path of the output "
+                  "folder, and build again");
+}
+
 // Puts the fields in their order, and what is missing among them.
 void complete(Inspected& out) {
   constexpr std::string_view kFields[] = {
@@ -166,12 +198,18 @@ void decode_package_descriptor(const ByteSource& source, Inspected& out) {
   const std::string_view bytes = view_of(read);
   Parts parts;
   parts.files.columns = kFileColumns;
+  std::optional<LongLine> last;  // that asm reads
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = std::min(bytes.find('\n', at), bytes.size());
     const std::size_t next = std::min(end + 1, bytes.size());
-    decode_line({at, next - at, bytes.substr(at, end - at)}, parts, out);
+    const Line line = {at, next - at, bytes.substr(at, end - at)};
+    decode_line(line, parts, out);
+    if (!last && line.text.size() > kLongestLine) {
+      last = {line, parts.files.members.size()};
+    }
     at = next;
   }
+  if (last) check_reach(*last, parts, out);
   complete(out);
   out.title = "package descriptor of version " +
               printable(text_at(out.root, "version")) + ", " +

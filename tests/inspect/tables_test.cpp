@@ -146,6 +146,48 @@ TEST(PackageDescriptor, Lines) {
   }
 }
 
+// asm reads no further than the first 1023 bytes of a line that is longer.
+TEST(PackageDescriptor, LinesThatAsmHasNoRoomFor) {
+  const std::string cure =
+      "; shorten the names of modules or the path of the output folder, and "
+      "build again";
+  const std::string behind =
+      " bytes, and asm reads no further than the first 1023: ";
+  const std::string name(1010, 'n');  // bin x '...' is 8 more
+  const std::string path(1020, 'p');
+  const struct {
+    std::string lines;  // behind cfg
+    std::string problem;
+  } cases[] = {
+      {"bin x '" + name + "12345'\nbin y 'a'\n", ""},
+      {"bin x '" + name + "123456'\nbin y 'a'\nbin z 'b'\n",
+       "this line has 1024" + behind +
+           "the package would lack what follows, 2 files" + cure},
+      // Nothing is lost behind the last file.
+      {"bin y 'a'\nbin x '" + name + "123456'\n#\n", ""},
+      {"bin y 'a'\nbin x '" + name + "123456'", ""},
+      // The path ends with the buffer, and one byte behind it.
+      {"bin " + path.substr(1) + " 'a'\n", ""},
+      {"bin " + path + " 'a'\n",
+       "this line has 1028" + behind + "its path is cut" + cure},
+      {"bin " + path + " 'a'\nbin y 'a'\n",
+       "this line has 1028" + behind +
+           "its path is cut, and the package would lack what follows, 1 file" +
+           cure},
+      {"#" + path + "123\nbin y 'a'\n",
+       "this line has 1024" + behind +
+           "the package would lack what follows, 1 file" + cure},
+  };
+  for (const auto& c : cases) {
+    std::string bytes = package_descriptor();
+    bytes.replace(bytes.find("bin "), bytes.npos, c.lines);
+    const Inspected inspected = inspect(ByteSource::of(bytes));
+    EXPECT_EQ(c.problem,
+              inspected.problems.empty() ? "" : inspected.problems[0].text);
+    EXPECT_LE(inspected.problems.size(), 1u);
+  }
+}
+
 // Configurations beyond the file, and tables that others' counts moved.
 TEST(BinaryTables, CountsThatAreTooLarge) {
   const struct {
