@@ -46,6 +46,9 @@ void find_empty_groups(const Definition&, Findings&);
 void find_missing_entries(const Definition&, Findings&);
 void find_second_bases(const Definition&, Findings&);
 
+// package_rules
+void find_long_package_lines(const Definition&, Findings&);
+
 // section_rules
 void find_sections_twice(const Definition&, Findings&);
 
