@@ -1,13 +1,82 @@
 #include "companion/builder_inputs.h"
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <exception>
 #include <filesystem>
+#include <string_view>
+#include <system_error>
 
 #include "companion/ground/input_file.h"
-#include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
+#include "input_map/elf_list.h"
+#include "lint/key_list_fault.h"
 
 namespace tova_fw_builder {
+
+namespace {
+
+constexpr std::string_view kPlaceOfPaths =
+    "; paths in it count from the definition's folder";
+
+std::string why_unreadable(const std::string& path) {
+  try {
+    std::array<std::uint8_t, 1> first{};
+    read_head(path, first);
+    return "cannot be read";
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+bool is_file(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(native_path(path), ignored);
+}
+
+// Why the key list isn't taken; nothing if it is, or if it can't be read again.
+std::optional<Trouble> trouble_of_key_list(const BuilderInputNames& names,
+                                           const BuildInputs& inputs) {
+  if (!is_file(inputs.key_list_path)) return std::nullopt;
+  try {
+    const auto fault = find_key_list_fault(inputs.key_list_path, kPlaceOfPaths);
+    if (fault) return Trouble{names.key_list, fault->text};
+  } catch (const std::exception&) {
+    // It has gone away since.
+  }
+  return std::nullopt;
+}
+
+bool is_in_elf_list(const std::string& path, const BuildInputs& inputs) {
+  if (!is_file(inputs.elf_list_path)) return false;
+  try {
+    return std::ranges::any_of(
+        read_elf_list(inputs.elf_list_path), [&](const ElfListEntry& entry) {
+          return path == entry.elf || path == entry.memmap || path == entry.nm;
+        });
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+std::optional<Trouble> trouble_of_missing_file(const std::string& path,
+                                               const BuilderInputNames& names,
+                                               const BuildInputs& inputs) {
+  const std::string reason = why_unreadable(path);
+  if (path == inputs.module_config_path) return Trouble{names.header, reason};
+  if (path == inputs.key_list_path) return Trouble{names.key_list, reason};
+  if (path == inputs.elf_list_path) return Trouble{names.elf_list, reason};
+  // The builder reads it ahead of the ELF list.
+  if (auto trouble = trouble_of_key_list(names, inputs)) return trouble;
+  if (!is_in_elf_list(path, inputs)) return std::nullopt;
+  std::string text = "its file " + path + ' ' + reason;
+  if (native_path(path).is_relative()) text += kPlaceOfPaths;
+  return Trouble{names.elf_list, std::move(text)};
+}
+
+}  // namespace
 
 std::string absolute_path(const std::string& path) {
   return path.empty() ? path
@@ -33,6 +102,32 @@ BuildInputs builder_inputs(const BuilderInputNames& names) {
     inputs.module_config_path = absolute_path(names.header);
   }
   return inputs;
+}
+
+std::optional<Trouble> trouble_of_input(const std::string& message,
+                                        const BuilderInputNames& names,
+                                        const BuildInputs& inputs) {
+  constexpr std::string_view kFile = "Failed to open file: ";
+  if (message.starts_with(kFile)) {
+    return trouble_of_missing_file(message.substr(kFile.size()), names, inputs);
+  }
+  if (message == "Failed to open image defs file : " + inputs.image_def_path) {
+    return Trouble{names.definition, why_unreadable(inputs.image_def_path)};
+  }
+  for (const char* text : {"Not recognized key type", "Key type not recognized",
+                           "Expected std::string not found"}) {
+    if (message.starts_with(text)) return trouble_of_key_list(names, inputs);
+  }
+  for (const char* text :
+       {"Invalid number of lines in ELF list",
+        "Duplicated section found: ", "Not recognizeg alignment specified"}) {
+    if (!message.starts_with(text)) continue;
+    return Trouble{names.elf_list,
+                   message +
+                       "; tova_fw lint, which takes the same inputs, "
+                       "tells where and why"};
+  }
+  return std::nullopt;
 }
 
 }  // namespace tova_fw_builder

@@ -3,8 +3,10 @@
 // them.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "companion/ground/trouble.h"
 #include "layout/build_core.h"
 
 namespace tova_fw_builder {
@@ -25,5 +27,13 @@ std::string absolute_path(const std::string& path);
 // absolute here. What the ELF list and the key list name is left as it is: the
 // builder, too, looks for it from the definition's folder.
 BuildInputs builder_inputs(const BuilderInputNames& names);
+
+// What the builder's readers say of a file that can't be read, or of one that
+// is none of its kind: at the input that it is, or that names it, with a cure.
+// Nothing for any other message, which is about the definition. To be asked
+// where the readers have left the working directory.
+std::optional<Trouble> trouble_of_input(const std::string& message,
+                                        const BuilderInputNames& names,
+                                        const BuildInputs& inputs);
 
 }  // namespace tova_fw_builder

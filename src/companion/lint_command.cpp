@@ -63,6 +63,19 @@ std::vector<std::string> files_of(const BuildInputs& inputs,
   return files;
 }
 
+// Of one without a file, the builder's text tells which.
+void report_input_trouble(const Trouble& trouble,
+                          const BuilderInputNames& names,
+                          const BuildInputs& inputs) {
+  Trouble told = trouble;
+  if (told.file.empty()) {
+    told = trouble_of_input(trouble.text, names, inputs)
+               .value_or(Trouble{names.definition, trouble.text});
+  }
+  const bool is_list = told.file == inputs.elf_list_path;
+  report_trouble(is_list ? names.elf_list : told.file, told.text);
+}
+
 bool prints_sarif(const Options& options) {
   return options.sarif && names_standard_output(*options.sarif);
 }
@@ -95,7 +108,7 @@ Status lint_definition(const Options& options) {
   try {
     report = lint({inputs, options.disabled});
   } catch (const std::exception& error) {
-    report_trouble(options.inputs.definition, error.what());
+    report_input_trouble(trouble_of(error), options.inputs, inputs);
     return Status::kTrouble;
   }
   require_no_input(sarif_path, files_of(inputs, report));
@@ -111,8 +124,8 @@ Status lint_definition(const Options& options) {
     }
   }
   print_report(options, report, folder);
-  for (const auto& [file, text] : report.troubles) {
-    report_trouble(file, text);
+  for (const Trouble& trouble : report.troubles) {
+    report_input_trouble(trouble, options.inputs, inputs);
     status = Status::kTrouble;
   }
   return status;

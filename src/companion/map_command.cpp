@@ -19,7 +19,6 @@
 #include "companion/ground/trouble.h"
 #include "companion/printed_output.h"
 #include "driver/ground/files.h"
-#include "driver/ground/paths.h"
 #include "layout/build_core.h"
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"
@@ -42,17 +41,20 @@ struct Options {
   ColourWhen colour = ColourWhen::kAuto;
 };
 
-// Does a step with the file that it reads or writes, whose trouble it is.
+// Does a step with the file that it reads or writes, whose trouble it is unless
+// the trouble has a file.
 // Yields whether all went well.
 template <typename Step>
 bool with_file(const std::string& file, const Step& step) {
   try {
     step();
     return true;
+  } catch (const FileError& error) {
+    report_trouble(error.trouble().file, error.trouble().text);
   } catch (const std::exception& error) {
     report_trouble(file, without_key_bytes(error.what()));
-    return false;
   }
+  return false;
 }
 
 struct Answer {
@@ -89,7 +91,6 @@ struct Outputs {
 // Behind what the builder says: which input is missing for it, or who knows
 // more.
 std::string cure(std::string_view refusal, const BuilderInputNames& names) {
-  constexpr std::string_view kFailedOpen = "Failed to open file: ";
   const auto tells = [refusal](std::string_view text) {
     return refusal.find(text) != refusal.npos;
   };
@@ -99,12 +100,6 @@ std::string cure(std::string_view refusal, const BuilderInputNames& names) {
   if (names.key_list.empty() && tells("Partially mapped module")) {
     return "; no --key-list was given, whose keys a section may ask for";
   }
-  if (refusal.starts_with(kFailedOpen)) {
-    const std::string path(refusal.substr(kFailedOpen.size()));
-    if (native_path(path).is_absolute()) return "";
-    return "; paths in the ELF list and the key list count from the "
-           "definition's folder";
-  }
   return "; tova_fw lint, which takes the same inputs, tells where and why";
 }
 
@@ -113,6 +108,9 @@ BoundMap bind(const BuilderInputNames& names, const BuildInputs& inputs) {
     return bind_out_map(inputs);
   } catch (const std::exception& error) {
     const std::string refusal = without_key_bytes(error.what());
+    if (auto trouble = trouble_of_input(refusal, names, inputs)) {
+      throw FileError(std::move(*trouble));
+    }
     throw std::runtime_error(refusal + cure(refusal, names));
   }
 }

@@ -135,8 +135,8 @@ void require_no_pipes(const std::string& list) {
     return;
   }
   for (const ElfListEntry& elf : elfs) {
-    require_no_pipe("section table", elf.memmap);
-    require_no_pipe("symbol list", elf.nm);
+    require_no_pipe(elf.memmap);
+    require_no_pipe(elf.nm);
   }
 }
 

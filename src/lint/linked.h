@@ -84,7 +84,7 @@ struct Linked {
 // Reads what the ELF list names, and binds. Throws std::runtime_error as the
 // builder's readers do for a file that can't be opened, and as require_no_pipe
 // does for a table. `elf_list_file` is the number that the ELF list has among
-// the sources.
+// the sources, and the key list has the one behind it.
 Linked link(const Definition& definition, const BuildInputs& inputs,
             std::uint32_t elf_list_file);
 

@@ -102,7 +102,10 @@ class Run {
         std::unique(report.findings.begin(), report.findings.end()),
         report.findings.end());
     report.sources = std::move(definition_.source.files);
-    if (!elf_list.path.empty()) report.sources.push_back(std::move(elf_list));
+    if (elf_list.path.empty()) return report;
+    report.sources.push_back(std::move(elf_list));
+    // Without its lines: one may be a key that was named by mistake.
+    report.sources.push_back({options_.inputs.key_list_path, {}});
     return report;
   }
 
@@ -122,7 +125,7 @@ class Run {
   void add_linked(LintReport& report, SourceMap::File& elf_list) {
     try {
       const std::string& list = options_.inputs.elf_list_path;
-      require_no_pipe("ELF list", list);
+      require_no_pipe(list);
       elf_list = read_lines(list);
       const auto number =
           static_cast<std::uint32_t>(definition_.source.files.size());
@@ -137,9 +140,7 @@ class Run {
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::exception& error) {
-      // The text names the file: the list, or one that it or the key list
-      // names.
-      report.troubles.push_back({options_.inputs.image_def_path, error.what()});
+      report.troubles.push_back(trouble_of(error));
     }
   }
 
@@ -149,7 +150,7 @@ class Run {
     try {
       if (!list.empty()) KeyList{list};
     } catch (const std::runtime_error& error) {
-      report.troubles.push_back({list, without_key_bytes(error.what())});
+      report.troubles.push_back({"", without_key_bytes(error.what())});
     }
   }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "companion/ground/trouble.h"
 #include "layout/build_core.h"
 #include "lint/findings.h"
 #include "lint/source_map.h"
@@ -22,11 +23,9 @@ struct LintOptions {
 struct LintReport {
   std::vector<SourceMap::File> sources;
   std::vector<Finding> findings;  // by place
-  struct Trouble {
-    std::string file;
-    std::string text;
-  };
-  std::vector<Trouble> troubles;    // what of ELFs and keys couldn't be read
+  // What of ELFs and keys couldn't be read; mostly without a file, which is
+  // named by the builder's text.
+  std::vector<Trouble> troubles;
   std::vector<std::string> listed;  // the files that the two lists name
 };
 

@@ -4,29 +4,34 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
-#include "companion/ground/input_file.h"
 #include "driver/ground/files.h"
+#include "driver/ground/paths.h"
 #include "input_map/elf_list.h"
 #include "input_map/fw_image_map.h"
-#include "signing/keys/key_list.h"
+#include "lint/key_list_fault.h"
 
 namespace tova_fw_builder {
 
 namespace {
 
-bool is_key_list_at_fault(const BuildInputs& inputs) {
-  if (inputs.key_list_path.empty() || is_pipe(inputs.key_list_path)) {
-    return false;
+// None if the list is taken, or can't be read again, as a pipe can't.
+std::optional<KeyListFault> key_list_fault(const BuildInputs& inputs) {
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(native_path(inputs.key_list_path),
+                                        ignored)) {
+    return std::nullopt;
   }
   try {
-    const KeyList list(inputs.key_list_path);
-    return false;
+    return find_key_list_fault(inputs.key_list_path, "");
   } catch (const std::runtime_error&) {
-    return true;
+    return std::nullopt;
   }
 }
 
@@ -75,12 +80,15 @@ void explain_table(const std::string& path, UnreadTables& unread) {
 UnreadTables explain_tables(const BuildInputs& inputs, Spot elf_list,
                             std::string text) {
   UnreadTables unread{elf_list, std::move(text), {}};
+  if (const auto fault = key_list_fault(inputs)) {
+    unread.spot = {elf_list.file + 1, fault->line, 0, 0};
+    unread.text += "; " + fault->text;
+    return unread;
+  }
   if (unread.text.starts_with("Invalid number of lines")) {
     unread.text +=
         "; each ELF has three lines, the last one with a line feed, too: "
         "tova_fw tables writes such a list";
-  } else if (is_key_list_at_fault(inputs)) {
-    unread.text += "; this is said of the key list, " + inputs.key_list_path;
   }
   explain_table(inputs.elf_list_path, unread);
   return unread;

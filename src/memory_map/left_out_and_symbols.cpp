@@ -157,8 +157,8 @@ void read_left_out_and_symbols(const FwOutMap& bound, const ElfList& elfs,
   ElfReader reader(bound, map);
   for (const ElfListEntry& elf : elfs) {
     // The binding has read both.
-    require_no_pipe("section table", elf.memmap);
-    require_no_pipe("symbol list", elf.nm);
+    require_no_pipe(elf.memmap);
+    require_no_pipe(elf.nm);
     reader.read(elf);
   }
   order_left_out(map);

@@ -29,6 +29,9 @@ class Commands : public testing::Test {
     dir_.write("second-missing", "debug good.key\nproduction none.key\n");
     dir_.write("pem-in-it", "production x.pem\n");
     dir_.write("cut-in-it", "production cut.key\n");
+    fs::create_directories(dir_.file("defs"));
+    dir_.write("defs/t.def", "binary_ver 3.0\n");
+    dir_.write("defs/elfs", "no.elf\nno.sections\nno.symbols\n");
     fs::create_directories(dir_.file("folders/a"));
     fs::create_directories(dir_.file("folders/b"));
     fs::create_symlink("loop", dir_.file("loop"));
@@ -88,6 +91,41 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
        "import'"},
       {"check --key-list cut-in-it binary",
        "cut-in-it: its key file cut.key is damaged or cut off"},
+      // At the input that can't be read or that names it, wherever one reads.
+      {"lint none.def", "none.def: cannot be read: No such file or directory"},
+      {"lint defs/t.def --header none",
+       "none: cannot be read: No such file or directory"},
+      {"lint defs/t.def --elf-list folders",
+       "folders: cannot be read: Is a directory"},
+      {"lint defs/t.def --elf-list defs/elfs",
+       "defs/elfs: its file no.sections cannot be read: No such file or "
+       "directory; paths in it count from the definition's folder"},
+      {"lint defs/t.def --key-list good.key",
+       "good.key: this is no key list: its line 1 has to be 'debug' or "
+       "'production' and the path of a key file"},
+      {"lint defs/t.def --elf-list defs/elfs --key-list second-missing",
+       "second-missing: its key file good.key can't be opened; paths in it "
+       "count from the definition's folder"},
+      {"map --definition folders --elf-list defs/elfs",
+       "folders: cannot be read: Is a directory"},
+      {"map --definition defs/t.def --elf-list defs/elfs --header none",
+       "none: cannot be read: No such file or directory"},
+      {"map --definition defs/t.def --elf-list none",
+       "none: cannot be read: No such file or directory"},
+      {"map --definition defs/t.def --elf-list defs/elfs",
+       "defs/elfs: its file no.sections cannot be read: No such file or "
+       "directory; paths in it count from the definition's folder"},
+      {"map --definition defs/t.def --elf-list path-missing",
+       "path-missing: Invalid number of lines in ELF list. Must be list of "
+       "pairs <elf, memmap, nm>; tova_fw lint, which takes the same inputs, "
+       "tells where and why"},
+      {"map --definition defs/t.def --elf-list defs/elfs "
+       "--key-list none",
+       "none: cannot be read: No such file or directory"},
+      {"map --definition defs/t.def --elf-list defs/elfs "
+       "--key-list good.key",
+       "good.key: this is no key list: its line 1 has to be 'debug' or "
+       "'production' and the path of a key file"},
       {"show x.pem",
        "x.pem: nothing known is in it ('tova_fw key show' shows keys in PEM)"},
       {"show path-missing",
@@ -112,6 +150,7 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
        "none: cannot be read: No such file or directory"},
   };
   for (const auto& c : cases) {
+    fs::current_path(dir_.path());  // reading a definition moves it
     const Outcome run = run_tool(words_of(c.line));
     EXPECT_EQ(2, run.status) << c.line;
     EXPECT_EQ(std::string("tova_fw: ") + c.err + '\n', run.err) << c.line;

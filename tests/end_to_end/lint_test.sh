@@ -125,7 +125,7 @@ lint 2 pipe
 lint 2 definitions/gen_1.8.def --elf-list pipe
 printf '%s\n' "$PWD"/{fw.h,pipe,fw.h} >elfs
 lint 2 definitions/gen_1.8.def --elf-list elfs
-grep -q "the section table $PWD/pipe is a pipe" err || die "$(cat err)"
+grep -q "$PWD/pipe: this is a pipe" err || die "$(cat err)"
 rm pipe elfs
 grep -q '^tova_fw: ' err || die "$(cat err)"
 [[ $(ls) == "$git_state" ]] || die "something was written: $(ls)"

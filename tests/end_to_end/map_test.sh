@@ -164,14 +164,14 @@ while IFS='|' read -r options text; do
 done <<'MISSING'
 --elf-list fw.elfs|no --header was given, whose
 --elf-list fw.elfs --header src/audio_config.h|no --key-list was given, whose
---elf-list here.elfs --header src/audio_config.h|paths in the ELF list and the key
+--elf-list here.elfs --header src/audio_config.h|paths in it count from the
 MISSING
 map 2 --elf-list nowhere
 # A table is read twice; of a pipe nothing would be left.
 exec 7< <(cat linked/mixer.symbols)
 sed -i.whole 's:.*/mixer.symbols:/dev/fd/7:' fw.elfs
 map 2
-grep -q 'symbol list /dev/fd/7 is a pipe' err || die "$(cat err)"
+grep -q '/dev/fd/7: this is a pipe' err || die "$(cat err)"
 mv fw.elfs.whole fw.elfs
 exec 7<&-
 map 2 --json nowhere/map.json

@@ -8,6 +8,7 @@
 #include "driver/ground/log.h"
 #include "lint/elf_facts.h"
 #include "lint/linted.h"
+#include "lint/report_text.h"
 #include "support/bytes.h"
 
 namespace tova_fw_builder {
@@ -318,28 +319,34 @@ TEST(LinkedRules, SampleHasNoFinding) {
   EXPECT_EQ("", sample.findings());
 }
 
-// A table or list of another link; the second ELF's stand in lines 5 and 6.
-// Without a byte of what may be a private key.
-TEST(LinkedRules, FaultOfTheKeyListIsToldAsItsOwn) {
+// Without a byte of what may be a private key, which a terminal isn't shown
+// either.
+TEST(LinkedRules, FaultOfTheKeyListStandsInIt) {
   Sample sample;
   const std::string list = sample.dir.file("keys/trusted-keys.list");
+  const std::string good = sample.dir.file("keys/test-key-public.key");
   const std::string key = sample.dir.write("keys/other.pem", "-----BEGIN EC");
   const struct {
     std::string text;
-    const char* refusal;
-  } cases[] = {{"(8:sequence x", "Not recognized key type"},
-               {"production " + key, "Key type not recognized"}};
+    std::string finding;
+  } cases[] = {
+      {"(8:sequence x",
+       ":1:1: error: Not recognized key type; this is no key list: its line 1 "
+       "has to be 'debug' or 'production' and the path of a key file "
+       "[refused]\n"},
+      {"debug " + good + "\nproduction " + key + '\n',
+       ":2:1: error: Key type not recognized; its key file " + key +
+           " is none: make one with 'tova_fw key import' [refused]\n"}};
   for (const auto& c : cases) {
     sample.dir.write("keys/trusted-keys.list", c.text);
     sample.findings();
-    const LintReport report = lint(sample.options);
-    ASSERT_EQ(1u, report.findings.size());
-    EXPECT_EQ(
-        std::string(c.refusal) + "; this is said of the key list, " + list,
-        report.findings[0].text);
+    std::ostringstream out;
+    print_findings(out, lint(sample.options), "/", true, {});
+    EXPECT_EQ(list.substr(1) + c.finding, out.str());
   }
 }
 
+// A table or list of another link; the second ELF's stand in lines 5 and 6.
 TEST(LinkedRules, TablesOfAnotherLink) {
   {
     Sample sample;

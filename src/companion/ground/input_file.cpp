@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
 
@@ -38,11 +39,10 @@ bool is_pipe(const std::string& path) {
   return std::filesystem::is_fifo(native_path(path), ignored);
 }
 
-void require_no_pipe(std::string_view what, const std::string& path) {
+void require_no_pipe(const std::string& path) {
   if (!is_pipe(path)) return;
-  throw std::runtime_error(
-      std::string("the ").append(what).append(" ") + path +
-      " is a pipe, and is read more than once: name a file");
+  throw FileError(
+      {path, "this is a pipe, and is read more than once: name a file"});
 }
 
 }  // namespace tova_fw_builder

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <string_view>
 
 namespace tova_fw_builder {
 
@@ -19,8 +18,8 @@ std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes);
 // waits for another writer.
 bool is_pipe(const std::string& path);
 
-// To be called ahead of reading again. Throws std::runtime_error "the WHAT PATH
-// is a pipe, and is read more than once: name a file".
-void require_no_pipe(std::string_view what, const std::string& path);
+// To be called ahead of reading again. Throws FileError "this is a pipe, and is
+// read more than once: name a file".
+void require_no_pipe(const std::string& path);
 
 }  // namespace tova_fw_builder
