@@ -85,7 +85,7 @@ void note_debug_mark(const std::string& path,
 
 void add_kind_of_signature(CommandNode command, bool& debug) {
   command.add_choices(
-      "Kind of signature",
+      "Kind of signature, one of them",
       {{"--debug", "A debug signature, which loaders tell by its mark",
         [&debug] { debug = true; }},
        {"--release", "A release signature", [&debug] { debug = false; }}});

@@ -80,11 +80,22 @@ Option CommandNode::add_flag(const std::string& names, bool& given,
 
 void CommandNode::add_choices(const std::string& title,
                               const std::vector<Choice>& choices) const {
-  CLI::Option_group* group = app_->add_option_group(title);
+  std::vector<const CLI::Option*> options;
+  std::string names;
   for (const Choice& choice : choices) {
-    group->add_flag_callback(choice.name, choice.choose, choice.help);
+    options.push_back(
+        app_->add_flag_callback(choice.name, choice.choose, choice.help)
+            ->disable_flag_override()
+            ->group(title));
+    names += (names.empty() ? "" : ",") + choice.name;
   }
-  group->require_option(1);
+  // The library's own group of options puts its name for one into the help.
+  app_->parse_complete_callback([options, names] {
+    const auto given = static_cast<std::size_t>(std::count_if(
+        options.begin(), options.end(),
+        [](const CLI::Option* option) { return option->count() > 0; }));
+    if (given != 1) throw CLI::RequiredError::Option(1, 1, given, names);
+  });
 }
 
 void CommandNode::footer(const std::string& text) const { app_->footer(text); }

@@ -62,7 +62,8 @@ class CommandNode {
     std::string help;
     std::function<void()> choose;
   };
-  // Options of which just one must be given.
+  // Options of which just one must be given, under a heading in the help. One
+  // such group is all that a command can have.
   void add_choices(const std::string& title,
                    const std::vector<Choice>& choices) const;
 

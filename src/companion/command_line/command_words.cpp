@@ -2,8 +2,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "companion/command_line/parser_tree.h"
-
 namespace tova_fw_builder {
 namespace {
 
@@ -16,11 +14,6 @@ std::vector<std::string> values_of(const std::string& type_name) {
 
 void take_options(const CLI::App& app, CommandWords& words) {
   for (const CLI::Option* option : app.get_options()) {
-    // Each group has the --help of its command once more.
-    if (app.get_name().empty() && app.get_parent() != nullptr &&
-        option == app.get_help_ptr()) {
-      continue;
-    }
     const auto values = values_of(option->get_type_name());
     if (option->get_positional()) words.values = values;
     for (const std::string& name : option->get_lnames()) {
@@ -28,7 +21,6 @@ void take_options(const CLI::App& app, CommandWords& words) {
                                option->get_items_expected_max() > 0, values});
     }
   }
-  for (const CLI::App* group : groups_of(app)) take_options(*group, words);
 }
 
 void collect(const CLI::App& app, const std::string& path,
@@ -37,11 +29,11 @@ void collect(const CLI::App& app, const std::string& path,
   words.path = path;
   words.description = app.get_description();
   take_options(app, words);
-  for (const CLI::App* command : commands_below(app)) {
+  for (const CLI::App* command : app.get_subcommands({})) {
     words.commands.push_back(command->get_name());
   }
   commands.push_back(words);
-  for (const CLI::App* command : commands_below(app)) {
+  for (const CLI::App* command : app.get_subcommands({})) {
     collect(*command, (path.empty() ? "" : path + ' ') + command->get_name(),
             commands);
   }

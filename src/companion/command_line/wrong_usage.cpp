@@ -5,7 +5,6 @@
 #include <CLI/CLI.hpp>
 #include <vector>
 
-#include "companion/command_line/parser_tree.h"
 #include "companion/ground/nearest.h"
 
 namespace tova_fw_builder {
@@ -19,7 +18,7 @@ std::string full_name(const CLI::App& command) {
 
 std::vector<std::string> names_below(const CLI::App& command) {
   std::vector<std::string> names;
-  for (const CLI::App* below : commands_below(command)) {
+  for (const CLI::App* below : command.get_subcommands({})) {
     names.push_back(below->get_name());
   }
   return names;
@@ -31,7 +30,6 @@ void add_options(const CLI::App& command, std::vector<std::string>& names) {
       names.push_back("--" + name);
     }
   }
-  for (const CLI::App* group : groups_of(command)) add_options(*group, names);
 }
 
 std::string unknown_text(const std::string& word, const char* what,
