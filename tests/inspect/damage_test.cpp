@@ -128,6 +128,23 @@ TEST(Damage, DamageIsToldWhereItIs) {
   }
 }
 
+// The list of what is wrong ends with a word about the rest.
+TEST(Damage, ProblemsAreCountedUpToAThousand) {
+  std::string bytes = package_descriptor();
+  for (int i = 0; i < 1000; ++i) bytes += "x\n";
+  EXPECT_EQ("a line that no package descriptor has",
+            inspect_bytes(bytes).problems.back().text);
+  EXPECT_EQ(1000u, inspect_bytes(bytes).problems.size());
+  for (int i = 0; i < 2; ++i) {
+    bytes += "x\n";
+    const auto problems = inspect_bytes(bytes).problems;
+    ASSERT_EQ(1001u, problems.size());
+    EXPECT_EQ("a line that no package descriptor has", problems[999].text);
+    EXPECT_EQ("there are more than 1000 problems: mend these first",
+              problems[1000].text);
+  }
+}
+
 // A number of a key is told between its own texts alone.
 TEST(Damage, NumbersOfDamagedKeys) {
   const struct {

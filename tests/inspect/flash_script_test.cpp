@@ -135,5 +135,24 @@ TEST(FlashScript, NamesEveryPart) {
   }
 }
 
+// The prefix stands in front as it is, and only where a slash would help is it
+// asked for.
+TEST(FlashScript, PrefixWithoutItsSlash) {
+  const TempDir dir;
+  dir.write("a", "aaaaa");
+  const std::pair<const char*, const char*> cases[] = {
+      {"bin a\n",
+       "a is not there; --deploy-dir is put in front as it stands: end it "
+       "with /\n"},
+      {"bin none\n", "none is not there\n"},
+  };
+  for (const auto& [text, problem] : cases) {
+    std::istringstream script(text);
+    EXPECT_EQ("0: line 1: " + dir.path() + problem,
+              problems_of(
+                  inspect_flash_image(ByteSource::of(""), script, dir.path())));
+  }
+}
+
 }  // namespace
 }  // namespace tova_fw_builder
