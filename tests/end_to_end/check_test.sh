@@ -58,7 +58,14 @@ check 0 '' firmware.man.signed
 says 'not checked' module-hash 'mixer: .*: give NAME_5A3C0004'
 check 1 key-store --key-list "$keys/trusted-keys.list" firmware.man
 check 0 '' --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
-says ok key-store 'stand at 0x3040'
+says ok key-store 'stand at 0x3040: 1 debug key$'
+# The same key for another kind of signatures, and more keys.
+echo "production $keys/test-key-public.key" >"$work/kinds.list"
+check 1 key-store --key-list "$work/kinds.list" firmware.man firmware.bin
+says FAILED key-store 'as other kinds (1 debug key) than .* (1 production key)'
+echo "debug $keys/test-key-public.key" >>"$work/kinds.list"
+check 1 key-store --key-list "$work/kinds.list" firmware.man firmware.bin
+says FAILED key-store '(1 debug key) than .* (1 debug key, 1 production key)'
 # Beside a store of another key, which the loader may take.
 cp firmware.bin kept
 tail -c +$((0x3041)) kept | head -c 76 | dd of=firmware.bin bs=1 seek=$((0x2f00)) \
@@ -66,7 +73,7 @@ tail -c +$((0x3041)) kept | head -c 76 | dd of=firmware.bin bs=1 seek=$((0x2f00)
 flip firmware.bin 0x3050
 check 1 module-hash --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
 says ok key-store 'stand at 0x2f00'
-says 'not checked' key-store 'stands at 0x3040 looks like a store'
+says 'not checked' key-store 'at 0x3040 looks like a store of other keys (1 debug'
 mv kept firmware.bin
 check 0 '' --summary .
 [[ $(<"$work/out") == 'firmware 1.4.0.27  generation 1.5  24576 bytes  signed '`

@@ -12,7 +12,6 @@
 namespace tova_fw_builder {
 namespace {
 
-constexpr std::size_t kMostKeys = 32;
 constexpr std::size_t kMostFound = 16;
 constexpr std::size_t kLeastBytesOfHash = 24;
 
@@ -28,7 +27,7 @@ bool is_hash(std::string_view bytes) {
 }
 
 bool is_store(std::string_view bytes) {
-  if (!is_small_number(bytes, 1, kMostKeys) ||
+  if (!is_small_number(bytes, 1, KeyStoreSearch::kMostKeys) ||
       !is_small_number(bytes.substr(sizeof(Le32)), 0, 1)) {
     return false;
   }

@@ -2,6 +2,7 @@
 // Stores of trusted keys among the contents.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -23,6 +24,9 @@ struct FoundStore {
 // these very bytes, and for whatever else looks like one.
 class KeyStoreSearch {
  public:
+  // Of what looks like a store, at the most.
+  static constexpr std::size_t kMostKeys = 32;
+
   KeyStoreSearch(const CheckedFile& file, std::string_view expected)
       : file_(file), expected_(expected) {}
 
