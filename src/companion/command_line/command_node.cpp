@@ -6,6 +6,22 @@
 #include "companion/command_line/wrong_usage.h"
 
 namespace tova_fw_builder {
+namespace {
+
+// The parser takes any word that follows for the value: one that was forgotten
+// would take an option away, and name a file after it.
+void refuse_options_as_value(const CLI::App& app, CLI::Option& option) {
+  if (option.get_positional()) return;
+  const auto refuse = [&app](const std::string& word) -> std::string {
+    if (!word.starts_with('-') || app.get_option_no_throw(word) == nullptr) {
+      return "";
+    }
+    return "a value has to stand behind it, and '" + word + "' is an option";
+  };
+  option.check(CLI::Validator(refuse, ""));
+}
+
+}  // namespace
 
 Option Option::required() const {
   option_->required();
@@ -56,20 +72,27 @@ CommandNode CommandNode::add_command(const std::string& name,
 
 Option CommandNode::add_option(const std::string& names, std::string& value,
                                const std::string& help) const {
-  return Option(*app_->add_option(names, value, help));
+  CLI::Option* const option = app_->add_option(names, value, help);
+  refuse_options_as_value(*app_, *option);
+  return Option(*option);
 }
 
 Option CommandNode::add_option(const std::string& names,
                                std::vector<std::string>& values,
                                const std::string& help) const {
-  return Option(*app_->add_option(names, values, help));
+  CLI::Option* const option = app_->add_option(names, values, help);
+  refuse_options_as_value(*app_, *option);
+  return Option(*option);
 }
 
 Option CommandNode::add_option(
     const std::string& names,
     const std::function<void(const std::string&)>& take,
     const std::string& help) const {
-  return Option(*app_->add_option_function<std::string>(names, take, help));
+  CLI::Option* const option =
+      app_->add_option_function<std::string>(names, take, help);
+  refuse_options_as_value(*app_, *option);
+  return Option(*option);
 }
 
 Option CommandNode::add_flag(const std::string& names, bool& given,

@@ -41,6 +41,19 @@ std::string unknown_text(const std::string& word, const char* what,
          nearest.question();
 }
 
+// What is an option of another command has its place in this one.
+std::string text_of_positional(const std::string& word,
+                               const CLI::App& command) {
+  for (const CLI::Option* option : command.get_options()) {
+    const std::string name = option->get_name(true);
+    if (option->get_positional() &&
+        "--" + CLI::detail::to_lower(name) == word) {
+      return ": " + name + " stands without it";
+    }
+  }
+  return "";
+}
+
 // Of the first word that the command, or one chosen below it, made nothing of.
 std::string text_of_unknown(const CLI::App& command) {
   const auto unknown = command.remaining();
@@ -52,7 +65,8 @@ std::string text_of_unknown(const CLI::App& command) {
   if (word.starts_with('-')) {
     std::vector<std::string> options;
     add_options(command, options);
-    return unknown_text(word, "option", command, options);
+    return unknown_text(word, "option", command, options) +
+           text_of_positional(word, command);
   }
   const auto commands = names_below(command);
   return commands.empty() ? ""
