@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <stdexcept>
 #include <tuple>
 
 #include "companion/ground/input_file.h"
+#include "companion/ground/list_cures.h"
 #include "companion/ground/naming.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
@@ -32,17 +34,29 @@ std::string found_path(const std::string& path, const std::string& list) {
       path_text(native_path(list).parent_path() / native_path(path));
   if (is_pipe(beside) || try_open_input(beside)->is_open()) return beside;
   const std::string where =
-      native_path(path).is_relative()
+      find_listed_path(list, path).is_cut ? std::string(kCutPathCure)
+      : native_path(path).is_relative()
           ? ", neither from here nor from the list; tova_fw_builder counts it "
             "from the definition's folder"
           : "";
-  throw FileError({path, "it can't be opened" + where});
+  throw std::runtime_error("its file " + path + " can't be opened" + where);
+}
+
+ElfList entries_of(const std::string& list) {
+  try {
+    return read_elf_list(list);
+  } catch (const std::runtime_error& error) {
+    const std::string text = error.what();
+    throw std::runtime_error(text.starts_with("Invalid number of lines")
+                                 ? text + std::string(kElfListCure)
+                                 : why_unreadable(list));
+  }
 }
 
 }  // namespace
 
 ElfPlaces::ElfPlaces(const std::string& list) {
-  for (ElfListEntry elf : read_elf_list(list)) {
+  for (ElfListEntry elf : entries_of(list)) {
     elf.memmap = found_path(elf.memmap, list);
     const std::size_t first_section = sections_.size();
     naming(elf.memmap, [&] { read_sections(elf); });

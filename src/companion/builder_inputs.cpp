@@ -1,17 +1,15 @@
 #include "companion/builder_inputs.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "companion/ground/input_file.h"
+#include "companion/ground/list_cures.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
-#include "input_map/elf_list.h"
 #include "lint/key_list_fault.h"
 
 namespace tova_fw_builder {
@@ -20,16 +18,6 @@ namespace {
 
 constexpr std::string_view kPlaceOfPaths =
     "; paths in it count from the definition's folder";
-
-std::string why_unreadable(const std::string& path) {
-  try {
-    std::array<std::uint8_t, 1> first{};
-    read_head(path, first);
-    return "cannot be read";
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-}
 
 bool is_file(const std::string& path) {
   std::error_code ignored;
@@ -49,18 +37,6 @@ std::optional<Trouble> trouble_of_key_list(const BuilderInputNames& names,
   return std::nullopt;
 }
 
-bool is_in_elf_list(const std::string& path, const BuildInputs& inputs) {
-  if (!is_file(inputs.elf_list_path)) return false;
-  try {
-    return std::ranges::any_of(
-        read_elf_list(inputs.elf_list_path), [&](const ElfListEntry& entry) {
-          return path == entry.elf || path == entry.memmap || path == entry.nm;
-        });
-  } catch (const std::exception&) {
-    return false;
-  }
-}
-
 std::optional<Trouble> trouble_of_missing_file(const std::string& path,
                                                const BuilderInputNames& names,
                                                const BuildInputs& inputs) {
@@ -70,9 +46,14 @@ std::optional<Trouble> trouble_of_missing_file(const std::string& path,
   if (path == inputs.elf_list_path) return Trouble{names.elf_list, reason};
   // The builder reads it ahead of the ELF list.
   if (auto trouble = trouble_of_key_list(names, inputs)) return trouble;
-  if (!is_in_elf_list(path, inputs)) return std::nullopt;
+  const ListedPath listed = find_listed_path(inputs.elf_list_path, path);
+  if (!listed.is_there) return std::nullopt;
   std::string text = "its file " + path + ' ' + reason;
-  if (native_path(path).is_relative()) text += kPlaceOfPaths;
+  if (listed.is_cut) {
+    text += kCutPathCure;
+  } else if (native_path(path).is_relative()) {
+    text += kPlaceOfPaths;
+  }
   return Trouble{names.elf_list, std::move(text)};
 }
 
@@ -118,9 +99,11 @@ std::optional<Trouble> trouble_of_input(const std::string& message,
                            "Expected std::string not found"}) {
     if (message.starts_with(text)) return trouble_of_key_list(names, inputs);
   }
+  if (message.starts_with("Invalid number of lines in ELF list")) {
+    return Trouble{names.elf_list, message + std::string(kElfListCure)};
+  }
   for (const char* text :
-       {"Invalid number of lines in ELF list",
-        "Duplicated section found: ", "Not recognizeg alignment specified"}) {
+       {"Duplicated section found: ", "Not recognizeg alignment specified"}) {
     if (!message.starts_with(text)) continue;
     return Trouble{names.elf_list,
                    message +

@@ -2,18 +2,21 @@
 #include "companion/map_command.h"
 
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "companion/builder_inputs.h"
 #include "companion/colour_option.h"
 #include "companion/command_line/command_node.h"
 #include "companion/command_line/wrong_usage.h"
+#include "companion/ground/input_file.h"
 #include "companion/ground/output_file.h"
 #include "companion/ground/standard_output.h"
 #include "companion/ground/trouble.h"
@@ -42,8 +45,7 @@ struct Options {
 };
 
 // Does a step with the file that it reads or writes, whose trouble it is unless
-// the trouble has a file.
-// Yields whether all went well.
+// the trouble has a file. Yields whether all went well.
 template <typename Step>
 bool with_file(const std::string& file, const Step& step) {
   try {
@@ -158,6 +160,12 @@ Status judge_budgets(const Answer& answer, const Outputs& outputs,
   return status;
 }
 
+std::unique_ptr<std::ifstream> open_baseline(const std::string& path) {
+  auto in = try_open_input(path);
+  if (!in->is_open()) throw std::runtime_error(why_unreadable(path));
+  return in;
+}
+
 Status show_map(const Options& options) {
   std::vector<Budget> budgets;
   for (const std::string& text : options.budgets) {
@@ -174,7 +182,7 @@ Status show_map(const Options& options) {
   const std::string baseline = absolute_path(options.baseline);
   std::optional<MapSizes> before;
   if (!options.baseline.empty() && !with_file(options.baseline, [&] {
-        before = read_sizes(*open_input(options.baseline));
+        before = read_sizes(*open_baseline(options.baseline));
       })) {
     return Status::kTrouble;
   }

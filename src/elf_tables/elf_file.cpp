@@ -20,7 +20,10 @@ std::FILE* open_file(const std::string& path) {
   const auto status = std::filesystem::status(path, error);
   if (std::filesystem::exists(status) &&
       !std::filesystem::is_regular_file(status)) {
-    throw std::runtime_error("cannot be read: it is no regular file");
+    throw std::runtime_error(std::filesystem::is_directory(status)
+                                 ? "cannot be read: it is a folder: name its "
+                                   "ELFs"
+                                 : "cannot be read: it is no regular file");
   }
   errno = 0;
   std::FILE* const file = std::fopen(path.c_str(), "rb");

@@ -5,6 +5,7 @@
 #include <exception>
 #include <sstream>
 
+#include "companion/ground/list_cures.h"
 #include "driver/ground/files.h"
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
@@ -15,12 +16,16 @@ namespace tova_fw_builder {
 namespace {
 
 std::string reason_of(const std::exception& error, const std::string& key,
-                      std::string_view relative) {
+                      std::string_view relative, bool is_cut) {
   const std::string text = error.what();
   std::string reason = "its key file " + key;
   if (text.starts_with("Failed to open file")) {
     reason += " can't be opened";
-    if (native_path(key).is_relative()) reason += relative;
+    if (is_cut) {
+      reason += kCutPathCure;
+    } else if (native_path(key).is_relative()) {
+      reason += relative;
+    }
   } else if (text.starts_with("Key type not recognized")) {
     reason += " is none: make one with 'tova_fw key import'";
   } else {
@@ -50,7 +55,8 @@ std::optional<KeyListFault> find_key_list_fault(const std::string& list,
       std::istringstream alone{std::string(line)};
       KeyList{alone};
     } catch (const std::exception& error) {
-      return KeyListFault{number, reason_of(error, key, relative)};
+      return KeyListFault{
+          number, reason_of(error, key, relative, !words.word().empty())};
     }
   }
   return std::nullopt;

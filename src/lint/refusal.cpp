@@ -21,6 +21,9 @@ void explain_statement(const Definition& definition, Finding& finding) {
   const std::string_view line = text_of_place(definition.source, place);
   if (line.find('\0') != line.npos) {
     finding.text += "; the line has a zero byte, which cuts texts off";
+    if (definition.statements.empty()) {
+      finding.text += ": is this an image definition?";
+    }
   }
   for (const LintWord& word : statement.words) {
     if (word.spot != finding.spot || word.define == SourceMap::kNone) continue;

@@ -79,6 +79,9 @@ void explain_files(const Definition& definition, Finding& finding) {
     for (const auto& define : source.defines) near.offer(define.name);
     if (name.find(")$(") != name.npos) {
       finding.text += "; a name holds one macro at the most";
+    } else if (near.name().empty() && source.open.size() == 1) {
+      finding.text +=
+          "; a file that includes this one may define it: name the topmost one";
     }
     finding.text += near.question();
   } else if (finding.text.starts_with("Failed to open image defs file")) {

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <utility>
 
+#include "companion/ground/list_cures.h"
 #include "driver/ground/files.h"
 #include "driver/ground/paths.h"
 #include "input_map/elf_list.h"
@@ -86,9 +87,7 @@ UnreadTables explain_tables(const BuildInputs& inputs, Spot elf_list,
     return unread;
   }
   if (unread.text.starts_with("Invalid number of lines")) {
-    unread.text +=
-        "; each ELF has three lines, the last one with a line feed, too: "
-        "tova_fw tables writes such a list";
+    unread.text += kElfListCure;
   }
   explain_table(inputs.elf_list_path, unread);
   return unread;

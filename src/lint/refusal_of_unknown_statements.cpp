@@ -150,8 +150,13 @@ void explain_unknown_statement(const Definition& definition,
     if (define.name != word) continue;
     finding.text += "; a define can't stand for the first word of a line";
   }
-  finding.text +=
+  const std::string question =
       near.name().empty() ? question_of_inner(refused) : near.question();
+  finding.text += question;
+  // Another kind of file, as a list of ELFs, begins like this.
+  if (question.empty() && definition.statements.empty()) {
+    finding.text += "; is this an image definition?";
+  }
   note_ended_blocks(refused, finding);
 }
 

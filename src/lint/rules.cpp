@@ -135,7 +135,10 @@ void check_rule_name(std::string_view id) {
   if (id == kRefused) {
     throw std::runtime_error("what the builder refuses can't be silenced");
   }
-  if (find_rule(id) == nullptr) throw std::runtime_error(no_rule_text(id));
+  if (find_rule(id) != nullptr) return;
+  throw std::runtime_error(
+      no_rule_text(id) +
+      (id.find(',') == id.npos ? "" : "; give one for each --disable"));
 }
 
 }  // namespace tova_fw_builder

@@ -386,9 +386,21 @@ TEST(ElfPlaces, TroubleNamesTheTable) {
             message_of([&] { ElfPlaces places(list); }));
   dir.write("bad", "");
   EXPECT_EQ(
-      "none: it can't be opened, neither from here nor from the list; "
+      "its file none can't be opened, neither from here nor from the list; "
       "tova_fw_builder counts it from the definition's folder",
       message_of([&] { ElfPlaces places(list); }));
+  dir.write("list", "elf\nmy table\nnone\n");
+  EXPECT_EQ(
+      "its file my can't be opened; a list ends a path at its first blank",
+      message_of([&] { ElfPlaces places(list); }));
+  dir.write("list", "elf\n");
+  EXPECT_EQ(
+      "Invalid number of lines in ELF list. Must be list of pairs <elf, "
+      "memmap, nm>; each ELF has three lines, the last one with a line feed, "
+      "too: tova_fw tables writes such a list",
+      message_of([&] { ElfPlaces places(list); }));
+  EXPECT_EQ("cannot be read: Is a directory",
+            message_of([&] { ElfPlaces places(dir.path()); }));
 }
 
 }  // namespace

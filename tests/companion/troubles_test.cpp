@@ -31,6 +31,8 @@ class Commands : public testing::Test {
     dir_.write("cut-in-it", "production cut.key\n");
     fs::create_directories(dir_.file("defs"));
     dir_.write("defs/t.def", "binary_ver 3.0\n");
+    dir_.write("cut-path", "debug my good.key\n");
+    dir_.write("defs/cut-elfs", "my elf\nmy table\nmy symbols\n");
     dir_.write("defs/elfs", "no.elf\nno.sections\nno.symbols\n");
     fs::create_directories(dir_.file("folders/a"));
     fs::create_directories(dir_.file("folders/b"));
@@ -117,8 +119,16 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
        "directory; paths in it count from the definition's folder"},
       {"map --definition defs/t.def --elf-list path-missing",
        "path-missing: Invalid number of lines in ELF list. Must be list of "
-       "pairs <elf, memmap, nm>; tova_fw lint, which takes the same inputs, "
-       "tells where and why"},
+       "pairs <elf, memmap, nm>; each ELF has three lines, the last one with a "
+       "line feed, too: tova_fw tables writes such a list"},
+      {"map --definition defs/t.def --elf-list defs/cut-elfs",
+       "defs/cut-elfs: its file my cannot be read: No such file or directory; "
+       "a list ends a path at its first blank"},
+      {"lint defs/t.def --key-list cut-path",
+       "cut-path: its key file my can't be opened; a list ends a path at its "
+       "first blank"},
+      {"map --definition defs/t.def --elf-list defs/elfs --baseline none",
+       "none: cannot be read: No such file or directory"},
       {"map --definition defs/t.def --elf-list defs/elfs "
        "--key-list none",
        "none: cannot be read: No such file or directory"},

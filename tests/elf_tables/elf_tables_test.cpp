@@ -309,7 +309,7 @@ TEST(ElfTables, RefusesWhatIsNoWholeElf) {
       refusal(whole.substr(0, whole.size() - 1)));
   EXPECT_EQ("cannot be read: No such file or directory",
             message_of([&] { ElfTables(dir.file("none")); }));
-  EXPECT_EQ("cannot be read: it is no regular file",
+  EXPECT_EQ("cannot be read: it is a folder: name its ELFs",
             message_of([&] { ElfTables(dir.path()); }));
   elf.sections[0].offset = whole.size() - 3;
   elf.sections[0].size = 4;

@@ -111,7 +111,7 @@ gen-1.8/firmware.bin none|none: there is no such file, and it is no
 gen-1.8/firmware.bin 0x100000000|it is no hexadecimal address of 32 bits
 10001000|name a manifest of 1.5 or a binary, or an --elf-list
 gen-1.8/firmware.man 10001000|no file has a table of modules
---elf-list none 10001000|none: Failed to open file: none
+--elf-list none 10001000|none: cannot be read: No such file or directory
 TROUBLES
 where 2 gen-1.8/firmware.bin /dev/null 0x10008004
 has out '0x10008004  mixer  text+0x4  gen-1.8/firmware.bin@0xf804'

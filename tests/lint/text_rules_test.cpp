@@ -320,6 +320,12 @@ TEST(TextRules, SayWhatWasMeant) {
       {"t=define BOARD x/include $(BORAD)/",
        "t:2:9: error: Not recognized define : BORAD; did you mean 'BOARD'? "
        "[refused]\n"},
+      {"t=include $(BOARD).def/",
+       "t:1:9: error: Not recognized define : BOARD; a file that includes this "
+       "one may define it: name the topmost one [refused]\n"},
+      {"t=pt/",
+       "t:1:1: error: [pt] Unknown parameter; is this an image definition? "
+       "[refused]\n"},
       {"t=define A x/define B y/include $(A)$(B)/",
        "t:3:9: error: Not recognized define : A)$(B; a name holds one macro at "
        "the most [refused]\n"},
@@ -370,7 +376,8 @@ TEST(TextRules, SayWhatWasMeant) {
        "t:6:9: warning: '.b' becomes '.c' by a define [define-captures]\n"
        "t:5:8: note: the define\n"},
       {"t=/include a/|a=k/include b/|b=# x/",
-       "a:1:1: error: [k] Unknown parameter [refused]\n"
+       "a:1:1: error: [k] Unknown parameter; is this an image definition? "
+       "[refused]\n"
        "a:2:9: warning: the included file leaves no line, which ends this file "
        "here: begin the included file with an empty line [empty-include]\n"},
       {"t=ignore/",
@@ -389,6 +396,10 @@ TEST(LintRefused, ZeroByte) {
       "t:2:1: error: [ignor; the line has a zero byte, which cuts texts off "
       "[refused]\n",
       tree.printed());
+  EXPECT_EQ(
+      "t:1:1: error: [ELF; the line has a zero byte, which cuts texts off: is "
+      "this an image definition? [refused]\n",
+      LintTree("t=ELF\0 b/"s).printed());
 }
 
 TEST(TextRules, ConstantsAreThoseOfTheHeaderIfThereIsOne) {
@@ -414,6 +425,8 @@ TEST(TextRules, AreDisabledByName) {
   EXPECT_EQ("no exception", message_of([] { check_rule_name("extra-words"); }));
   EXPECT_EQ("there is no rule 'extra-word'; did you mean 'extra-words'?",
             message_of([] { check_rule_name("extra-word"); }));
+  EXPECT_EQ("there is no rule 'a,b'; give one for each --disable",
+            message_of([] { check_rule_name("a,b"); }));
   EXPECT_EQ("what the builder refuses can't be silenced",
             message_of([] { check_rule_name("refused"); }));
 }

@@ -45,4 +45,14 @@ void require_no_pipe(const std::string& path) {
       {path, "this is a pipe, and is read more than once: name a file"});
 }
 
+std::string why_unreadable(const std::string& path) {
+  try {
+    std::uint8_t first = 0;
+    read_head(path, {&first, 1});
+    return "cannot be read";
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
 }  // namespace tova_fw_builder

@@ -22,4 +22,7 @@ bool is_pipe(const std::string& path);
 // read more than once: name a file".
 void require_no_pipe(const std::string& path);
 
+// The text that read_head throws for a file that could not be opened.
+std::string why_unreadable(const std::string& path);
+
 }  // namespace tova_fw_builder
