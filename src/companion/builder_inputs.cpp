@@ -3,7 +3,6 @@
 #include <exception>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "companion/ground/input_file.h"
@@ -18,11 +17,6 @@ namespace {
 
 constexpr std::string_view kPlaceOfPaths =
     "; paths in it count from the definition's folder";
-
-bool is_file(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(native_path(path), ignored);
-}
 
 // Why the key list isn't taken; nothing if it is, or if it can't be read again.
 std::optional<Trouble> trouble_of_key_list(const BuilderInputNames& names,

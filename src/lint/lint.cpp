@@ -3,10 +3,8 @@
 #include "lint/lint.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <new>
 #include <stdexcept>
-#include <system_error>
 #include <tuple>
 
 #include "companion/ground/input_file.h"
@@ -14,7 +12,6 @@
 #include "driver/ground/files.h"
 #include "driver/ground/line_fields.h"
 #include "driver/ground/line_reader.h"
-#include "driver/ground/paths.h"
 #include "input_map/elf_list.h"
 #include "lint/allowances.h"
 #include "lint/rules.h"
@@ -32,11 +29,6 @@ SourceMap::File read_lines(const std::string& path) {
     file.lines.push_back(line);
   }
   return file;
-}
-
-bool is_file(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(native_path(path), ignored);
 }
 
 // Of the keys themselves nothing is read, each of which may be a pipe.

@@ -4,16 +4,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/list_cures.h"
 #include "driver/ground/files.h"
-#include "driver/ground/paths.h"
 #include "input_map/elf_list.h"
 #include "input_map/fw_image_map.h"
 #include "lint/key_list_fault.h"
@@ -24,11 +22,7 @@ namespace {
 
 // None if the list is taken, or can't be read again, as a pipe can't.
 std::optional<KeyListFault> key_list_fault(const BuildInputs& inputs) {
-  std::error_code ignored;
-  if (!std::filesystem::is_regular_file(native_path(inputs.key_list_path),
-                                        ignored)) {
-    return std::nullopt;
-  }
+  if (!is_file(inputs.key_list_path)) return std::nullopt;
   try {
     return find_key_list_fault(inputs.key_list_path, "");
   } catch (const std::runtime_error&) {

@@ -34,6 +34,11 @@ std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes) {
   return count;
 }
 
+bool is_file(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(native_path(path), ignored);
+}
+
 bool is_pipe(const std::string& path) {
   std::error_code ignored;
   return std::filesystem::is_fifo(native_path(path), ignored);

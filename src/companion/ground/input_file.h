@@ -14,6 +14,9 @@ namespace tova_fw_builder {
 // read: " and the system's reason, for a folder, too.
 std::size_t read_head(const std::string& path, std::span<std::uint8_t> bytes);
 
+// Whether it is a plain file, which can be read again.
+bool is_file(const std::string& path);
+
 // Whether it is a pipe: what has been read of one is gone, and opening it again
 // waits for another writer.
 bool is_pipe(const std::string& path);
