@@ -68,7 +68,7 @@ check 1 key-store --key-list "$work/kinds.list" firmware.man firmware.bin
 says FAILED key-store '(1 debug key) than .* (1 debug key, 1 production key)'
 # Beside a store of another key, which the loader may take.
 cp firmware.bin kept
-tail -c +$((0x3041)) kept | head -c 76 | dd of=firmware.bin bs=1 seek=$((0x2f00)) \
+dd if=kept of=firmware.bin bs=1 skip=$((0x3040)) count=76 seek=$((0x2f00)) \
   conv=notrunc status=none
 flip firmware.bin 0x3050
 check 1 module-hash --key-list "$keys/trusted-keys.list" firmware.man firmware.bin

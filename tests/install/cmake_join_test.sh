@@ -85,9 +85,8 @@ for generator in 'Unix Makefiles' Ninja; do
   # The places that the script tells.
   size=$(stat -c %s package/package.bin)
   tail -c +$((0x4000 + 1)) flash/flash.img | cmp - package/package.bin
-  tail -c +$((0x1000 + 1)) flash/flash.img |
-    cmp -n "$(stat -c %s firmware/firmware.man.signed)" - \
-      firmware/firmware.man.signed
+  cmp -n "$(stat -c %s firmware/firmware.man.signed)" -i $((0x1000)):0 \
+    flash/flash.img firmware/firmware.man.signed
   [[ $(od -An -tu4 -j $((0x100)) -N 4 flash/flash.img) -eq $size ]] ||
     die 'another length of the package'
   cd "$work"
