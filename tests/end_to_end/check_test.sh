@@ -66,14 +66,18 @@ says FAILED key-store 'as other kinds (1 debug key) than .* (1 production key)'
 echo "debug $keys/test-key-public.key" >>"$work/kinds.list"
 check 1 key-store --key-list "$work/kinds.list" firmware.man firmware.bin
 says FAILED key-store '(1 debug key) than .* (1 debug key, 1 production key)'
-# Beside a store of another key, which the loader may take.
+# Beside a store of other keys, which the loader may take: 32, the most.
 cp firmware.bin kept
 dd if=kept of=firmware.bin bs=1 skip=$((0x3040)) count=76 seek=$((0x2f00)) \
   conv=notrunc status=none
-flip firmware.bin 0x3050
+for number in {1..31}; do
+  dd if=kept of=firmware.bin bs=1 skip=$((0x3044)) count=36 \
+    seek=$((0x3044 + 36 * number)) conv=notrunc status=none
+done
+bytes firmware.bin 0x3040 20
 check 1 module-hash --key-list "$keys/trusted-keys.list" firmware.man firmware.bin
 says ok key-store 'stand at 0x2f00'
-says 'not checked' key-store 'at 0x3040 looks like a store of other keys (1 debug'
+says 'not checked' key-store 'at 0x3040 looks like a store of other keys (32 debug'
 mv kept firmware.bin
 check 0 '' --summary .
 [[ $(<"$work/out") == 'firmware 1.4.0.27  generation 1.5  24576 bytes  signed '`

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <thread>
 
 #include "driver/ground/wire.h"
@@ -106,6 +107,17 @@ TEST(ByteSource, ShrinkingFilesEndThere) {
   ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
   EXPECT_EQ(path + ": cannot be read: it has become a pipe",
             message_of([&] { opened_again.bytes(0, 1); }));
+}
+
+// The place is looked at as the bytes that it is made of, and through a pointer
+// that the compiler knows nothing of.
+TEST(WipedBytes, RecordsLeaveNothing) {
+  alignas(Le32) unsigned char place[sizeof(Le32)];
+  volatile unsigned char* const seen = place;
+  const auto* record = new (place) Wiped<Le32>();
+  for (std::size_t i = 0; i < sizeof(place); ++i) seen[i] = 0xA5;
+  record->~Wiped();
+  for (std::size_t i = 0; i < sizeof(place); ++i) EXPECT_EQ(0, seen[i]);
 }
 
 }  // namespace

@@ -123,6 +123,7 @@ TEST(Recognise, StructuresByTheirHeads) {
       {with(metadata_18(), 4, "\x70"), "metadata", 112},
       {with(metadata_18(), 4, "\x61"), "embedded", 0},
       {with(metadata_18(), 36, "x"), "embedded", 0},
+      {metadata_18().substr(0, 40), "metadata", 96},
       {metadata_18().substr(0, 39), "embedded", 0},
       {extended_manifest(), "extended-manifest", 124},
       {with(extended_manifest(), 8, "\x02"), "embedded", 0},

@@ -163,6 +163,10 @@ TEST(PackageDescriptor, LinesThatAsmHasNoRoomFor) {
       {"bin x '" + name + "123456'\nbin y 'a'\nbin z 'b'\n",
        "this line has 1024" + behind +
            "the package would lack what follows, 2 files" + cure},
+      // The first one counts.
+      {"bin x '" + name + "123456'\nbin y '" + name + "1234567'\nbin z 'b'\n",
+       "this line has 1024" + behind +
+           "the package would lack what follows, 2 files" + cure},
       // Nothing is lost behind the last file.
       {"bin y 'a'\nbin x '" + name + "123456'\n#\n", ""},
       {"bin y 'a'\nbin x '" + name + "123456'", ""},

@@ -91,6 +91,11 @@ TEST(CompareTrees, FieldsOfABinary) {
        "modules[eins].segments[text].len 1 -> 2\n"
        "modules[eins].segments[text].contents 4096 -> 8192, 0 in 0, first 0\n"
        "modules[eins].segments[bss].vma 0x20000000 -> 0x20010000\n"},
+      // Two that changed places in the file, and a byte of the first one.
+      {{{kOne + 89, "\x90"}, {kOne + 101, "\x80"}, {kContents + 4097, "d"}},
+       "modules[eins].segments[text].file_off 0x8000 -> 0x9000\n"
+       "modules[eins].segments[text].contents 4096 -> 4096, 1 in 1, first 1\n"
+       "modules[eins].segments[rodata].file_off 0x9000 -> 0x8000\n"},
       // A type's bits, and the number that they are.
       {{{kOne + 28, "\x21"}},
        "modules[eins].type.value 0x431 -> 0x421 [the number of what changed in "
