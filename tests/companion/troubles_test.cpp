@@ -31,6 +31,9 @@ class Commands : public testing::Test {
     dir_.write("cut-in-it", "production cut.key\n");
     fs::create_directories(dir_.file("defs"));
     dir_.write("defs/t.def", "binary_ver 3.0\n");
+    dir_.write("defs/far-elfs", "/no.elf\n/no.sections\n/no.symbols\n");
+    dir_.write("far-key", "debug /no.key\n");
+    dir_.write("defs/pem-in-it", "production ../x.pem\n");
     dir_.write("cut-path", "debug my good.key\n");
     dir_.write("defs/cut-elfs", "my elf\nmy table\nmy symbols\n");
     dir_.write("defs/elfs", "no.elf\nno.sections\nno.symbols\n");
@@ -117,6 +120,11 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
       {"map --definition defs/t.def --elf-list defs/elfs",
        "defs/elfs: its file no.sections cannot be read: No such file or "
        "directory; paths in it count from the definition's folder"},
+      {"map --definition defs/t.def --elf-list defs/far-elfs",
+       "defs/far-elfs: its file /no.sections cannot be read: No such file or "
+       "directory"},
+      {"check --key-list far-key binary",
+       "far-key: its key file /no.key can't be opened"},
       {"map --definition defs/t.def --elf-list path-missing",
        "path-missing: Invalid number of lines in ELF list. Must be list of "
        "pairs <elf, memmap, nm>; each ELF has three lines, the last one with a "
@@ -136,6 +144,10 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
        "--key-list good.key",
        "good.key: this is no key list: its line 1 has to be 'debug' or "
        "'production' and the path of a key file"},
+      {"map --definition defs/t.def --elf-list defs/elfs "
+       "--key-list defs/pem-in-it",
+       "defs/pem-in-it: its key file ../x.pem is none: make one with 'tova_fw "
+       "key import'"},
       {"show x.pem",
        "x.pem: nothing known is in it ('tova_fw key show' shows keys in PEM)"},
       {"show path-missing",

@@ -7,6 +7,7 @@
 
 #include "driver/ground/log.h"
 #include "lint/elf_facts.h"
+#include "lint/key_list_fault.h"
 #include "lint/linted.h"
 #include "lint/report_text.h"
 #include "support/bytes.h"
@@ -344,6 +345,9 @@ TEST(LinkedRules, FaultOfTheKeyListStandsInIt) {
     print_findings(out, lint(sample.options), "/", true, {});
     EXPECT_EQ(list.substr(1) + c.finding, out.str());
   }
+  // An empty line ends the list.
+  sample.dir.write("keys/trusted-keys.list", "debug " + good + "\n\nend\n");
+  EXPECT_FALSE(find_key_list_fault(list, ""));
 }
 
 // A table or list of another link; the second ELF's stand in lines 5 and 6.

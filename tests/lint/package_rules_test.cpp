@@ -73,6 +73,10 @@ TEST(PackageRules, NamesOfAllModules) {
   };
   EXPECT_EQ("", findings_of(112, ""));
   EXPECT_EQ("449:10 long-package-line", findings_of(113, ""));
+  // One of 8 more fills the line.
+  EXPECT_EQ("", findings_of(112,
+                            "module b letters/uuid 01234567-89AB-CDEF-0123"
+                            "-456789ABCDEF/group bss/section .b/"));
   EXPECT_EQ("", findings_of(113, module_of("d", 'F', 1)));
 }
 

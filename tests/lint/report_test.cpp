@@ -54,6 +54,12 @@ TEST(ReportText, NoControlCharacterReachesTheTerminal) {
   const std::string text =
       LintTree("t=max_data 0 " + std::string(5000, 'x') + "/").printed(true);
   EXPECT_LT(text.size(), 200u);
+  // A name of 60 characters is whole, however long each of them is.
+  std::string faces;
+  for (int i = 0; i < 60; ++i) faces += "\U0001F600";
+  EXPECT_TRUE(LintTree("t=ignore . " + faces + '/')
+                  .printed()
+                  .starts_with("t:1:10: warning: '" + faces + "' is ignored"));
   // Bytes that only go on a character make one of any length.
   EXPECT_LT(LintTree("t=max_data 0 " + std::string(5000, '\x80') + "/")
                 .printed()
@@ -71,12 +77,16 @@ TEST(ReportText, CountsALongLineToItsEnd) {
   report.sources.push_back({"t", {}});
   report.sources[0].lines.push_back("");
   report.sources[0].lines.push_back(line);
+  report.sources[0].lines.push_back(std::string(2048, 'x'));
   ShownColumns columns(report);
   for (const std::uint32_t word : {999u, 0u, 254u, 255u, 256u, 511u, 512u}) {
     EXPECT_EQ(3 * word + 4, columns.of({0, 2, 4 * word + 3, 0})) << word;
   }
   EXPECT_EQ(3003u, columns.of({0, 2, 9999, 0}));
   EXPECT_EQ(1u, columns.of({0, 1, 9999, 0}));
+  // Where a step begins, and behind the last one.
+  EXPECT_EQ(1025u, columns.of({0, 3, 1024, 0}));
+  EXPECT_EQ(2049u, columns.of({0, 3, 2048, 0}));
 }
 
 TEST(ReportText, PathsBelowTheFolderAreShownFromThere) {

@@ -227,6 +227,15 @@ TEST(TextRules, FindMistakesWhereTheyStand) {
   }
 }
 
+TEST(TextRules, RemarksReachOver200Lines) {
+  std::string comments;
+  for (int i = 0; i < 199; ++i) comments += "#/";
+  const std::string text = comments + "ignore a b/";
+  EXPECT_EQ("", LintTree("t=# lint: allow extra-words/" + text).findings());
+  EXPECT_EQ("202:10 extra-words",
+            LintTree("t=# lint: allow extra-words/#/" + text).findings());
+}
+
 // What C takes for a number, and what it takes beyond that.
 TEST(TextRules, ConstantsThatAreNoBareNumber) {
   const std::pair<const char*, const char*> cases[] = {
@@ -326,6 +335,9 @@ TEST(TextRules, SayWhatWasMeant) {
       {"t=pt/",
        "t:1:1: error: [pt] Unknown parameter; is this an image definition? "
        "[refused]\n"},
+      {"t=binray_ver 1.8/",
+       "t:1:1: error: [binray_ver] Unknown parameter; did you mean "
+       "'binary_ver'? [refused]\n"},
       {"t=define A x/define B y/include $(A)$(B)/",
        "t:3:9: error: Not recognized define : A)$(B; a name holds one macro at "
        "the most [refused]\n"},

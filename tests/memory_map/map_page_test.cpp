@@ -55,7 +55,8 @@ TEST(MapPage, LongListsAreCut) {
   // A row of a symbol has 87 bytes besides its name; 424 in the name and the
   // comma make 512: 768 of them are 384 KiB.
   const std::string name(424, 'n');
-  for (const std::size_t count : {768u, 769u, 2000u}) {
+  for (const std::size_t count :
+       {std::size_t{768}, std::size_t{769}, kMaxListedSymbols + 1}) {
     MemoryMap map;
     map.has_more_overlaps = true;
     map.sections = {{"abcdefgh", "modules", 0, 1000}};

@@ -58,24 +58,26 @@ volatile std::sig_atomic_t interrupts;
 // waiting for ever: there they aren't held back.
 TEST(OutputFile, InterruptsWaitForIt) {
   const TempDir dir;
-  const auto before =
-      std::signal(SIGINT, [](int) { interrupts = interrupts + 1; });
-  interrupts = 0;
-  {
-    OutputFile first(dir.file("first"));
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const auto before =
+        std::signal(signal, [](int) { interrupts = interrupts + 1; });
+    interrupts = 0;
     {
-      OutputFile second(dir.file("second"));
-      std::raise(SIGINT);
-      second.commit();
+      OutputFile first(dir.file("first"));
+      {
+        OutputFile second(dir.file("second"));
+        std::raise(signal);
+        second.commit();
+      }
+      EXPECT_EQ(0, interrupts);
     }
-    EXPECT_EQ(0, interrupts);
+    EXPECT_EQ(1, interrupts);
+    EXPECT_THROW(OutputFile(dir.file("no/folder")), std::runtime_error);
+    const OutputFile direct("/dev/null");
+    std::raise(signal);
+    EXPECT_EQ(2, interrupts);
+    std::signal(signal, before);
   }
-  EXPECT_EQ(1, interrupts);
-  EXPECT_THROW(OutputFile(dir.file("no/folder")), std::runtime_error);
-  const OutputFile direct("/dev/null");
-  std::raise(SIGINT);
-  EXPECT_EQ(2, interrupts);
-  std::signal(SIGINT, before);
 }
 
 TEST(OutputFile, FollowsLinksAndWritesDevices) {
