@@ -29,7 +29,6 @@ enum class BlockKind { kImage, kModule, kGroup, kPin };
 
 // One line that was offered to a block.
 struct BlockStep {
-  BlockKind block;
   bool is_known;  // else it ended the block
   std::uint64_t line;
 };
@@ -83,13 +82,13 @@ bool carry_out(const auto& table, Block& block, Statement& statement) {
 
 // Offers each line that isn't blank to `accept`, as a Statement, until the
 // lines end or `accept` yields false; the line refused is given back.
-void read_block(BlockKind block, StatementLines& lines, const auto& accept) {
+void read_block(StatementLines& lines, const auto& accept) {
   while (lines.good()) {
     std::string line = lines.take();
     Statement statement(line);
     if (statement.word().empty()) continue;
     // Ahead of the statement, so that the last step is the one that failed.
-    if (lines.steps) lines.steps->push_back({block, true, lines.number()});
+    if (lines.steps) lines.steps->push_back({true, lines.number()});
     if (accept(statement)) continue;
     if (lines.steps) lines.steps->back().is_known = false;
     return lines.hold(std::move(line));

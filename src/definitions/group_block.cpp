@@ -72,7 +72,7 @@ std::unique_ptr<FwOutMap::SectionGroup> open_group(Statement& statement) {
 }
 
 void read_section_group(StatementLines& lines, FwOutMap::SectionGroup& group) {
-  read_block(BlockKind::kGroup, lines, [&group](Statement& statement) {
+  read_block(lines, [&group](Statement& statement) {
     return carry_out(kGroupStatements, group, statement);
   });
 }

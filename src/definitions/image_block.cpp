@@ -95,7 +95,7 @@ void read_image_layout(FwOutMap& map, std::unique_ptr<std::iostream> stream,
              ")...");
   StatementLines lines(*stream, steps);
   ImageBlock block{map, lines};
-  read_block(BlockKind::kImage, lines, [&block](Statement& statement) {
+  read_block(lines, [&block](Statement& statement) {
     if (carry_out(kImageStatements, block, statement)) return true;
     throw CfgFileError(block.lines.number(), statement.word(),
                        "Unknown parameter");

@@ -243,7 +243,7 @@ std::unique_ptr<Module> open_module(Statement& statement) {
 
 void read_module(FwOutMap& map, StatementLines& lines, Module& module) {
   ModuleBlock block{map, module, lines};
-  read_block(BlockKind::kModule, lines, [&block](Statement& statement) {
+  read_block(lines, [&block](Statement& statement) {
     // A line that the end of the text cuts off is dropped, here alone.
     return block.lines.good() && carry_out(kModuleStatements, block, statement);
   });

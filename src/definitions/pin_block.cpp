@@ -61,7 +61,7 @@ FwOutMap::Pin open_pin(Statement& statement) {
 
 void read_pin(StatementLines& lines, FwOutMap::Pin& pin) {
   PinBlock block{pin, lines};
-  read_block(BlockKind::kPin, lines, [&block](Statement& statement) {
+  read_block(lines, [&block](Statement& statement) {
     return carry_out(kPinStatements, block, statement);
   });
 }
