@@ -33,13 +33,13 @@ std::string found_path(const std::string& path, const std::string& list) {
   std::string beside =
       path_text(native_path(list).parent_path() / native_path(path));
   if (is_pipe(beside) || try_open_input(beside)->is_open()) return beside;
-  const std::string where =
-      find_listed_path(list, path).is_cut ? std::string(kCutPathCure)
-      : native_path(path).is_relative()
-          ? ", neither from here nor from the list; tova_fw_builder counts it "
-            "from the definition's folder"
-          : "";
-  throw std::runtime_error("its file " + path + " can't be opened" + where);
+  std::string text = its_file(path) + " can't be opened";
+  if (find_listed_path(list, path).is_cut) {
+    text += kCutPathCure;
+  } else if (native_path(path).is_relative()) {
+    text += kNeitherPlace;
+  }
+  throw std::runtime_error(text);
 }
 
 ElfList entries_of(const std::string& list) {

@@ -18,10 +18,13 @@ namespace {
 constexpr std::string_view kPlaceOfPaths =
     "; paths in it count from the definition's folder";
 
-// Why the key list isn't taken; nothing if it is, or if it can't be read again.
-std::optional<Trouble> trouble_of_key_list(const BuilderInputNames& names,
+// Why the key list isn't taken; nothing if it is. One that can't be read again
+// has the builder's text.
+std::optional<Trouble> trouble_of_key_list(const std::string& message,
+                                           const BuilderInputNames& names,
                                            const BuildInputs& inputs) {
-  if (!is_file(inputs.key_list_path)) return std::nullopt;
+  if (names.key_list.empty()) return std::nullopt;
+  if (!is_file(inputs.key_list_path)) return Trouble{names.key_list, message};
   try {
     const auto fault = find_key_list_fault(inputs.key_list_path, kPlaceOfPaths);
     if (fault) return Trouble{names.key_list, fault->text};
@@ -31,24 +34,54 @@ std::optional<Trouble> trouble_of_key_list(const BuilderInputNames& names,
   return std::nullopt;
 }
 
-std::optional<Trouble> trouble_of_missing_file(const std::string& path,
-                                               const BuilderInputNames& names,
-                                               const BuildInputs& inputs) {
-  const std::string reason = why_unreadable(path);
-  if (path == inputs.module_config_path) return Trouble{names.header, reason};
-  if (path == inputs.key_list_path) return Trouble{names.key_list, reason};
-  if (path == inputs.elf_list_path) return Trouble{names.elf_list, reason};
-  // The builder reads it ahead of the ELF list.
-  if (auto trouble = trouble_of_key_list(names, inputs)) return trouble;
-  const ListedPath listed = find_listed_path(inputs.elf_list_path, path);
-  if (!listed.is_there) return std::nullopt;
-  std::string text = "its file " + path + ' ' + reason;
-  if (listed.is_cut) {
+std::string missing_text(const std::string& path, bool is_cut) {
+  std::string text = its_file(path) + ' ' + why_unreadable(path);
+  if (is_cut) {
     text += kCutPathCure;
   } else if (native_path(path).is_relative()) {
     text += kPlaceOfPaths;
   }
-  return Trouble{names.elf_list, std::move(text)};
+  return text;
+}
+
+// A file that one of the lists names. Of a list that can't be read again it is
+// known only that the other one doesn't name it.
+std::optional<Trouble> trouble_of_listed_file(const std::string& path,
+                                              const BuilderInputNames& names,
+                                              const BuildInputs& inputs) {
+  const bool has_keys = is_file(inputs.key_list_path);
+  // The builder reads it ahead of the ELF list.
+  if (has_keys) {
+    if (auto trouble = trouble_of_key_list("", names, inputs)) return trouble;
+  }
+  const ListedPath listed = find_listed_path(inputs.elf_list_path, path);
+  const bool is_elf_list = listed.is_there || (!names.elf_list.empty() &&
+                                               !is_file(inputs.elf_list_path));
+  const bool is_key_list =
+      !listed.is_there && !names.key_list.empty() && !has_keys;
+  if (is_elf_list == is_key_list) return std::nullopt;
+  return Trouble{is_elf_list ? names.elf_list : names.key_list,
+                 missing_text(path, listed.is_cut)};
+}
+
+std::optional<Trouble> trouble_of_missing_file(const std::string& path,
+                                               const BuilderInputNames& names,
+                                               const BuildInputs& inputs) {
+  // Of an input that wasn't given, the path is empty, too.
+  if (path.empty()) {
+    auto trouble = trouble_of_listed_file(path, names, inputs);
+    return trouble ? trouble : Trouble{names.elf_list, why_unreadable(path)};
+  }
+  if (path == inputs.module_config_path) {
+    return Trouble{names.header, why_unreadable(path)};
+  }
+  if (path == inputs.key_list_path) {
+    return Trouble{names.key_list, why_unreadable(path)};
+  }
+  if (path == inputs.elf_list_path) {
+    return Trouble{names.elf_list, why_unreadable(path)};
+  }
+  return trouble_of_listed_file(path, names, inputs);
 }
 
 }  // namespace
@@ -91,7 +124,9 @@ std::optional<Trouble> trouble_of_input(const std::string& message,
   }
   for (const char* text : {"Not recognized key type", "Key type not recognized",
                            "Expected std::string not found"}) {
-    if (message.starts_with(text)) return trouble_of_key_list(names, inputs);
+    if (message.starts_with(text)) {
+      return trouble_of_key_list(message, names, inputs);
+    }
   }
   if (message.starts_with("Invalid number of lines in ELF list")) {
     return Trouble{names.elf_list, message + std::string(kElfListCure)};

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "companion/ground/input_file.h"
+#include "companion/ground/list_cures.h"
 #include "companion/ground/naming.h"
 #include "driver/ground/paths.h"
 #include "lint/key_list_fault.h"
@@ -51,10 +52,7 @@ std::string key_store_of(const std::string& list) {
     try {
       return KeyList(path_text(path)).stream->str();
     } catch (const std::exception&) {
-      const auto fault = find_key_list_fault(
-          path_text(path),
-          ", neither from here nor from the list; tova_fw_builder counts it "
-          "from the definition's folder");
+      const auto fault = find_key_list_fault(path_text(path), kNeitherPlace);
       throw FileError(
           {list, fault ? fault->text : "it was changed while it was read"});
     }

@@ -23,6 +23,7 @@
 #include "companion/printed_output.h"
 #include "driver/ground/files.h"
 #include "layout/build_core.h"
+#include "lint/listed_files.h"
 #include "memory_map/baseline.h"
 #include "memory_map/budget.h"
 #include "memory_map/map_json.h"
@@ -52,7 +53,8 @@ bool with_file(const std::string& file, const Step& step) {
     step();
     return true;
   } catch (const FileError& error) {
-    report_trouble(error.trouble().file, error.trouble().text);
+    const Trouble trouble = trouble_of(error);
+    report_trouble(trouble.file, trouble.text);
   } catch (const std::exception& error) {
     report_trouble(file, without_key_bytes(error.what()));
   }
@@ -124,9 +126,12 @@ void add_files(const BuildInputs& inputs, const BoundMap& bound,
   files.insert(files.end(), definitions.begin(), definitions.end());
   files.insert(files.end(), {inputs.key_list_path, inputs.elf_list_path,
                              inputs.module_config_path.value_or("")});
+  // Of an ELF list that is a pipe, the binding alone knows.
   for (const ElfListEntry& entry : bound.elfs) {
     files.insert(files.end(), {entry.elf, entry.memmap, entry.nm});
   }
+  const std::vector<std::string> listed = listed_files(inputs);
+  files.insert(files.end(), listed.begin(), listed.end());
 }
 
 // Yields whether all was written.

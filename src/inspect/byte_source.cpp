@@ -79,6 +79,8 @@ ByteSource ByteSource::of(WipedBytes bytes) {
 
 std::shared_ptr<std::FILE> ByteSource::opened() const {
   if (file_ != nullptr || path_.empty()) return file_;
+  std::error_code error;
+  if (!fs::exists(native_path(path_), error) && !error) return nullptr;
   if (!can_be_read(path_)) refuse(path_, "it has become a pipe");
   return open_file(path_);
 }
@@ -93,8 +95,10 @@ std::size_t ByteSource::read_from(std::FILE* file, std::uint64_t offset,
   if (offset < size_) {
     count = static_cast<std::size_t>(
         std::min<std::uint64_t>(to.size(), size_ - offset));
-    if (file == nullptr) {
+    if (path_.empty()) {
       std::copy_n(memory_.data() + offset, count, to.data());
+    } else if (file == nullptr) {
+      count = 0;
     } else {
       const auto got = read_at(*file, offset, to.first(count));
       if (!got) refuse(path_, std::strerror(errno));

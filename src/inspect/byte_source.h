@@ -16,8 +16,9 @@ namespace tova_fw_builder {
 
 // The bytes of one file, read where they are asked for: of a file of any size
 // only the piece in hand is in memory. What has no places, such as a pipe, is
-// read into memory once. A file that shrinks meanwhile reads as if it ended
-// there. No copy of a byte stays behind in memory.
+// read into memory once. A file that shrinks meanwhile, or that has gone away
+// before it is opened again, reads as if it ended there. No copy of a byte
+// stays behind in memory.
 class ByteSource {
  public:
   // Throws FileError "cannot be read: " and the reason, also for a folder and
@@ -54,7 +55,8 @@ class ByteSource {
  private:
   ByteSource() = default;
 
-  // Stays open as long as the result lives. Null for what is in memory.
+  // Stays open as long as the result lives. Null for what is in memory, or has
+  // gone away.
   std::shared_ptr<std::FILE> opened() const;
   std::size_t read_from(std::FILE* file, std::uint64_t offset,
                         std::span<char> to) const;

@@ -1,7 +1,6 @@
 #include "inspect/recognise.h"
 
 #include <algorithm>
-#include <string>
 
 #include "image/records/binary_header.h"
 #include "image/records/css_part.h"

@@ -5,6 +5,7 @@
 #include <exception>
 #include <sstream>
 
+#include "companion/ground/input_file.h"
 #include "companion/ground/list_cures.h"
 #include "driver/ground/files.h"
 #include "driver/ground/line_fields.h"
@@ -51,6 +52,7 @@ std::optional<KeyListFault> find_key_list_fault(const std::string& list,
                       " has to be 'debug' or 'production' and the "
                       "path of a key file"};
     }
+    if (is_pipe(key)) continue;  // what it had is gone
     try {
       std::istringstream alone{std::string(line)};
       KeyList{alone};

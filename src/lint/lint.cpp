@@ -10,10 +10,8 @@
 #include "companion/ground/input_file.h"
 #include "companion/ground/trouble.h"
 #include "driver/ground/files.h"
-#include "driver/ground/line_fields.h"
-#include "driver/ground/line_reader.h"
-#include "input_map/elf_list.h"
 #include "lint/allowances.h"
+#include "lint/listed_files.h"
 #include "lint/rules.h"
 #include "signing/keys/key_list.h"
 
@@ -29,36 +27,6 @@ SourceMap::File read_lines(const std::string& path) {
     file.lines.push_back(line);
   }
   return file;
-}
-
-// Of the keys themselves nothing is read, each of which may be a pipe.
-void add_keys(const std::string& list, std::vector<std::string>& files) {
-  const auto in = open_input(list);
-  LineReader lines(*in);
-  for (std::string_view line; lines.next(line) && !line.empty();) {
-    LineFields words(line);
-    words.word();  // its kind
-    files.emplace_back(words.word());
-  }
-}
-
-// What the ELF list and the key list name, as far as these can be read, and
-// read again.
-std::vector<std::string> listed_files(const BuildInputs& inputs) {
-  std::vector<std::string> files;
-  try {
-    if (is_file(inputs.elf_list_path)) {
-      for (const ElfListEntry& entry : read_elf_list(inputs.elf_list_path)) {
-        files.insert(files.end(), {entry.elf, entry.memmap, entry.nm});
-      }
-    }
-    if (is_file(inputs.key_list_path)) {
-      add_keys(inputs.key_list_path, files);
-    }
-  } catch (const std::runtime_error&) {
-    // Told as a trouble or a finding.
-  }
-  return files;
 }
 
 class Run {

@@ -177,7 +177,10 @@ class MapWriter {
   template <typename List, typename ToRow>
   void list(const char* key, const List& elements, const ToRow& to_row) {
     json_.open(key, '[');
-    for (const auto& element : elements) json_.value(to_row(element));
+    for (const auto& element : elements) {
+      if (json_.has_failed()) break;
+      json_.value(to_row(element));
+    }
     json_.close();
   }
 

@@ -32,6 +32,7 @@ class Commands : public testing::Test {
     fs::create_directories(dir_.file("defs"));
     dir_.write("defs/t.def", "binary_ver 3.0\n");
     dir_.write("defs/far-elfs", "/no.elf\n/no.sections\n/no.symbols\n");
+    dir_.write("defs/empty-elfs", "\n\n\n");
     dir_.write("far-key", "debug /no.key\n");
     dir_.write("defs/pem-in-it", "production ../x.pem\n");
     dir_.write("cut-path", "debug my good.key\n");
@@ -120,6 +121,10 @@ TEST_F(Commands, TroublesHaveAFileAndAReason) {
       {"map --definition defs/t.def --elf-list defs/elfs",
        "defs/elfs: its file no.sections cannot be read: No such file or "
        "directory; paths in it count from the definition's folder"},
+      {"map --definition defs/t.def --elf-list defs/empty-elfs",
+       "defs/empty-elfs: its file '' cannot be read: No such file or "
+       "directory; "
+       "paths in it count from the definition's folder"},
       {"map --definition defs/t.def --elf-list defs/far-elfs",
        "defs/far-elfs: its file /no.sections cannot be read: No such file or "
        "directory"},

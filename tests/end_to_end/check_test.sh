@@ -66,6 +66,17 @@ says FAILED key-store 'as other kinds (1 debug key) than .* (1 production key)'
 echo "debug $keys/test-key-public.key" >>"$work/kinds.list"
 check 1 key-store --key-list "$work/kinds.list" firmware.man firmware.bin
 says FAILED key-store '(1 debug key) than .* (1 debug key, 1 production key)'
+printf '%s\n' "production $keys/test-key-public.key" \
+  "debug $keys/test-key-public.key" >"$work/kinds.list"
+cp firmware.bin kept
+dd if=kept of=firmware.bin bs=1 skip=$((0x3044)) count=36 seek=$((0x3068)) \
+  conv=notrunc status=none
+bytes firmware.bin 0x3040 02
+bytes firmware.bin 0x3068 00
+check 1 'module-hash key-store' --key-list "$work/kinds.list" firmware.man \
+  firmware.bin
+says FAILED key-store 'has the keys of the list in another order$'
+mv kept firmware.bin
 # Beside a store of other keys, which the loader may take: 32, the most.
 cp firmware.bin kept
 dd if=kept of=firmware.bin bs=1 skip=$((0x3040)) count=76 seek=$((0x2f00)) \

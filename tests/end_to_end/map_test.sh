@@ -119,7 +119,8 @@ has out ' +4104 0 4104 (no symbol) .bss.reverb reverb'
 
 # An output may be none of the inputs, wherever these are named.
 inputs=(definitions/{gen_1.8,base_modules}.def src/audio_config.h fw.elfs
-  keys/trusted-keys.list linked/mixer.{elf,sections,symbols} old.json)
+  keys/{trusted-keys.list,test-key-public.key} linked/mixer.{elf,sections,symbols}
+  old.json)
 before=$(sha256sum "${inputs[@]}")
 for input in "${inputs[@]}"; do
   for option in --json --html; do

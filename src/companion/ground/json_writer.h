@@ -31,6 +31,9 @@ class JsonWriter {
   // All that an object holds.
   void members(const Json& object);
 
+  // Whether the rest of a long list would go nowhere.
+  bool has_failed() const { return out_.fail(); }
+
  private:
   void begin_element();
   void begin_member(std::string_view key);

@@ -6,6 +6,10 @@
 
 namespace tova_fw_builder {
 
+std::string its_file(std::string_view path) {
+  return std::string("its file ").append(path.empty() ? "''" : path);
+}
+
 ListedPath find_listed_path(const std::string& list, std::string_view path) {
   if (!is_file(list)) return {};
   const auto in = try_open_input(list);

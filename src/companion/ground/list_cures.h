@@ -15,6 +15,14 @@ inline constexpr std::string_view kElfListCure =
 inline constexpr std::string_view kCutPathCure =
     "; a list ends a path at its first blank";
 
+// Behind a relative path that two folders were tried for.
+inline constexpr std::string_view kNeitherPlace =
+    ", neither from here nor from the list; tova_fw_builder counts it from the "
+    "definition's folder";
+
+// "its file PATH", where an empty path is seen, too.
+std::string its_file(std::string_view path);
+
 struct ListedPath {
   bool is_there = false;
   bool is_cut = false;  // its line goes on behind a blank

@@ -52,13 +52,23 @@ T OutputFile::Buffer::noted(T result, bool failed) {
   return result;
 }
 
+// What is long in the making would go on for nobody.
+bool OutputFile::Buffer::ends_here() {
+  if (!is_interrupted(held)) return false;
+  errno = EINTR;
+  return noted(true, true);
+}
+
 OutputFile::Buffer::int_type OutputFile::Buffer::overflow(int_type c) {
+  if (ends_here()) return traits_type::eof();
   const int_type result = std::filebuf::overflow(c);
   return noted(result, result == traits_type::eof());
 }
 
 std::streamsize OutputFile::Buffer::xsputn(const char* bytes,
                                            std::streamsize count) {
+  // Asked only where the buffer is full: a call of the system's each time.
+  if (count >= epptr() - pptr() && ends_here()) return 0;
   const std::streamsize written = std::filebuf::xsputn(bytes, count);
   return noted(written, written != count);
 }
@@ -82,6 +92,7 @@ OutputFile::OutputFile(const std::string& path, Rights rights)
     return;
   }
   held_.emplace();
+  buffer_.held = held_->signals;
   beside_ = create_beside(path_);
   if (beside_.empty()) fail(errno);
   // Without a buffer, no copy of private bytes stays behind in memory.

@@ -18,8 +18,9 @@ namespace tova_fw_builder {
 // a pipe, such as /dev/stdout, is written directly.
 //
 // From the constructor on, Ctrl-C and the like wait for the destructor, so that
-// no part of a file is left beside its place; not where nothing is written
-// beside. Of several such files, the last one made ends first.
+// no part of a file is left beside its place, and let what is still to be
+// written fail; not where nothing is written beside. Of several such files, the
+// last one made ends first.
 //
 // A new file gets the rights that the caller's umask leaves, an existing one
 // keeps its own. A private file, one with private numbers, has mode 0600 from
@@ -43,15 +44,17 @@ class OutputFile {
 
  private:
   struct HeldInterrupts {
-    HeldInterrupts() : before(hold_interrupts(true)) {}
-    ~HeldInterrupts() { hold_interrupts(before); }
-    const bool before;
+    HeldInterrupts() : signals(hold_interrupts()) {}
+    ~HeldInterrupts() { release_interrupts(signals); }
+    const unsigned signals;
   };
 
   // Remembers why it failed: with a part of the bytes still in memory, a
   // failure may be seen long after it happened.
   class Buffer : public std::filebuf {
    public:
+    unsigned held = 0;  // interrupts, one of which ends the writing
+
     int error() const { return error_; }
 
    protected:
@@ -60,6 +63,7 @@ class OutputFile {
     int sync() override;
 
    private:
+    bool ends_here();
     template <typename T>
     T noted(T result, bool failed);
 

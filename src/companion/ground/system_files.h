@@ -19,9 +19,15 @@ std::string create_beside(const std::string& path);
 // the reason in errno, if it can't.
 bool give_usual_rights(const std::string& file, const std::string& path);
 
-// Holds the signals back by which users and systems end a program, or lets them
-// come; those held back come then. Yields whether they were held back before.
-bool hold_interrupts(bool held);
+// Holds the signals back by which users and systems end a program. Yields those
+// that weren't held back, or ignored, before.
+unsigned hold_interrupts();
+
+// Lets such signals come; those that came meanwhile come now.
+void release_interrupts(unsigned held);
+
+// Whether one of them waits.
+bool is_interrupted(unsigned held);
 
 // Reads a file from `offset` on, as it is now, past the stream's own buffer,
 // and yields how many bytes it gave: fewer only where it ends. Nothing, with

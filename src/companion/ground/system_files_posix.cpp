@@ -6,10 +6,27 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <iterator>
 
 #include "companion/ground/system_files.h"
 
 namespace tova_fw_builder {
+
+namespace {
+
+constexpr int kInterrupts[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+
+// By the bits of a number, in that order.
+sigset_t signals_of(unsigned held) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (std::size_t i = 0; i < std::size(kInterrupts); ++i) {
+    if ((held >> i & 1) != 0) sigaddset(&signals, kInterrupts[i]);
+  }
+  return signals;
+}
+
+}  // namespace
 
 std::string create_beside(const std::string& path) {
   std::string name = path + ".XXXXXX";
@@ -29,15 +46,35 @@ bool give_usual_rights(const std::string& file, const std::string& path) {
   return chmod(file.c_str(), 0666 & ~mask) == 0;
 }
 
-bool hold_interrupts(bool held) {
-  sigset_t interrupts;
+unsigned hold_interrupts() {
+  unsigned held = 0;
   sigset_t before;
-  sigemptyset(&interrupts);
-  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
-    sigaddset(&interrupts, signal);
+  sigprocmask(SIG_BLOCK, nullptr, &before);
+  for (std::size_t i = 0; i < std::size(kInterrupts); ++i) {
+    struct sigaction action = {};
+    sigaction(kInterrupts[i], nullptr, &action);
+    if (action.sa_handler == SIG_IGN) continue;
+    if (sigismember(&before, kInterrupts[i]) == 0) held |= 1u << i;
   }
-  sigprocmask(held ? SIG_BLOCK : SIG_UNBLOCK, &interrupts, &before);
-  return sigismember(&before, SIGINT) == 1;
+  const sigset_t signals = signals_of(held);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  return held;
+}
+
+void release_interrupts(unsigned held) {
+  const sigset_t signals = signals_of(held);
+  sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+bool is_interrupted(unsigned held) {
+  sigset_t waiting;
+  sigpending(&waiting);
+  for (std::size_t i = 0; i < std::size(kInterrupts); ++i) {
+    if ((held >> i & 1) != 0 && sigismember(&waiting, kInterrupts[i]) == 1) {
+      return true;
+    }
+  }
+  return false;
 }
 
 std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,

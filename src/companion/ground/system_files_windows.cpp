@@ -33,7 +33,11 @@ std::string create_beside(const std::string& path) {
 bool give_usual_rights(const std::string&, const std::string&) { return true; }
 
 // A thread of the system's ends the program, which can't be held back.
-bool hold_interrupts(bool) { return false; }
+unsigned hold_interrupts() { return 0; }
+
+void release_interrupts(unsigned) {}
+
+bool is_interrupted(unsigned) { return false; }
 
 std::optional<std::size_t> read_at(std::FILE& file, std::uint64_t offset,
                                    std::span<char> to) {

@@ -46,6 +46,12 @@ std::string kinds_of(const std::vector<StoreEntry>& entries) {
 
 std::string difference_of(const std::vector<StoreEntry>& there,
                           const std::vector<StoreEntry>& listed) {
+  const auto is_same = [](const StoreEntry& a, const StoreEntry& b) {
+    return a.key_type == b.key_type && a.hash == b.hash;
+  };
+  if (std::ranges::is_permutation(there, listed, is_same)) {
+    return " has the keys of the list in another order";
+  }
   const bool is_of_kinds = std::ranges::equal(
       there, listed, {}, &StoreEntry::hash, &StoreEntry::hash);
   return (is_of_kinds ? " has the keys of the list as other kinds ("

@@ -58,7 +58,7 @@ volatile std::sig_atomic_t interrupts;
 // waiting for ever: there they aren't held back.
 TEST(OutputFile, InterruptsWaitForIt) {
   const TempDir dir;
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     const auto before =
         std::signal(signal, [](int) { interrupts = interrupts + 1; });
     interrupts = 0;
@@ -78,6 +78,31 @@ TEST(OutputFile, InterruptsWaitForIt) {
     EXPECT_EQ(2, interrupts);
     std::signal(signal, before);
   }
+}
+
+// What is long in the making ends then, and the file is taken back. A signal
+// that the caller ignores is none.
+TEST(OutputFile, AnInterruptEndsTheWriting) {
+  const TempDir dir;
+  const std::string much(100'000, 'x');
+  for (const bool ignored : {false, true}) {
+    const auto before = std::signal(
+        SIGHUP, ignored ? SIG_IGN : [](int) { interrupts = 1; });
+    interrupts = 0;
+    const std::string path = dir.file(ignored ? "ignored" : "ended");
+    {
+      OutputFile file(path);
+      std::raise(SIGHUP);
+      file.stream() << much;
+      EXPECT_EQ(ignored, file.stream().good());
+      if (ignored) file.commit();
+    }
+    EXPECT_EQ(ignored ? 0 : 1, interrupts);
+    EXPECT_EQ(ignored, fs::exists(path));
+    std::signal(SIGHUP, before);
+  }
+  EXPECT_EQ(1, std::distance(fs::directory_iterator(dir.path()),
+                             fs::directory_iterator()));
 }
 
 TEST(OutputFile, FollowsLinksAndWritesDevices) {
